@@ -1,0 +1,11 @@
+/* zvps: signal-processing primitives for 64-bit x86. This header takes in all families; each can be included alone. */
+#ifndef ZVPS_H
+#define ZVPS_H
+
+#include "zvps/arithmetic.h"
+#include "zvps/initialisation.h"
+#include "zvps/memory.h"
+#include "zvps/status.h"
+#include "zvps/types.h"
+
+#endif

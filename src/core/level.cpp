@@ -1,0 +1,51 @@
+#include "core/level.hpp"
+
+#include <initializer_list>
+
+namespace zvps {
+
+#define ZVPS_DECLARE_TABLES(level)                                                                                     \
+    namespace level {                                                                                                  \
+    extern const SumKernels sumKernels;                                                                                \
+    extern const InitialisationKernels initialisationKernels;                                                          \
+    }
+ZVPS_DECLARE_TABLES(v2)
+ZVPS_DECLARE_TABLES(v3)
+ZVPS_DECLARE_TABLES(v4)
+#undef ZVPS_DECLARE_TABLES
+
+namespace {
+
+#define ZVPS_TABLES(level) {&level::sumKernels, &level::initialisationKernels}
+constexpr Kernels levels[] = {ZVPS_TABLES(v2), ZVPS_TABLES(v3), ZVPS_TABLES(v4)};
+#undef ZVPS_TABLES
+
+// Early among the constructors, so that those of a program that links statically find the level chosen.
+[[gnu::constructor(101)]] void chooseLevel() {
+    for (const Level level : {Level::v4, Level::v3}) {
+        if (isSupported(level)) {
+            useLevel(level);
+            return;
+        }
+    }
+}
+
+} // namespace
+
+const Kernels* activeKernels = &levels[static_cast<int>(Level::v2)];
+
+bool isSupported(Level level) {
+    __builtin_cpu_init();
+    switch (level) {
+    case Level::v2: return __builtin_cpu_supports("x86-64-v2");
+    case Level::v3: return __builtin_cpu_supports("x86-64-v3");
+    case Level::v4: return __builtin_cpu_supports("x86-64-v4");
+    }
+    return false;
+}
+
+void useLevel(Level level) {
+    activeKernels = &levels[static_cast<int>(level)];
+}
+
+} // namespace zvps

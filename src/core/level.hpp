@@ -1,0 +1,30 @@
+// The instruction-set levels, and the kernel tables of the one in use.
+#pragma once
+
+namespace zvps {
+
+struct SumKernels;
+struct InitialisationKernels;
+
+// One table of function pointers per family.
+struct Kernels {
+    const SumKernels* sums;
+    const InitialisationKernels* initialisation;
+};
+
+enum class Level { v2, v3, v4 };
+
+// The tables in use; those of v2 until the library's constructor has run.
+extern const Kernels* activeKernels;
+
+inline const Kernels& kernels() {
+    return *activeKernels;
+}
+
+// Whether this processor (and system) can run a level.
+bool isSupported(Level level);
+
+// Takes the level into use. For the library's start and for tests; not while other threads are in the library.
+void useLevel(Level level);
+
+} // namespace zvps

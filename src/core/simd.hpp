@@ -1,0 +1,188 @@
+// What kernels are made of: vectors of a fixed number of lanes, sources of operands, and the element-wise loop.
+// For kernel files only, which are compiled once per level.
+#pragma once
+
+#ifndef ZVPS_LEVEL
+#error "kernel code is compiled for a level"
+#endif
+
+// The levels are the plain x86-64-v2, -v3 and -v4: no AES.
+#define HWY_DISABLE_PCLMUL_AES 1
+#include <hwy/cache_control.h>
+#include <hwy/highway.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <type_traits>
+
+namespace zvps::ZVPS_LEVEL {
+
+namespace hn = hwy::HWY_NAMESPACE;
+
+#if defined(__AVX512F__)
+static_assert(HWY_TARGET == HWY_AVX3);
+#elif defined(__AVX2__)
+static_assert(HWY_TARGET == HWY_AVX2);
+#else
+static_assert(HWY_TARGET == HWY_SSE4);
+#endif
+
+inline constexpr size_t kVectorBytes = hn::MaxLanes(hn::ScalableTag<uint8_t>());
+
+template <class T, size_t N>
+using Lanes = hn::Simd<T, N, 0>;
+
+template <class T, size_t N>
+using Vec = hn::Vec<Lanes<T, N>>;
+
+// ---- Partial vectors -------------------------------------------------------------------------------------------------
+
+// The first n < N elements, zeros behind them; touches nothing beyond them.
+template <class T, size_t N>
+HWY_INLINE Vec<T, N> loadFirst(Lanes<T, N> d, const T* p, size_t n) {
+#if HWY_TARGET <= HWY_AVX3
+    return hn::MaskedLoad(hn::FirstN(d, n), d, p);
+#else
+    alignas(kVectorBytes) T block[N] = {};
+    __builtin_memcpy(block, p, n * sizeof(T));
+    return hn::Load(d, block);
+#endif
+}
+
+template <class T, size_t N>
+HWY_INLINE void storeFirst(Lanes<T, N> d, Vec<T, N> v, T* p, size_t n) {
+#if HWY_TARGET <= HWY_AVX3
+    hn::BlendedStore(v, hn::FirstN(d, n), d, p);
+#else
+    alignas(kVectorBytes) T block[N];
+    hn::Store(v, d, block);
+    __builtin_memcpy(p, block, n * sizeof(T));
+#endif
+}
+
+// ---- Sources of operands ---------------------------------------------------------------------------------------------
+// A source gives N lanes at an element index, or its first n < N lanes. kLanesAPart: how many lanes belong together.
+
+template <class T>
+struct Vector {
+    const T* p;
+
+    static constexpr size_t kLaneBytes = sizeof(T);
+
+    template <size_t N>
+    HWY_INLINE Vec<T, N> load(size_t i) const {
+        return hn::LoadU(Lanes<T, N>(), p + i);
+    }
+    template <size_t N>
+    HWY_INLINE Vec<T, N> first(size_t n) const {
+        return loadFirst(Lanes<T, N>(), p, n);
+    }
+    HWY_INLINE bool startsAt(const void* address) const { return p == address; }
+};
+
+// A constant, the pair {even lanes, odd lanes} at p, so that real and complex constants share a kernel.
+template <class T>
+struct Constant {
+    T even;
+    T odd;
+
+    explicit Constant(const T* p) : even(p[0]), odd(p[1]) {}
+
+    static constexpr size_t kLaneBytes = sizeof(T);
+
+    template <size_t N>
+    HWY_INLINE Vec<T, N> load(size_t) const {
+        const Lanes<T, N> d;
+        if constexpr (N == 1) {
+            return hn::Set(d, even);
+        } else {
+            return hn::OddEven(hn::Set(d, odd), hn::Set(d, even));
+        }
+    }
+    template <size_t N>
+    HWY_INLINE Vec<T, N> first(size_t) const {
+        return load<N>(0);
+    }
+    HWY_INLINE bool startsAt(const void*) const { return false; }
+};
+
+// A real vector beside complex ones: every element fills the two lanes of a pair.
+template <class T>
+struct Duplicated {
+    const T* p;
+
+    static constexpr size_t kLaneBytes = sizeof(T);
+
+    template <size_t N>
+    HWY_INLINE Vec<T, N> load(size_t i) const {
+        return duplicate<N>(hn::LoadU(Lanes<T, N / 2>(), p + i / 2));
+    }
+    template <size_t N>
+    HWY_INLINE Vec<T, N> first(size_t n) const {
+        return duplicate<N>(loadFirst(Lanes<T, N / 2>(), p, n / 2));
+    }
+    HWY_INLINE bool startsAt(const void*) const { return false; }
+
+  private:
+    template <size_t N>
+    static HWY_INLINE Vec<T, N> duplicate(Vec<T, N / 2> v) {
+        static_assert(sizeof(T) == 4);
+        const Lanes<uint64_t, N / 2> wide;
+        const auto low = hn::PromoteTo(wide, hn::BitCast(Lanes<uint32_t, N / 2>(), v));
+        return hn::BitCast(Lanes<T, N>(), hn::Or(low, hn::ShiftLeft<32>(low)));
+    }
+};
+
+// ---- The element-wise loop -------------------------------------------------------------------------------------------
+
+// From here on a misaligned destination is worth a separate first vector.
+inline constexpr size_t kAlignFromBytes = 1024;
+// From here on a result leaves the caches before it is read again: written past them.
+inline constexpr size_t kStreamFromBytes = size_t{8} << 20;
+
+constexpr size_t larger(size_t a, size_t b) {
+    return a < b ? b : a;
+}
+template <class... Sizes>
+constexpr size_t largest(size_t first, Sizes... rest) {
+    size_t result = first;
+    ((result = larger(result, rest)), ...);
+    return result;
+}
+
+// dst[i] = op(sources[i]...) for n lanes, with op called on vectors. Complex data are pairs of lanes. The destination may
+// be the same as a source: the vectors at the two ends, which overlap their neighbours, are computed before anything
+// is stored.
+template <size_t kLanesAPart = 1, class Op, class T, class... Sources>
+HWY_INLINE void map(Op& op, T* dst, size_t n, const Sources&... sources) {
+    constexpr size_t N = kVectorBytes / largest(sizeof(T), Sources::kLaneBytes...);
+    const Lanes<T, N> d;
+    if (n < N) {
+        storeFirst(d, op(d, sources.template first<N>(n)...), dst, n);
+        return;
+    }
+    const auto tail = op(d, sources.template load<N>(n - N)...);
+    size_t i = 0;
+    auto head = tail;
+    if (n * sizeof(T) >= kAlignFromBytes) {
+        const size_t beyond = reinterpret_cast<uintptr_t>(dst) % (N * sizeof(T));
+        const size_t lead = N - beyond / sizeof(T);
+        if (beyond != 0 && beyond % sizeof(T) == 0 && lead % kLanesAPart == 0) {
+            head = op(d, sources.template load<N>(0)...);
+            i = lead;
+        }
+    }
+    const bool peeled = i != 0;
+    if (n * sizeof(T) >= kStreamFromBytes && N * sizeof(T) >= 16 && !(sources.startsAt(dst) || ...) &&
+        reinterpret_cast<uintptr_t>(dst + i) % (N * sizeof(T)) == 0) {
+        for (; i + N < n; i += N) hn::Stream(op(d, sources.template load<N>(i)...), d, dst + i);
+        hwy::FlushStream();
+    } else {
+        for (; i + N < n; i += N) hn::StoreU(op(d, sources.template load<N>(i)...), d, dst + i);
+    }
+    hn::StoreU(tail, d, dst + n - N);
+    if (peeled) hn::StoreU(head, d, dst);
+}
+
+} // namespace zvps::ZVPS_LEVEL

@@ -1,0 +1,47 @@
+#include "vector/sums.hpp"
+
+#include "vector/sums.table.hpp"
+
+namespace zvps::ZVPS_LEVEL {
+
+namespace {
+
+// Sums whose result type holds, or saturates, the exact sum: operands widened to it.
+template <class T>
+struct PlainAdd {
+    static constexpr size_t kLanesAPart = 1;
+
+    template <class D, class A, class B>
+    static HWY_INLINE auto exact(D d, A a, B b) {
+        if constexpr (std::is_floating_point_v<T>) {
+            return hn::Add(widened(d, a), widened(d, b));
+        } else {
+            return saturatedAdd(d, widened(d, a), widened(d, b));
+        }
+    }
+};
+
+template <class T>
+struct PlainSub {
+    static constexpr size_t kLanesAPart = 1;
+
+    template <class D, class A, class B>
+    static HWY_INLINE auto exact(D d, A a, B b) {
+        return hn::Sub(widened(d, b), widened(d, a));
+    }
+};
+
+} // namespace
+
+extern const SumKernels sumKernels;
+const SumKernels sumKernels = {
+#define ZVPS_KERNELS(slot, op, source1, source2, type) scaledKernels<op<type>, source1<type>, source2<type>, type, type, type>(),
+    ZVPS_SCALED_SUMS(ZVPS_KERNELS)
+#undef ZVPS_KERNELS
+#define ZVPS_KERNEL(slot, op, source1, source2, type1, type2, result)                                                  \
+    binaryKernel<Plain##op<result>, Scaling::exact, source1<type1>, source2<type2>, type1, type2, result>,
+    ZVPS_PLAIN_SUMS(ZVPS_KERNEL)
+#undef ZVPS_KERNEL
+};
+
+} // namespace zvps::ZVPS_LEVEL
