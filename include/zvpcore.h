@@ -8,6 +8,7 @@
 #ifdef __cplusplus
 extern "C" {
 #endif
+#pragma GCC visibility push(default)
 
 /* A block of `size` bytes, aligned to 64 bytes, uninitialised; null when `size` is below 1 or memory has run out. */
 void* zvpMalloc(int64_t size);
@@ -23,6 +24,7 @@ int ownGetNumThreads(void);
    call at any time, from any thread; filters built earlier keep the count that sized them. */
 void zvpSetNumThreads(int count);
 
+#pragma GCC visibility pop
 #ifdef __cplusplus
 }
 #endif

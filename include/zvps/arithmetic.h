@@ -22,6 +22,7 @@
 #ifdef __cplusplus
 extern "C" {
 #endif
+#pragma GCC visibility push(default)
 
 /* Sum: pDst[n] = pSrc1[n] + pSrc2[n]; in place: pSrcDst[n] + pSrc[n]. Add_8u16u and Add_16s32f are exact. */
 ZvpStatus zvpsAdd_8u_Sfs(const Zvp8u* pSrc1, const Zvp8u* pSrc2, Zvp8u* pDst, int len, int scaleFactor);
@@ -318,6 +319,7 @@ ZvpStatus zvpsAbs_32f_I(Zvp32f* pSrcDst, int len);
 ZvpStatus zvpsAbs_64f(const Zvp64f* pSrc, Zvp64f* pDst, int len);
 ZvpStatus zvpsAbs_64f_I(Zvp64f* pSrcDst, int len);
 
+#pragma GCC visibility pop
 #ifdef __cplusplus
 }
 #endif

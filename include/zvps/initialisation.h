@@ -11,6 +11,7 @@
 #ifdef __cplusplus
 extern "C" {
 #endif
+#pragma GCC visibility push(default)
 
 /* pDst[n] = pSrc[n]. The vectors are the same or do not overlap. */
 ZvpStatus zvpsCopy_8u(const Zvp8u* pSrc, Zvp8u* pDst, int len);
@@ -64,6 +65,7 @@ ZvpStatus zvpsZero_64sc(Zvp64sc* pDst, int len);
 ZvpStatus zvpsZero_64f(Zvp64f* pDst, int len);
 ZvpStatus zvpsZero_64fc(Zvp64fc* pDst, int len);
 
+#pragma GCC visibility pop
 #ifdef __cplusplus
 }
 #endif

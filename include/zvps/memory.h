@@ -7,6 +7,7 @@
 #ifdef __cplusplus
 extern "C" {
 #endif
+#pragma GCC visibility push(default)
 
 /* What this library is. The record is constant and lives as long as the library. */
 typedef struct {
@@ -44,6 +45,7 @@ Zvp64sc* zvpsMalloc_64sc(int len);
 /* Releases a vector from any zvpsMalloc function; null is accepted. */
 void zvpsFree(void* ptr);
 
+#pragma GCC visibility pop
 #ifdef __cplusplus
 }
 #endif
