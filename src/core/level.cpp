@@ -6,8 +6,10 @@ namespace zvps {
 
 #define ZVPS_DECLARE_TABLES(level)                                                                                     \
     namespace level {                                                                                                  \
-    extern const SumKernels sumKernels;                                                                                \
     extern const InitialisationKernels initialisationKernels;                                                          \
+    extern const ProductKernels productKernels;                                                                        \
+    extern const QuotientKernels quotientKernels;                                                                      \
+    extern const SumKernels sumKernels;                                                                                \
     }
 ZVPS_DECLARE_TABLES(v2)
 ZVPS_DECLARE_TABLES(v3)
@@ -16,7 +18,8 @@ ZVPS_DECLARE_TABLES(v4)
 
 namespace {
 
-#define ZVPS_TABLES(level) {&level::sumKernels, &level::initialisationKernels}
+#define ZVPS_TABLES(level)                                                                                             \
+    { &level::initialisationKernels, &level::productKernels, &level::quotientKernels, &level::sumKernels }
 constexpr Kernels levels[] = {ZVPS_TABLES(v2), ZVPS_TABLES(v3), ZVPS_TABLES(v4)};
 #undef ZVPS_TABLES
 
@@ -37,9 +40,12 @@ const Kernels* activeKernels = &levels[static_cast<int>(Level::v2)];
 bool isSupported(Level level) {
     __builtin_cpu_init();
     switch (level) {
-    case Level::v2: return __builtin_cpu_supports("x86-64-v2");
-    case Level::v3: return __builtin_cpu_supports("x86-64-v3");
-    case Level::v4: return __builtin_cpu_supports("x86-64-v4");
+    case Level::v2:
+        return __builtin_cpu_supports("x86-64-v2");
+    case Level::v3:
+        return __builtin_cpu_supports("x86-64-v3");
+    case Level::v4:
+        return __builtin_cpu_supports("x86-64-v4");
     }
     return false;
 }

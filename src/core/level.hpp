@@ -3,13 +3,17 @@
 
 namespace zvps {
 
-struct SumKernels;
 struct InitialisationKernels;
+struct ProductKernels;
+struct QuotientKernels;
+struct SumKernels;
 
 // One table of function pointers per family.
 struct Kernels {
-    const SumKernels* sums;
     const InitialisationKernels* initialisation;
+    const ProductKernels* products;
+    const QuotientKernels* quotients;
+    const SumKernels* sums;
 };
 
 enum class Level { v2, v3, v4 };

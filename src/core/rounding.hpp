@@ -56,7 +56,8 @@ HWY_INLINE V roundShiftSmall(D d, V v, int shift) {
     return hn::ShiftRightSame(hn::Add(v, hn::Add(bias, odd)), shift);
 }
 
-// (2 half + (last & 1)) / 2 and (2 half + (last & 1)) / 2^shift, for 2 <= shift <= kBits<T> + 1: to nearest, ties to even.
+// (2 half + (last & 1)) / 2 and (2 half + (last & 1)) / 2^shift, for 2 <= shift <= kBits<T> + 1: to nearest, ties to
+// even.
 template <class D, class V>
 HWY_INLINE V roundHalf(D d, V half, V last) {
     return hn::Add(half, hn::And(hn::And(half, last), hn::Set(d, Element<D>{1})));
@@ -77,7 +78,8 @@ HWY_INLINE V saturatedShiftLeft(D d, V v, int shift) {
     constexpr int kMost = kBits<T> - (std::is_signed_v<T> ? 1 : 0);
     const int places = shift < kMost ? shift : kMost;
     const T high = places == kBits<T> ? T{0} : static_cast<T>(Limits::max() >> places);
-    const V shifted = hn::IfThenElse(hn::Gt(v, hn::Set(d, high)), hn::Set(d, Limits::max()), hn::ShiftLeftSame(v, places));
+    const V shifted =
+        hn::IfThenElse(hn::Gt(v, hn::Set(d, high)), hn::Set(d, Limits::max()), hn::ShiftLeftSame(v, places));
     if constexpr (std::is_signed_v<T>) {
         const V low = hn::Set(d, static_cast<T>(Limits::min() >> places));
         return hn::IfThenElse(hn::Lt(v, low), hn::Set(d, Limits::min()), shifted);
@@ -115,6 +117,20 @@ HWY_INLINE V saturatedSub(D d, V a, V b) {
         return hn::IfThenElse(hn::MaskFromVec(hn::BroadcastSignBit(hn::And(hn::Xor(a, b), hn::Xor(a, difference)))),
                               limit, difference);
     }
+}
+
+// 2^-scaleFactor, the factor limited to where every finite result has long become 0 or left the integers.
+template <class Float>
+HWY_INLINE Float inversePower(int scaleFactor) {
+    using Bits = std::conditional_t<sizeof(Float) == 4, uint32_t, uint64_t>;
+    constexpr int kLimit = sizeof(Float) == 4 ? 100 : 600;
+    constexpr int kBias = std::numeric_limits<Float>::max_exponent - 1;
+    constexpr int kMantissa = std::numeric_limits<Float>::digits - 1;
+    const int limited = scaleFactor < -kLimit ? -kLimit : scaleFactor > kLimit ? kLimit : scaleFactor;
+    const Bits bits = static_cast<Bits>(kBias - limited) << kMantissa;
+    Float result;
+    __builtin_memcpy(&result, &bits, sizeof(result));
+    return result;
 }
 
 } // namespace zvps::ZVPS_LEVEL

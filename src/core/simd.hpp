@@ -36,7 +36,8 @@ using Lanes = hn::Simd<T, N, 0>;
 template <class T, size_t N>
 using Vec = hn::Vec<Lanes<T, N>>;
 
-// ---- Partial vectors -------------------------------------------------------------------------------------------------
+// ---- Partial vectors
+// -------------------------------------------------------------------------------------------------
 
 // The first n < N elements, zeros behind them; touches nothing beyond them.
 template <class T, size_t N>
@@ -61,8 +62,9 @@ HWY_INLINE void storeFirst(Lanes<T, N> d, Vec<T, N> v, T* p, size_t n) {
 #endif
 }
 
-// ---- Sources of operands ---------------------------------------------------------------------------------------------
-// A source gives N lanes at an element index, or its first n < N lanes. kLanesAPart: how many lanes belong together.
+// ---- Sources of operands
+// --------------------------------------------------------------------------------------------- A source gives N lanes
+// at an element index, or its first n < N lanes.
 
 template <class T>
 struct Vector {
@@ -79,6 +81,18 @@ struct Vector {
         return loadFirst(Lanes<T, N>(), p, n);
     }
     HWY_INLINE bool startsAt(const void* address) const { return p == address; }
+};
+
+// A vector of divisors: the lanes behind a partial vector hold 1, so that they neither divide by zero nor report it.
+template <class T>
+struct Divisors : Vector<T> {
+    explicit Divisors(const T* divisors) : Vector<T>{divisors} {}
+
+    template <size_t N>
+    HWY_INLINE Vec<T, N> first(size_t n) const {
+        const Lanes<T, N> d;
+        return hn::IfThenElse(hn::FirstN(d, n), Vector<T>::template first<N>(n), hn::Set(d, T{1}));
+    }
 };
 
 // A constant, the pair {even lanes, odd lanes} at p, so that real and complex constants share a kernel.
@@ -134,7 +148,8 @@ struct Duplicated {
     }
 };
 
-// ---- The element-wise loop -------------------------------------------------------------------------------------------
+// ---- The element-wise loop
+// -------------------------------------------------------------------------------------------
 
 // From here on a misaligned destination is worth a separate first vector.
 inline constexpr size_t kAlignFromBytes = 1024;
@@ -151,12 +166,13 @@ constexpr size_t largest(size_t first, Sizes... rest) {
     return result;
 }
 
-// dst[i] = op(sources[i]...) for n lanes, with op called on vectors. Complex data are pairs of lanes. The destination may
+// dst[i] = op(sources[i]...) for n lanes, with op called on vectors. kLanesAPart: how many lanes belong together, 2 for
+// complex data. The destination may
 // be the same as a source: the vectors at the two ends, which overlap their neighbours, are computed before anything
-// is stored.
-template <size_t kLanesAPart = 1, class Op, class T, class... Sources>
+// is stored. kWorkBytes: the width of the op's inner lanes where that is more than any operand's.
+template <size_t kLanesAPart = 1, size_t kWorkBytes = 1, class Op, class T, class... Sources>
 HWY_INLINE void map(Op& op, T* dst, size_t n, const Sources&... sources) {
-    constexpr size_t N = kVectorBytes / largest(sizeof(T), Sources::kLaneBytes...);
+    constexpr size_t N = kVectorBytes / largest(kWorkBytes, sizeof(T), Sources::kLaneBytes...);
     const Lanes<T, N> d;
     if (n < N) {
         storeFirst(d, op(d, sources.template first<N>(n)...), dst, n);
@@ -176,10 +192,12 @@ HWY_INLINE void map(Op& op, T* dst, size_t n, const Sources&... sources) {
     const bool peeled = i != 0;
     if (n * sizeof(T) >= kStreamFromBytes && N * sizeof(T) >= 16 && !(sources.startsAt(dst) || ...) &&
         reinterpret_cast<uintptr_t>(dst + i) % (N * sizeof(T)) == 0) {
-        for (; i + N < n; i += N) hn::Stream(op(d, sources.template load<N>(i)...), d, dst + i);
+        for (; i + N < n; i += N)
+            hn::Stream(op(d, sources.template load<N>(i)...), d, dst + i);
         hwy::FlushStream();
     } else {
-        for (; i + N < n; i += N) hn::StoreU(op(d, sources.template load<N>(i)...), d, dst + i);
+        for (; i + N < n; i += N)
+            hn::StoreU(op(d, sources.template load<N>(i)...), d, dst + i);
     }
     hn::StoreU(tail, d, dst + n - N);
     if (peeled) hn::StoreU(head, d, dst);

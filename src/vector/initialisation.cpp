@@ -58,10 +58,18 @@ ZvpStatus set(T val, T* dst, int len) {
 } // namespace zvps
 
 #define ZVPS_INITIALISATION(TYPE)                                                                                      \
-    ZvpStatus zvpsCopy_##TYPE(const Zvp##TYPE* pSrc, Zvp##TYPE* pDst, int len) { return zvps::copy(pSrc, pDst, len); } \
-    ZvpStatus zvpsMove_##TYPE(const Zvp##TYPE* pSrc, Zvp##TYPE* pDst, int len) { return zvps::copy(pSrc, pDst, len); } \
-    ZvpStatus zvpsSet_##TYPE(Zvp##TYPE val, Zvp##TYPE* pDst, int len) { return zvps::set(val, pDst, len); }            \
-    ZvpStatus zvpsZero_##TYPE(Zvp##TYPE* pDst, int len) { return zvps::zero(pDst, len); }
+    ZvpStatus zvpsCopy_##TYPE(const Zvp##TYPE* pSrc, Zvp##TYPE* pDst, int len) {                                       \
+        return zvps::copy(pSrc, pDst, len);                                                                            \
+    }                                                                                                                  \
+    ZvpStatus zvpsMove_##TYPE(const Zvp##TYPE* pSrc, Zvp##TYPE* pDst, int len) {                                       \
+        return zvps::copy(pSrc, pDst, len);                                                                            \
+    }                                                                                                                  \
+    ZvpStatus zvpsSet_##TYPE(Zvp##TYPE val, Zvp##TYPE* pDst, int len) {                                                \
+        return zvps::set(val, pDst, len);                                                                              \
+    }                                                                                                                  \
+    ZvpStatus zvpsZero_##TYPE(Zvp##TYPE* pDst, int len) {                                                              \
+        return zvps::zero(pDst, len);                                                                                  \
+    }
 
 ZVPS_INITIALISATION(8u)
 ZVPS_INITIALISATION(16s)

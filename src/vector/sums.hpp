@@ -5,8 +5,8 @@
 
 namespace zvps::ZVPS_LEVEL {
 
-// Integer sums of elements of one type T. Scaling works in T's own lanes on the sum's half h = floor((a + b) / 2) and its
-// last bit, which is that of a ^ b.
+// Integer sums of elements of one type T. Scaling works in T's own lanes on the sum's half h = floor((a + b) / 2) and
+// its last bit, which is that of a ^ b.
 template <class T>
 struct Add {
     static constexpr size_t kLanesAPart = 1;

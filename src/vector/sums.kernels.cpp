@@ -31,16 +31,38 @@ struct PlainSub {
     }
 };
 
+struct Absolute {
+    template <class D, class V>
+    HWY_INLINE V operator()(D d, V v) const {
+        using T = Element<D>;
+        if constexpr (std::is_floating_point_v<T>) {
+            return hn::Abs(v);
+        } else {
+            return hn::Abs(hn::Max(v, hn::Set(d, static_cast<T>(-std::numeric_limits<T>::max()))));
+        }
+    }
+};
+
+template <class T>
+void absolute(const T* src, T* dst, size_t n) {
+    const Absolute op;
+    map(op, dst, n, Vector<T>{src});
+}
+
 } // namespace
 
 extern const SumKernels sumKernels;
 const SumKernels sumKernels = {
-#define ZVPS_KERNELS(slot, op, source1, source2, type) scaledKernels<op<type>, source1<type>, source2<type>, type, type, type>(),
+#define ZVPS_KERNELS(slot, op, source1, source2, type)                                                                 \
+    binaryKernels<op<type>, source1<type>, source2<type>, type, type, type>(),
     ZVPS_SCALED_SUMS(ZVPS_KERNELS)
 #undef ZVPS_KERNELS
 #define ZVPS_KERNEL(slot, op, source1, source2, type1, type2, result)                                                  \
     binaryKernel<Plain##op<result>, Scaling::exact, source1<type1>, source2<type2>, type1, type2, result>,
-    ZVPS_PLAIN_SUMS(ZVPS_KERNEL)
+        ZVPS_PLAIN_SUMS(ZVPS_KERNEL)
+#undef ZVPS_KERNEL
+#define ZVPS_KERNEL(slot, type) absolute<type>,
+            ZVPS_ABSOLUTES(ZVPS_KERNEL)
 #undef ZVPS_KERNEL
 };
 

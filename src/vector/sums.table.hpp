@@ -47,6 +47,13 @@
     X(subCRev_32f, Sub, Vector, Constant, Zvp32f, Zvp32f, Zvp32f)                                                      \
     X(subCRev_64f, Sub, Vector, Constant, Zvp64f, Zvp64f, Zvp64f)
 
+// X(slot, element type): absolute values, saturated.
+#define ZVPS_ABSOLUTES(X)                                                                                              \
+    X(abs_16s, Zvp16s)                                                                                                 \
+    X(abs_32s, Zvp32s)                                                                                                 \
+    X(abs_32f, Zvp32f)                                                                                                 \
+    X(abs_64f, Zvp64f)
+
 namespace zvps {
 
 struct SumKernels {
@@ -55,6 +62,9 @@ struct SumKernels {
 #undef ZVPS_SLOT
 #define ZVPS_SLOT(slot, op, source1, source2, type1, type2, result) BinaryKernel<type1, type2, result> slot;
     ZVPS_PLAIN_SUMS(ZVPS_SLOT)
+#undef ZVPS_SLOT
+#define ZVPS_SLOT(slot, type) void (*slot)(const type* src, type* dst, size_t n);
+    ZVPS_ABSOLUTES(ZVPS_SLOT)
 #undef ZVPS_SLOT
 };
 

@@ -1,0 +1,276 @@
+// Quotients of integers, exact through floating point, and of floats.
+#pragma once
+
+#include "core/rounding.hpp"
+#include "zvps/types.h"
+
+namespace zvps::ZVPS_LEVEL {
+
+// Remembers whether a divisor was zero.
+template <class Float>
+class ZeroWatch {
+  public:
+    static constexpr size_t N = kVectorBytes / sizeof(Float);
+
+    // Magnitudes; a NaN is none.
+    HWY_INLINE void see(Vec<Float, N> magnitudes) { smallest = hn::Min(magnitudes, smallest); }
+    HWY_INLINE bool sawZero() const {
+        const Lanes<Float, N> d;
+        return !hn::AllFalse(d, hn::Eq(smallest, hn::Zero(d)));
+    }
+
+  private:
+    Vec<Float, N> smallest = hn::Set(Lanes<Float, N>(), Float{1});
+};
+
+// ---- Integers
+// -------------------------------------------------------------------------------------------------------- A quotient
+// of 8-bit numbers in single precision, of 16-bit numbers in double and of 32-bit numbers that is not scaled up in
+// double is exact where it is a tie and otherwise further from any tie than the rounding error: one rounding to the
+// integer is then the rounding of the exact quotient. Divisors of 0 give infinities, which saturate.
+
+// Limited to T's range and rounded, in lanes of 32 bits.
+template <class T, ZvpRoundMode mode, class D, class V>
+HWY_INLINE auto roundedTo(D d, V quotient) {
+    using F = Element<D>;
+    const V limited = hn::Min(hn::Max(quotient, hn::Set(d, F{std::numeric_limits<T>::min()})),
+                              hn::Set(d, static_cast<F>(std::numeric_limits<T>::max())));
+    const V whole = mode == zvpRndZero   ? hn::Trunc(limited)
+                    : mode == zvpRndNear ? hn::Round(limited)
+                                         : hn::Trunc(hn::Add(limited, hn::CopySign(hn::Set(d, F{0.5}), limited)));
+    if constexpr (sizeof(F) == 4) {
+        return hn::ConvertTo(hn::RebindToSigned<D>(), whole);
+    } else {
+        return hn::DemoteTo(Lanes<int32_t, hn::MaxLanes(d)>(), whole);
+    }
+}
+
+// Integers of up to 32 bits in floating-point lanes.
+template <class D, class V>
+HWY_INLINE auto toFloat(D d, V v) {
+    const Lanes<int32_t, hn::MaxLanes(d)> d32;
+    if constexpr (sizeof(Element<D>) == 4) {
+        return hn::ConvertTo(d, widened(d32, v));
+    } else {
+        return hn::PromoteTo(d, widened(d32, v));
+    }
+}
+
+template <class D, class V>
+HWY_INLINE auto fromInt32(D d, V v) {
+    if constexpr (std::is_same_v<Element<D>, int32_t>) {
+        return v;
+    } else {
+        return hn::DemoteTo(d, v);
+    }
+}
+
+// An operation is called as op(d, divisors, dividends) and then knows whether a divisor was 0.
+template <class Float, ZvpRoundMode mode>
+class DivReal : public ZeroWatch<Float> {
+  public:
+    static constexpr size_t kLanesAPart = 1;
+    static constexpr size_t kWorkBytes = sizeof(Float);
+
+    explicit DivReal(int scaleFactor) : scale(inversePower<Float>(scaleFactor)) {}
+
+    template <class D, class A, class B>
+    HWY_INLINE auto operator()(D d, A divisor, B dividend) {
+        const Lanes<Float, ZeroWatch<Float>::N> df;
+        const auto x = toFloat(df, divisor);
+        const auto y = toFloat(df, dividend);
+        this->see(hn::Abs(x));
+        const auto quotient = hn::Mul(hn::Div(y, x), hn::Set(df, scale));
+        const auto defined = hn::IfThenZeroElse(hn::Eq(y, hn::Zero(df)), quotient); // 0 / 0
+        return fromInt32(d, roundedTo<Element<D>, mode>(df, defined));
+    }
+
+  private:
+    Float scale;
+};
+
+template <ZvpRoundMode mode>
+using DivSingle = DivReal<float, mode>;
+template <ZvpRoundMode mode>
+using DivDouble = DivReal<double, mode>;
+
+// x * conj(y)
+template <class D, class V>
+HWY_INLINE V timesConjugate(D d, V x, V y) {
+    const V direct = hn::Mul(x, hn::DupEven(y));
+    const V crossed = hn::Mul(hn::Reverse2(d, x), hn::DupOdd(y));
+    return hn::OddEven(hn::Sub(direct, crossed), hn::Add(direct, crossed));
+}
+
+// |y|^2 in both lanes of a pair
+template <class D, class V>
+HWY_INLINE V squaredModulus(D d, V y) {
+    const V squares = hn::Mul(y, y);
+    return hn::Add(squares, hn::Reverse2(d, squares));
+}
+
+// All sums are exact in double. A divisor of 0 divides the dividend part by part.
+template <ZvpRoundMode mode>
+class DivComplex : public ZeroWatch<double> {
+  public:
+    static constexpr size_t kLanesAPart = 2;
+    static constexpr size_t kWorkBytes = sizeof(double);
+
+    explicit DivComplex(int scaleFactor) : scale(inversePower<double>(scaleFactor)) {}
+
+    template <class D, class V>
+    HWY_INLINE auto operator()(D d, V divisor, V dividend) {
+        const Lanes<double, N> df;
+        const auto x = toFloat(df, dividend);
+        const auto y = toFloat(df, divisor);
+        const auto norm = squaredModulus(df, y);
+        see(norm);
+        const auto numerator = hn::IfThenElse(hn::Eq(norm, hn::Zero(df)), x, timesConjugate(df, x, y));
+        const auto quotient = hn::Mul(hn::Div(numerator, norm), hn::Set(df, scale));
+        const auto defined = hn::IfThenZeroElse(hn::Eq(numerator, hn::Zero(df)), quotient); // 0 / 0
+        return fromInt32(d, roundedTo<Element<D>, mode>(df, defined));
+    }
+
+  private:
+    double scale;
+};
+
+// 32-bit quotients scaled up: double precision may round one to the wrong side of a tie; the remainder, exact in 64
+// bits, tells.
+template <ZvpRoundMode>
+class DivCorrected : public ZeroWatch<double> {
+  public:
+    static constexpr size_t kLanesAPart = 1;
+    static constexpr size_t kWorkBytes = sizeof(double);
+
+    explicit DivCorrected(int scaleFactor) : places(scaleFactor < -kMostPlaces ? kMostPlaces : -scaleFactor) {}
+
+    template <class D, class V>
+    HWY_INLINE auto operator()(D d, V divisor, V dividend) {
+        const Lanes<double, N> df;
+        const Lanes<int64_t, N> dw;
+        const auto x = toFloat(df, divisor);
+        const auto y = toFloat(df, dividend);
+        see(hn::Abs(x));
+        const auto quotient = hn::Mul(hn::Div(y, x), hn::Set(df, inversePower<double>(-places)));
+        const auto defined = hn::IfThenZeroElse(hn::Eq(y, hn::Zero(df)), quotient); // 0 / 0
+        const auto rounded = roundedTo<int32_t, zvpRndNear>(df, defined);
+        const auto near = hn::PromoteTo(dw, rounded);
+
+        const auto by = hn::PromoteTo(dw, divisor);
+        const auto remainder = hn::Sub(hn::ShiftLeftSame(hn::PromoteTo(dw, dividend), places), product(near, by));
+        const auto one = hn::Set(dw, 1);
+        const auto excess = hn::Sub(hn::ShiftLeft<1>(hn::Abs(remainder)), hn::Abs(by));
+        // Off by more than half a divisor, or by half and odd.
+        const auto wrong = hn::Gt(hn::Add(excess, hn::And(near, one)), hn::Zero(dw));
+        const auto towardExact = hn::Or(hn::BroadcastSignBit(hn::Xor(remainder, by)), one);
+        // A saturated quotient lies further away, and its remainder may have wrapped.
+        const auto distance = hn::Abs(hn::Sub(defined, hn::PromoteTo(df, rounded)));
+        const auto close = hn::RebindMask(dw, hn::Le(distance, hn::Set(df, 1.0)));
+        const auto corrected = hn::Add(near, hn::IfThenElseZero(hn::And(wrong, close), towardExact));
+        const auto low = hn::Set(dw, int64_t{std::numeric_limits<int32_t>::min()});
+        const auto high = hn::Set(dw, int64_t{std::numeric_limits<int32_t>::max()});
+        const auto limited = hn::BitCast(Lanes<uint64_t, N>(), hn::Min(hn::Max(corrected, low), high));
+        return hn::BitCast(d, hn::TruncateTo(hn::RebindToUnsigned<D>(), limited));
+    }
+
+  private:
+    // From here on every quotient but 0 saturates.
+    static constexpr int kMostPlaces = 62;
+
+    int places;
+
+    // Of numbers of 32 bits.
+    template <class V>
+    static HWY_INLINE V product(V a, V b) {
+        const hn::Repartition<int32_t, hn::DFromV<V>> d32;
+        return hn::MulEven(hn::BitCast(d32, a), hn::BitCast(d32, b));
+    }
+};
+
+// ---- Floating point
+// --------------------------------------------------------------------------------------------------
+
+template <class T>
+class PlainDiv : public ZeroWatch<T> {
+  public:
+    static constexpr size_t kLanesAPart = 1;
+    static constexpr size_t kWorkBytes = sizeof(T);
+
+    explicit PlainDiv(int) {}
+
+    template <class D, class V>
+    HWY_INLINE V operator()(D, V divisor, V dividend) {
+        this->see(hn::Abs(divisor));
+        return hn::Div(dividend, divisor);
+    }
+};
+
+// Quotients of complex floats, in double. Singles cannot leave its range; doubles are brought near 1 by powers of two,
+// which change no digit, and the quotient is taken back in two steps, so that only its own range limits it.
+template <class T>
+class PlainDivComplex : public ZeroWatch<double> {
+  public:
+    static constexpr size_t kLanesAPart = 2;
+    static constexpr size_t kWorkBytes = sizeof(double);
+
+    explicit PlainDivComplex(int) {}
+
+    template <class D, class V>
+    HWY_INLINE V operator()(D d, V divisor, V dividend) {
+        const Lanes<double, N> df;
+        if constexpr (std::is_same_v<T, float>) {
+            return hn::DemoteTo(d, quotient(df, hn::PromoteTo(df, dividend), hn::PromoteTo(df, divisor)));
+        } else {
+            const Lanes<int64_t, N> di;
+            const auto scaleX = exponentInverse(dividend);
+            const auto scaleY = exponentInverse(divisor);
+            const V scaled =
+                quotient(df, hn::Mul(dividend, hn::BitCast(df, scaleX)), hn::Mul(divisor, hn::BitCast(df, scaleY)));
+            const auto least = hn::Set(di, -2044);
+            const auto most = hn::Set(di, 2044);
+            const auto exponent = hn::Min(hn::Max(hn::ShiftRight<52>(hn::Sub(scaleY, scaleX)), least), most);
+            const auto half = hn::ShiftRight<1>(exponent);
+            return hn::Mul(hn::Mul(scaled, power(half)), power(hn::Sub(exponent, half)));
+        }
+    }
+
+  private:
+    using Doubles = Vec<double, N>;
+    using Words = Vec<int64_t, N>;
+
+    HWY_INLINE Doubles quotient(Lanes<double, N> d, Doubles x, Doubles y) {
+        const auto zero = hn::Zero(d);
+        auto norm = squaredModulus(d, y);
+        see(norm);
+        const auto infinite = hn::IsInf(norm);
+        if (HWY_UNLIKELY(!hn::AllFalse(d, infinite))) {
+            // A finite number by an infinite one is 0: only which parts are infinite, and their signs, count.
+            const auto one = hn::IfThenElseZero(hn::IsInf(y), hn::Set(d, 1.0));
+            y = hn::IfThenElse(infinite, hn::CopySign(one, y), y);
+            x = hn::IfThenElse(infinite, hn::Mul(x, zero), x);
+            norm = squaredModulus(d, y);
+        }
+        const auto byZero = hn::Eq(norm, zero);
+        const auto numerator = hn::IfThenElse(byZero, x, timesConjugate(d, x, y));
+        return hn::Div(numerator, hn::IfThenElse(byZero, hn::DupEven(y), norm));
+    }
+
+    // The bits of the power of two that brings the larger part of a pair near 1.
+    static HWY_INLINE Words exponentInverse(Doubles v) {
+        const Lanes<int64_t, N> di;
+        const Lanes<double, N> df;
+        const auto magnitude = hn::Abs(v);
+        const auto larger = hn::BitCast(di, hn::Max(magnitude, hn::Reverse2(df, magnitude)));
+        const auto exponent = hn::And(larger, hn::Set(di, 0x7FF0000000000000));
+        return hn::Max(hn::Sub(hn::Set(di, 0x7FE0000000000000), exponent), hn::Set(di, 0x0010000000000000));
+    }
+
+    // 2^exponent
+    static HWY_INLINE Doubles power(Words exponent) {
+        const Lanes<int64_t, N> di;
+        return hn::BitCast(Lanes<double, N>(), hn::ShiftLeft<52>(hn::Add(exponent, hn::Set(di, 1023))));
+    }
+};
+
+} // namespace zvps::ZVPS_LEVEL

@@ -1,0 +1,62 @@
+// Quotients: the bridge between entries and kernels.
+#pragma once
+
+#include "zvps/types.h"
+
+#include <cstddef>
+
+// X(slot, operation, source of the divisors, source of the dividends, their types, result type), and for the integers
+// one kernel for each rounding mode, for results of every scale factor.
+#define ZVPS_ROUNDED_QUOTIENTS(X)                                                                                      \
+    X(div_8u, DivSingle, Divisors, Vector, Zvp8u, Zvp8u, Zvp8u)                                                        \
+    X(div_16s, DivDouble, Divisors, Vector, Zvp16s, Zvp16s, Zvp16s)                                                    \
+    X(div_16u, DivDouble, Divisors, Vector, Zvp16u, Zvp16u, Zvp16u)
+
+// To nearest, ties to even.
+#define ZVPS_NEAREST_QUOTIENTS(X)                                                                                      \
+    X(div_16sc, DivComplex, Divisors, Vector, Zvp16s, Zvp16s, Zvp16s)                                                  \
+    X(div_32s, DivDouble, Divisors, Vector, Zvp32s, Zvp32s, Zvp32s)                                                    \
+    X(div_32sUp, DivCorrected, Divisors, Vector, Zvp32s, Zvp32s, Zvp32s)                                               \
+    X(div_32s16s, DivDouble, Divisors, Vector, Zvp32s, Zvp32s, Zvp16s)                                                 \
+    X(divC_8u, DivSingle, Constant, Vector, Zvp8u, Zvp8u, Zvp8u)                                                       \
+    X(divC_16s, DivDouble, Constant, Vector, Zvp16s, Zvp16s, Zvp16s)                                                   \
+    X(divC_16u, DivDouble, Constant, Vector, Zvp16u, Zvp16u, Zvp16u)                                                   \
+    X(divC_16sc, DivComplex, Constant, Vector, Zvp16s, Zvp16s, Zvp16s)                                                 \
+    X(divCRev_16u, DivDouble, Divisors, Constant, Zvp16u, Zvp16u, Zvp16u)
+
+#define ZVPS_PLAIN_QUOTIENTS(X)                                                                                        \
+    X(div_32f, PlainDiv<Zvp32f>, Divisors, Vector, Zvp32f)                                                             \
+    X(div_64f, PlainDiv<Zvp64f>, Divisors, Vector, Zvp64f)                                                             \
+    X(div_32fc, PlainDivComplex<Zvp32f>, Divisors, Vector, Zvp32f)                                                     \
+    X(div_64fc, PlainDivComplex<Zvp64f>, Divisors, Vector, Zvp64f)                                                     \
+    X(divC_32f, PlainDiv<Zvp32f>, Constant, Vector, Zvp32f)                                                            \
+    X(divC_64f, PlainDiv<Zvp64f>, Constant, Vector, Zvp64f)                                                            \
+    X(divC_32fc, PlainDivComplex<Zvp32f>, Constant, Vector, Zvp32f)                                                    \
+    X(divC_64fc, PlainDivComplex<Zvp64f>, Constant, Vector, Zvp64f)                                                    \
+    X(divCRev_32f, PlainDiv<Zvp32f>, Divisors, Constant, Zvp32f)
+
+namespace zvps {
+
+// Returns whether a divisor was zero.
+template <class A, class B, class D>
+using QuotientKernel = bool (*)(const A* divisors, const B* dividends, D* dst, size_t n, int scaleFactor);
+
+// Indexed by ZvpRoundMode.
+template <class A, class B, class D>
+struct RoundedQuotientKernels {
+    QuotientKernel<A, B, D> byMode[3];
+};
+
+struct QuotientKernels {
+#define ZVPS_SLOT(slot, op, source1, source2, type1, type2, result) RoundedQuotientKernels<type1, type2, result> slot;
+    ZVPS_ROUNDED_QUOTIENTS(ZVPS_SLOT)
+#undef ZVPS_SLOT
+#define ZVPS_SLOT(slot, op, source1, source2, type1, type2, result) QuotientKernel<type1, type2, result> slot;
+    ZVPS_NEAREST_QUOTIENTS(ZVPS_SLOT)
+#undef ZVPS_SLOT
+#define ZVPS_SLOT(slot, op, source1, source2, type) QuotientKernel<type, type, type> slot;
+    ZVPS_PLAIN_QUOTIENTS(ZVPS_SLOT)
+#undef ZVPS_SLOT
+};
+
+} // namespace zvps
