@@ -25,6 +25,16 @@ HWY_INLINE auto widened(D d, V v) {
     }
 }
 
+// v shifted by the same number of places in all lanes, from kBits<T> on by all of them. With a count per lane where
+// that is one instruction: those that take one count for all lanes cost two.
+template <class D, class V>
+HWY_INLINE V shiftedRight([[maybe_unused]] D d, V v, int places) {
+#if HWY_TARGET <= HWY_AVX3
+    if constexpr (sizeof(Element<D>) >= 2) return v >> hn::Set(d, static_cast<Element<D>>(places));
+#endif
+    return hn::ShiftRightSame(v, places);
+}
+
 // floor((a + b) / 2) without a wider type.
 template <class D, class V>
 HWY_INLINE V floorAverage(D d, V a, V b) {
@@ -42,8 +52,8 @@ HWY_INLINE V roundShift(D d, V v, int shift) {
     using T = Element<D>;
     const V one = hn::Set(d, T{1});
     const V bias = hn::Set(d, static_cast<T>((uint64_t{1} << (shift - 1)) - 1));
-    const V odd = hn::And(hn::ShiftRightSame(v, shift), one);
-    return hn::ShiftRightSame(floorAverage(d, v, hn::Add(bias, odd)), shift - 1);
+    const V odd = hn::And(shiftedRight(d, v, shift), one);
+    return shiftedRight(d, floorAverage(d, v, hn::Add(bias, odd)), shift - 1);
 }
 
 // The same where v + 2^(shift - 1) fits the lanes.
@@ -52,8 +62,8 @@ HWY_INLINE V roundShiftSmall(D d, V v, int shift) {
     using T = Element<D>;
     const V one = hn::Set(d, T{1});
     const V bias = hn::Set(d, static_cast<T>((uint64_t{1} << (shift - 1)) - 1));
-    const V odd = hn::And(hn::ShiftRightSame(v, shift), one);
-    return hn::ShiftRightSame(hn::Add(v, hn::Add(bias, odd)), shift);
+    const V odd = hn::And(shiftedRight(d, v, shift), one);
+    return shiftedRight(d, hn::Add(v, hn::Add(bias, odd)), shift);
 }
 
 // (2 half + (last & 1)) / 2 and (2 half + (last & 1)) / 2^shift, for 2 <= shift <= kBits<T> + 1: to nearest, ties to
@@ -66,8 +76,8 @@ template <class D, class V>
 HWY_INLINE V roundHalfShift(D d, V half, V last, int shift) {
     using T = Element<D>;
     const V bias = hn::Set(d, static_cast<T>((uint64_t{1} << (shift - 2)) - 1));
-    const V up = hn::And(hn::Or(last, hn::ShiftRightSame(half, shift - 1)), hn::Set(d, T{1}));
-    return hn::ShiftRightSame(floorAverage(d, half, hn::Add(bias, up)), shift - 2);
+    const V up = hn::And(hn::Or(last, shiftedRight(d, half, shift - 1)), hn::Set(d, T{1}));
+    return shiftedRight(d, floorAverage(d, half, hn::Add(bias, up)), shift - 2);
 }
 
 // v * 2^shift, saturated.

@@ -1,13 +1,34 @@
-// Kernels of integer results with a scale factor: which one an entry calls, and with what shift.
+// How entries call kernels of two operands: the operands' types, the status, the kernels of a scale factor.
 #pragma once
+
+#include "zvps/status.h"
 
 #include <cstddef>
 
 namespace zvps {
 
-// A kernel of two operands. `shift` is the number of places, for the kernels that shift.
+// A constant as kernels take it, by value: the values of even and odd lanes, which for complex data are the parts and
+// for real data equal.
+template <class T>
+struct Pair {
+    T even;
+    T odd;
+};
+
+// The arguments from which a kernel makes its sources of operands of the same names.
+template <class T>
+using VectorArgument = const T*;
+template <class T>
+using DivisorsArgument = const T*;
+template <class T>
+using DuplicatedArgument = const T*;
+template <class T>
+using ConstantArgument = Pair<T>;
+
+// A kernel of two operands, of the types above. `shift` is the number of places, for the kernels that shift. Kernels
+// return the entry's status, so that an entry ends in a jump to its kernel.
 template <class A, class B, class D>
-using BinaryKernel = void (*)(const A* a, const B* b, D* dst, size_t n, int shift);
+using BinaryKernel = ZvpStatus (*)(A a, B b, D* dst, size_t n, int shift);
 
 // The kernels of one operation, told apart by the scale factor.
 template <class A, class B, class D>

@@ -11,6 +11,8 @@
 #include <hwy/cache_control.h>
 #include <hwy/highway.h>
 
+#include "core/scaled.hpp"
+
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -95,13 +97,10 @@ struct Divisors : Vector<T> {
     }
 };
 
-// A constant, the pair {even lanes, odd lanes} at p, so that real and complex constants share a kernel.
+// A constant, which may differ in even and odd lanes, so that real and complex ones share a kernel.
 template <class T>
 struct Constant {
-    T even;
-    T odd;
-
-    explicit Constant(const T* p) : even(p[0]), odd(p[1]) {}
+    Pair<T> value;
 
     static constexpr size_t kLaneBytes = sizeof(T);
 
@@ -109,9 +108,15 @@ struct Constant {
     HWY_INLINE Vec<T, N> load(size_t) const {
         const Lanes<T, N> d;
         if constexpr (N == 1) {
-            return hn::Set(d, even);
+            return hn::Set(d, value.even);
+        } else if constexpr (sizeof(T) == 8) {
+            return hn::OddEven(hn::Set(d, value.odd), hn::Set(d, value.even));
         } else {
-            return hn::OddEven(hn::Set(d, odd), hn::Set(d, even));
+            // As one element of twice the width.
+            using Both = std::conditional_t<std::is_same_v<T, float>, double, hwy::MakeWide<hwy::MakeUnsigned<T>>>;
+            Both both;
+            __builtin_memcpy(&both, &value, sizeof(both));
+            return hn::BitCast(d, hn::Set(Lanes<Both, N / 2>(), both));
         }
     }
     template <size_t N>
@@ -166,10 +171,38 @@ constexpr size_t largest(size_t first, Sizes... rest) {
     return result;
 }
 
+// The loop for vectors so long that the destination's alignment counts, or its way past the caches.
+template <size_t kLanesAPart, size_t N, class Op, class T, class... Sources>
+HWY_NOINLINE Op mapLong(Op op, T* dst, size_t n, Sources... sources) {
+    constexpr size_t kBytes = N * sizeof(T);
+    const Lanes<T, N> d;
+    const size_t last = n - N;
+    const auto tail = op(d, sources.template load<N>(last)...);
+    const auto head = op(d, sources.template load<N>(0)...);
+    const size_t beyond = reinterpret_cast<uintptr_t>(dst) % kBytes;
+    const size_t lead = N - beyond / sizeof(T);
+    const bool canAlign = beyond % sizeof(T) == 0 && lead % kLanesAPart == 0;
+    size_t i = canAlign ? lead : N;
+    const bool toCache = n * sizeof(T) < kStreamFromBytes || !canAlign || (sources.startsAt(dst) || ...);
+    if (kBytes < 16 || toCache) {
+        for (; i < last; i += N) {
+            hn::StoreU(op(d, sources.template load<N>(i)...), d, dst + i);
+        }
+    } else {
+        for (; i < last; i += N) {
+            hn::Stream(op(d, sources.template load<N>(i)...), d, dst + i);
+        }
+        hwy::FlushStream();
+    }
+    hn::StoreU(tail, d, dst + last);
+    hn::StoreU(head, d, dst);
+    return op;
+}
+
 // dst[i] = op(sources[i]...) for n lanes, with op called on vectors. kLanesAPart: how many lanes belong together, 2 for
-// complex data. The destination may
-// be the same as a source: the vectors at the two ends, which overlap their neighbours, are computed before anything
-// is stored. kWorkBytes: the width of the op's inner lanes where that is more than any operand's.
+// complex data. kWorkBytes: the width of the op's inner lanes where that is more than any operand's. The destination
+// may be the same as a source: the vectors at the two ends, which overlap their neighbours, are computed before
+// anything is stored that they read.
 template <size_t kLanesAPart = 1, size_t kWorkBytes = 1, class Op, class T, class... Sources>
 HWY_INLINE void map(Op& op, T* dst, size_t n, const Sources&... sources) {
     constexpr size_t N = kVectorBytes / largest(kWorkBytes, sizeof(T), Sources::kLaneBytes...);
@@ -178,29 +211,20 @@ HWY_INLINE void map(Op& op, T* dst, size_t n, const Sources&... sources) {
         storeFirst(d, op(d, sources.template first<N>(n)...), dst, n);
         return;
     }
-    const auto tail = op(d, sources.template load<N>(n - N)...);
+    const size_t bytes = n * sizeof(T);
+    const bool aligned = reinterpret_cast<uintptr_t>(dst) % (N * sizeof(T)) == 0;
+    if (HWY_UNLIKELY(bytes >= (aligned ? kStreamFromBytes : kAlignFromBytes))) {
+        op = mapLong<kLanesAPart, N>(op, dst, n, sources...);
+        return;
+    }
+    const size_t last = n - N;
+    const auto tail = op(d, sources.template load<N>(last)...);
     size_t i = 0;
-    auto head = tail;
-    if (n * sizeof(T) >= kAlignFromBytes) {
-        const size_t beyond = reinterpret_cast<uintptr_t>(dst) % (N * sizeof(T));
-        const size_t lead = N - beyond / sizeof(T);
-        if (beyond != 0 && beyond % sizeof(T) == 0 && lead % kLanesAPart == 0) {
-            head = op(d, sources.template load<N>(0)...);
-            i = lead;
-        }
-    }
-    const bool peeled = i != 0;
-    if (n * sizeof(T) >= kStreamFromBytes && N * sizeof(T) >= 16 && !(sources.startsAt(dst) || ...) &&
-        reinterpret_cast<uintptr_t>(dst + i) % (N * sizeof(T)) == 0) {
-        for (; i + N < n; i += N)
-            hn::Stream(op(d, sources.template load<N>(i)...), d, dst + i);
-        hwy::FlushStream();
-    } else {
-        for (; i + N < n; i += N)
-            hn::StoreU(op(d, sources.template load<N>(i)...), d, dst + i);
-    }
-    hn::StoreU(tail, d, dst + n - N);
-    if (peeled) hn::StoreU(head, d, dst);
+    do { // at least once, which does no harm to a single vector and spares its branch to all
+        hn::StoreU(op(d, sources.template load<N>(i)...), d, dst + i);
+        i += N;
+    } while (i < last);
+    hn::StoreU(tail, d, dst + last);
 }
 
 } // namespace zvps::ZVPS_LEVEL

@@ -44,98 +44,81 @@ size_t partCount(int len) {
     return static_cast<size_t>(len) * (sizeof(T) / sizeof(Part<T>));
 }
 
-// A constant as kernels take it: the values of even and odd parts.
 template <class T>
-struct Pair {
-    Part<T> values[2];
-
-    explicit Pair(T val) {
-        if constexpr (std::is_same_v<T, Part<T>>) {
-            values[0] = values[1] = val;
-        } else {
-            values[0] = val.re;
-            values[1] = val.im;
-        }
-    }
-};
-
-// ---- Calls
-// -----------------------------------------------------------------------------------------------------------
-
-// Picks the kernel for the scale factor. Any int is one; beyond the kernels' reach the results are known.
-template <class A, class B, class D>
-void runScaled(const ScaledKernels<A, B, D>& kernels, const A* a, const B* b, D* dst, size_t n, int scaleFactor) {
-    if (scaleFactor == 0) {
-        kernels.exact(a, b, dst, n, 0);
-    } else if (scaleFactor == 1) {
-        kernels.halved(a, b, dst, n, 1);
-    } else if (scaleFactor > kernels.lastShift) {
-        std::memset(dst, 0, n * sizeof(D));
-    } else if (scaleFactor > 1) {
-        kernels.down(a, b, dst, n, scaleFactor);
+Pair<Part<T>> pairOf(T val) {
+    if constexpr (std::is_same_v<T, Part<T>>) {
+        return {val, val};
     } else {
-        constexpr int kMostPlaces = 64; // as many as saturate any result but 0
-        kernels.up(a, b, dst, n, -std::max(scaleFactor, -kMostPlaces));
+        return {val.re, val.im};
     }
 }
 
-// Operands as kernels take them: a pointer to parts, for a constant to its pair.
+// Operands as kernels take them: pointers to parts, and constants as they are.
 template <class T>
 const Part<T>* operand(const T* vector) {
     return parts(vector);
 }
 template <class T>
-const Part<T>* operand(const Pair<T>& constant) {
-    return constant.values;
+Pair<T> operand(Pair<T> constant) {
+    return constant;
 }
 
-// The null checks see vectors only.
+// ---- Calls
+// ----------------------------------------------------------------------------------------------------------- Operands
+// stand in the order of the kernel's, which with the destination last is the order of the checks too.
+
 template <class T>
-constexpr const void* pointerOf(const T* vector) {
-    return vector;
+bool isMissing(const T* vector) {
+    return vector == nullptr;
 }
 template <class T>
-constexpr const void* pointerOf(const Pair<T>& constant) {
-    return constant.values;
+bool isMissing(Pair<T>) {
+    return false;
 }
 
-// `a` and `b` are vectors or constants (Pair), in the order of the kernel's operands, which with the destination last
-// is the order of the checks too.
-template <class Slot, class A, class B, class D>
-ZvpStatus scaled(const Slot& slot, const A& a, const B& b, D* dst, int len, int scaleFactor) {
-    if (const ZvpStatus status = checkVectors(len, pointerOf(a), pointerOf(b), dst)) return status;
-    runScaled(slot, operand(a), operand(b), parts(dst), partCount<D>(len), scaleFactor);
+template <class A, class B>
+ZvpStatus checkOperands(int len, A a, B b, const void* dst) {
+    if (isMissing(a) || isMissing(b)) return zvpStsNullPtr;
+    return checkVectors(len, dst);
+}
+
+// Picks the kernel for the scale factor. Any int is one; beyond the kernels' reach the results are known.
+template <class A, class B, class D>
+ZvpStatus runScaled(const ScaledKernels<A, B, D>& kernels, A a, B b, D* dst, size_t n, int scaleFactor) {
+    if (scaleFactor == 0) return kernels.exact(a, b, dst, n, 0);
+    if (scaleFactor == 1) return kernels.halved(a, b, dst, n, 1);
+    if (scaleFactor < 0) {
+        constexpr int kMostPlaces = 64; // as many as saturate any result but 0
+        return kernels.up(a, b, dst, n, -std::max(scaleFactor, -kMostPlaces));
+    }
+    if (scaleFactor <= kernels.lastShift) return kernels.down(a, b, dst, n, scaleFactor);
+    std::memset(dst, 0, n * sizeof(D));
     return zvpStsOk;
+}
+
+template <class Slot, class A, class B, class D>
+ZvpStatus scaled(const Slot& slot, A a, B b, D* dst, int len, int scaleFactor) {
+    if (const ZvpStatus status = checkOperands(len, a, b, dst)) return status;
+    return runScaled(slot, operand(a), operand(b), parts(dst), partCount<D>(len), scaleFactor);
 }
 
 template <class Kernel, class A, class B, class D>
-ZvpStatus plain(Kernel kernel, const A& a, const B& b, D* dst, int len) {
-    if (const ZvpStatus status = checkVectors(len, pointerOf(a), pointerOf(b), dst)) return status;
-    kernel(operand(a), operand(b), parts(dst), partCount<D>(len), 0);
-    return zvpStsOk;
+ZvpStatus plain(Kernel kernel, A a, B b, D* dst, int len) {
+    if (const ZvpStatus status = checkOperands(len, a, b, dst)) return status;
+    return kernel(operand(a), operand(b), parts(dst), partCount<D>(len), 0);
 }
 
 template <class Kernel, class T>
 ZvpStatus absolute(Kernel kernel, const T* src, T* dst, int len) {
     if (const ZvpStatus status = checkVectors(len, src, dst)) return status;
-    kernel(src, dst, static_cast<size_t>(len));
-    return zvpStsOk;
+    return kernel(src, dst, static_cast<size_t>(len));
 }
 
-// Where every quotient has long become 0 or saturated.
-constexpr int kFarScale = 1000;
-
+// The kernels know where every quotient has become 0 or saturates.
 template <class Kernel, class A, class B, class D>
-ZvpStatus divide(Kernel kernel, const A& divisors, const B& dividends, D* dst, int len, int scaleFactor = 0) {
-    const int limited = std::clamp(scaleFactor, -kFarScale, kFarScale);
-    const bool sawZero = kernel(operand(divisors), operand(dividends), parts(dst), partCount<D>(len), limited);
-    return sawZero ? zvpStsDivByZero : zvpStsOk;
-}
-
-template <class Kernel, class A, class B, class D>
-ZvpStatus quotient(Kernel kernel, const A& divisors, const B& dividends, D* dst, int len, int scaleFactor = 0) {
-    if (const ZvpStatus status = checkVectors(len, pointerOf(divisors), pointerOf(dividends), dst)) return status;
-    return divide(kernel, divisors, dividends, dst, len, scaleFactor);
+ZvpStatus quotient(Kernel kernel, A divisors, B dividends, D* dst, int len, int scaleFactor = 0) {
+    if (const ZvpStatus status = checkOperands(len, divisors, dividends, dst)) return status;
+    return kernel(operand(divisors), operand(dividends), parts(dst), partCount<D>(len), scaleFactor);
 }
 
 template <class Slot, class T>
@@ -143,26 +126,25 @@ ZvpStatus roundedQuotient(const Slot& slot, const T* divisors, const T* dividend
                           int scaleFactor) {
     if (const ZvpStatus status = checkVectors(len, divisors, dividends, dst)) return status;
     if (mode < zvpRndZero || mode > zvpRndFinancial) return zvpStsBadRoundMode;
-    return divide(slot.byMode[mode], divisors, dividends, dst, len, scaleFactor);
+    return slot.byMode[mode](divisors, dividends, dst, static_cast<size_t>(len), scaleFactor);
 }
 
 template <class Kernel, class T>
 ZvpStatus quotientByConstant(Kernel kernel, T val, const T* src, T* dst, int len, int scaleFactor = 0) {
     if (const ZvpStatus status = checkVectors(len, src, dst)) return status;
-    const Pair<T> divisor(val);
-    if (divisor.values[0] == 0 && divisor.values[1] == 0) return zvpStsDivByZeroErr;
-    return divide(kernel, divisor, src, dst, len, scaleFactor);
+    const Pair<Part<T>> divisor = pairOf(val);
+    if (divisor.even == 0 && divisor.odd == 0) return zvpStsDivByZeroErr;
+    return kernel(divisor, operand(src), parts(dst), partCount<T>(len), scaleFactor);
 }
 
 // 32-bit quotients that are scaled up need more than double precision.
-QuotientKernel<Zvp32s, Zvp32s, Zvp32s> quotientKernel32s(int scaleFactor) {
+auto quotientKernel32s(int scaleFactor) {
     return scaleFactor < 0 ? kernels().quotients->div_32sUp : kernels().quotients->div_32s;
 }
 
 ZvpStatus mul32f16s(const Zvp32f* src, Zvp32f val, Zvp16s* dst, int len, int scaleFactor) {
     if (const ZvpStatus status = checkVectors(len, src, dst)) return status;
-    kernels().products->mulC_32f16s(src, Pair<Zvp32f>(val).values, dst, static_cast<size_t>(len), scaleFactor);
-    return zvpStsOk;
+    return kernels().products->mulC_32f16s(src, pairOf(val), dst, static_cast<size_t>(len), scaleFactor);
 }
 
 // ---- 64-bit integers
@@ -170,8 +152,7 @@ ZvpStatus mul32f16s(const Zvp32f* src, Zvp32f val, Zvp16s* dst, int len, int sca
 
 ZvpStatus multiply64s(Zvp64s multiplier, Zvp64s* srcDst, int len, int64_t shift) {
     if (const ZvpStatus status = checkVectors(len, srcDst)) return status;
-    kernels().products->mulC_64s(multiplier, srcDst, static_cast<size_t>(len), shift);
-    return zvpStsOk;
+    return kernels().products->mulC_64s(multiplier, srcDst, static_cast<size_t>(len), shift);
 }
 
 // val = mantissa * 2^exponent, the mantissa of 53 bits at most.
@@ -252,26 +233,26 @@ ZvpStatus divide64s(Zvp64s val, Zvp64s* srcDst, int len, int scaleFactor) {
     }
 
 // A constant as the second operand of the kernel, or as the first.
-#define ZVPS_VECTOR_FIRST(SRC, TYPE) SRC, zvps::Pair<Zvp##TYPE>(val)
-#define ZVPS_CONSTANT_FIRST(SRC, TYPE) zvps::Pair<Zvp##TYPE>(val), SRC
+#define ZVPS_VECTOR_FIRST(SRC) SRC, zvps::pairOf(val)
+#define ZVPS_CONSTANT_FIRST(SRC) zvps::pairOf(val), SRC
 
 #define ZVPS_CONSTANT_SFS(NAME, TYPE, ORDER, SLOT)                                                                     \
     ZvpStatus zvps##NAME##_##TYPE##_Sfs(const Zvp##TYPE* pSrc, Zvp##TYPE val, Zvp##TYPE* pDst, int len,                \
                                         int scaleFactor) {                                                             \
-        return zvps::scaled(zvps::kernels().SLOT, ORDER(pSrc, TYPE), pDst, len, scaleFactor);                          \
+        return zvps::scaled(zvps::kernels().SLOT, ORDER(pSrc), pDst, len, scaleFactor);                                \
     }                                                                                                                  \
     ZvpStatus zvps##NAME##_##TYPE##_ISfs(Zvp##TYPE val, Zvp##TYPE* pSrcDst, int len, int scaleFactor) {                \
-        return zvps::scaled(zvps::kernels().SLOT, ORDER(pSrcDst, TYPE), pSrcDst, len, scaleFactor);                    \
+        return zvps::scaled(zvps::kernels().SLOT, ORDER(pSrcDst), pSrcDst, len, scaleFactor);                          \
     }
 
 #define ZVPS_CONSTANT_IN_PLACE(NAME, TYPE, ORDER, SLOT)                                                                \
     ZvpStatus zvps##NAME##_##TYPE##_I(Zvp##TYPE val, Zvp##TYPE* pSrcDst, int len) {                                    \
-        return zvps::plain(zvps::kernels().SLOT, ORDER(pSrcDst, TYPE), pSrcDst, len);                                  \
+        return zvps::plain(zvps::kernels().SLOT, ORDER(pSrcDst), pSrcDst, len);                                        \
     }
 
 #define ZVPS_CONSTANT(NAME, TYPE, ORDER, SLOT)                                                                         \
     ZvpStatus zvps##NAME##_##TYPE(const Zvp##TYPE* pSrc, Zvp##TYPE val, Zvp##TYPE* pDst, int len) {                    \
-        return zvps::plain(zvps::kernels().SLOT, ORDER(pSrc, TYPE), pDst, len);                                        \
+        return zvps::plain(zvps::kernels().SLOT, ORDER(pSrc), pDst, len);                                              \
     }                                                                                                                  \
     ZVPS_CONSTANT_IN_PLACE(NAME, TYPE, ORDER, SLOT)
 
@@ -346,10 +327,10 @@ ZvpStatus divide64s(Zvp64s val, Zvp64s* srcDst, int len, int scaleFactor) {
 
 #define ZVPS_QUOTIENT_OF_CONSTANT(TYPE, SLOT)                                                                          \
     ZvpStatus zvpsDivCRev_##TYPE(const Zvp##TYPE* pSrc, Zvp##TYPE val, Zvp##TYPE* pDst, int len) {                     \
-        return zvps::quotient(zvps::kernels().SLOT, ZVPS_VECTOR_FIRST(pSrc, TYPE), pDst, len);                         \
+        return zvps::quotient(zvps::kernels().SLOT, ZVPS_VECTOR_FIRST(pSrc), pDst, len);                               \
     }                                                                                                                  \
     ZvpStatus zvpsDivCRev_##TYPE##_I(Zvp##TYPE val, Zvp##TYPE* pSrcDst, int len) {                                     \
-        return zvps::quotient(zvps::kernels().SLOT, ZVPS_VECTOR_FIRST(pSrcDst, TYPE), pSrcDst, len);                   \
+        return zvps::quotient(zvps::kernels().SLOT, ZVPS_VECTOR_FIRST(pSrcDst), pSrcDst, len);                         \
     }
 
 // ---- Sums and differences -------------------------------------------------------------------------------------------
@@ -496,7 +477,7 @@ ZVPS_MIXED(AddProduct, 32fc, 32fc, 32fc, 32fc, products->addProduct_32fc)
 ZVPS_MIXED(AddProduct, 64f, 64f, 64f, 64f, products->addProduct_64f)
 ZVPS_MIXED(AddProduct, 64fc, 64fc, 64fc, 64fc, products->addProduct_64fc)
 ZvpStatus zvpsAddProductC_32f(const Zvp32f* pSrc, Zvp32f val, Zvp32f* pSrcDst, int len) {
-    return zvps::plain(zvps::kernels().products->addProductC_32f, ZVPS_VECTOR_FIRST(pSrc, 32f), pSrcDst, len);
+    return zvps::plain(zvps::kernels().products->addProductC_32f, ZVPS_VECTOR_FIRST(pSrc), pSrcDst, len);
 }
 
 // ---- Quotients

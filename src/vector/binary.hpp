@@ -24,16 +24,18 @@ struct Scaled {
 };
 
 template <class Op, Scaling scaling, class SourceA, class SourceB, class A, class B, class D>
-void binaryKernel(const A* a, const B* b, D* dst, size_t n, int shift) {
-    const Scaled<Op, scaling> op{shift};
+ZvpStatus binaryKernel(A a, B b, D* dst, size_t n, int shift) {
+    Scaled<Op, scaling> op{shift};
     map<Op::kLanesAPart>(op, dst, n, SourceA{a}, SourceB{b});
+    return zvpStsOk;
 }
 
 // The destination is the third operand as well.
 template <class Op, Scaling scaling, class SourceA, class SourceB, class A, class B, class D>
-void accumulateKernel(const A* a, const B* b, D* dst, size_t n, int shift) {
-    const Scaled<Op, scaling> op{shift};
+ZvpStatus accumulateKernel(A a, B b, D* dst, size_t n, int shift) {
+    Scaled<Op, scaling> op{shift};
     map<Op::kLanesAPart>(op, dst, n, SourceA{a}, SourceB{b}, Vector<D>{dst});
+    return zvpStsOk;
 }
 
 template <class Op, class SourceA, class SourceB, class A, class B, class D>

@@ -30,12 +30,12 @@ ZvpStatus zero(T* dst, int len) {
 }
 
 template <class Unit, class T>
-void fill(FillKernel<Unit> kernel, T val, T* dst, int len) {
+ZvpStatus fill(FillKernel<Unit> kernel, T val, T* dst, int len) {
     constexpr size_t kUnits = sizeof(T) / sizeof(Unit);
-    Unit pair[2];
-    std::memcpy(pair, &val, sizeof(T));
-    if (kUnits == 1) pair[1] = pair[0];
-    kernel(pair, reinterpret_cast<Unit*>(dst), static_cast<size_t>(len) * kUnits);
+    Pair<Unit> values;
+    std::memcpy(&values, &val, sizeof(T));
+    if (kUnits == 1) values.odd = values.even;
+    return kernel(values, reinterpret_cast<Unit*>(dst), static_cast<size_t>(len) * kUnits);
 }
 
 // By the element's size: what its bytes mean makes no difference.
@@ -44,14 +44,14 @@ ZvpStatus set(T val, T* dst, int len) {
     if (const ZvpStatus status = checkVectors(len, dst)) return status;
     if constexpr (sizeof(T) == 1) {
         std::memset(dst, val, bytes<T>(len));
+        return zvpStsOk;
     } else if constexpr (sizeof(T) == 2) {
-        fill(kernels().initialisation->fill16, val, dst, len);
+        return fill(kernels().initialisation->fill16, val, dst, len);
     } else if constexpr (sizeof(T) == 4) {
-        fill(kernels().initialisation->fill32, val, dst, len);
+        return fill(kernels().initialisation->fill32, val, dst, len);
     } else {
-        fill(kernels().initialisation->fill64, val, dst, len);
+        return fill(kernels().initialisation->fill64, val, dst, len);
     }
-    return zvpStsOk;
 }
 
 } // namespace

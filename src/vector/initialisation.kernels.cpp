@@ -6,10 +6,18 @@ namespace zvps::ZVPS_LEVEL {
 
 namespace {
 
+struct Unchanged {
+    template <class D, class V>
+    HWY_INLINE V operator()(D, V v) const {
+        return v;
+    }
+};
+
 template <class T>
-void fill(const T* pair, T* dst, size_t n) {
-    const auto value = [](auto, auto v) { return v; };
-    map<2>(value, dst, n, Constant<T>{pair});
+ZvpStatus fill(Pair<T> values, T* dst, size_t n) {
+    Unchanged op;
+    map<2>(op, dst, n, Constant<T>{values});
+    return zvpStsOk;
 }
 
 } // namespace

@@ -1,14 +1,15 @@
 // Filling: the bridge between entries and kernels. Copying and clearing are the C library's.
 #pragma once
 
-#include <cstddef>
+#include "core/scaled.hpp"
+
 #include <cstdint>
 
 namespace zvps {
 
-// The pair of values fills even and odd places of n.
+// The two values fill even and odd places of n.
 template <class T>
-using FillKernel = void (*)(const T* pair, T* dst, size_t n);
+using FillKernel = ZvpStatus (*)(Pair<T> values, T* dst, size_t n);
 
 struct InitialisationKernels {
     FillKernel<uint16_t> fill16;

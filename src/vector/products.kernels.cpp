@@ -31,9 +31,10 @@ struct MulTo16s {
     }
 };
 
-void mulC_32f16s(const float* src, const float* pair, int16_t* dst, size_t n, int scaleFactor) {
-    const MulTo16s op{inversePower<double>(scaleFactor)};
-    map(op, dst, n, Vector<float>{src}, Constant<float>{pair});
+ZvpStatus mulC_32f16s(const float* src, Pair<float> val, int16_t* dst, size_t n, int scaleFactor) {
+    MulTo16s op{inversePower<double>(scaleFactor)};
+    map(op, dst, n, Vector<float>{src}, Constant<float>{val});
+    return zvpStsOk;
 }
 
 __extension__ typedef __int128 Int128;
@@ -46,7 +47,7 @@ HWY_INLINE int64_t saturated(Int128 v) {
 }
 
 // No processor has vectors of 128-bit products; its scalar multiplication gives them at one a cycle.
-void mulC_64s(int64_t multiplier, int64_t* dst, size_t n, int64_t shift) {
+ZvpStatus mulC_64s(int64_t multiplier, int64_t* dst, size_t n, int64_t shift) {
     constexpr int64_t kLastShift = 126; // the largest product, 2^126, is a tie one place further
     if (shift > kLastShift) {
         for (size_t i = 0; i < n; ++i)
@@ -68,6 +69,7 @@ void mulC_64s(int64_t multiplier, int64_t* dst, size_t n, int64_t shift) {
                                        : static_cast<int64_t>(static_cast<uint64_t>(product) << places);
         }
     }
+    return zvpStsOk;
 }
 
 } // namespace
@@ -75,19 +77,21 @@ void mulC_64s(int64_t multiplier, int64_t* dst, size_t n, int64_t shift) {
 extern const ProductKernels productKernels;
 const ProductKernels productKernels = {
 #define ZVPS_KERNELS(slot, op, source1, source2, type1, type2, result)                                                 \
-    binaryKernels<op, source1<type1>, source2<type2>, type1, type2, result>(),
+    binaryKernels<op, source1<type1>, source2<type2>, source1##Argument<type1>, source2##Argument<type2>, result>(),
     ZVPS_SCALED_PRODUCTS(ZVPS_KERNELS)
 #undef ZVPS_KERNELS
 #define ZVPS_KERNELS(slot, op, source1, source2, type1, type2, result)                                                 \
-    accumulateKernels<op, source1<type1>, source2<type2>, type1, type2, result>(),
+    accumulateKernels<op, source1<type1>, source2<type2>, source1##Argument<type1>, source2##Argument<type2>, result>(),
         ZVPS_SCALED_ACCUMULATIONS(ZVPS_KERNELS)
 #undef ZVPS_KERNELS
 #define ZVPS_KERNEL(slot, op, source1, source2, type1, type2, result)                                                  \
-    binaryKernel<op, Scaling::exact, source1<type1>, source2<type2>, type1, type2, result>,
+    binaryKernel<op, Scaling::exact, source1<type1>, source2<type2>, source1##Argument<type1>,                         \
+                 source2##Argument<type2>, result>,
             ZVPS_PLAIN_PRODUCTS(ZVPS_KERNEL)
 #undef ZVPS_KERNEL
 #define ZVPS_KERNEL(slot, op, source1, source2, type1, type2, result)                                                  \
-    accumulateKernel<op, Scaling::exact, source1<type1>, source2<type2>, type1, type2, result>,
+    accumulateKernel<op, Scaling::exact, source1<type1>, source2<type2>, source1##Argument<type1>,                     \
+                     source2##Argument<type2>, result>,
                 ZVPS_PLAIN_ACCUMULATIONS(ZVPS_KERNEL)
 #undef ZVPS_KERNEL
                     mulC_32f16s,

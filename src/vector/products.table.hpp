@@ -52,19 +52,21 @@
 namespace zvps {
 
 struct ProductKernels {
-#define ZVPS_SLOT(slot, op, source1, source2, type1, type2, result) ScaledKernels<type1, type2, result> slot;
+#define ZVPS_SLOT(slot, op, source1, source2, type1, type2, result)                                                    \
+    ScaledKernels<source1##Argument<type1>, source2##Argument<type2>, result> slot;
     ZVPS_SCALED_PRODUCTS(ZVPS_SLOT)
     ZVPS_SCALED_ACCUMULATIONS(ZVPS_SLOT)
 #undef ZVPS_SLOT
-#define ZVPS_SLOT(slot, op, source1, source2, type1, type2, result) BinaryKernel<type1, type2, result> slot;
+#define ZVPS_SLOT(slot, op, source1, source2, type1, type2, result)                                                    \
+    BinaryKernel<source1##Argument<type1>, source2##Argument<type2>, result> slot;
     ZVPS_PLAIN_PRODUCTS(ZVPS_SLOT)
     ZVPS_PLAIN_ACCUMULATIONS(ZVPS_SLOT)
 #undef ZVPS_SLOT
 
     // Products of floats into 16 bits, `shift` any scale factor.
-    BinaryKernel<Zvp32f, Zvp32f, Zvp16s> mulC_32f16s;
+    BinaryKernel<VectorArgument<Zvp32f>, ConstantArgument<Zvp32f>, Zvp16s> mulC_32f16s;
     // dst = dst * multiplier * 2^-shift in 128 bits.
-    void (*mulC_64s)(Zvp64s multiplier, Zvp64s* dst, size_t n, int64_t shift);
+    ZvpStatus (*mulC_64s)(Zvp64s multiplier, Zvp64s* dst, size_t n, int64_t shift);
 };
 
 } // namespace zvps

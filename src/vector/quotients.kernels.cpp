@@ -7,10 +7,10 @@ namespace zvps::ZVPS_LEVEL {
 namespace {
 
 template <class Op, class SourceA, class SourceB, class A, class B, class D>
-bool quotientKernel(const A* divisors, const B* dividends, D* dst, size_t n, int scaleFactor) {
+ZvpStatus quotientKernel(A divisors, B dividends, D* dst, size_t n, int scaleFactor) {
     Op op(scaleFactor);
     map<Op::kLanesAPart, Op::kWorkBytes>(op, dst, n, SourceA{divisors}, SourceB{dividends});
-    return op.sawZero();
+    return op.sawZero() ? zvpStsDivByZero : zvpStsOk;
 }
 
 } // namespace
@@ -18,17 +18,21 @@ bool quotientKernel(const A* divisors, const B* dividends, D* dst, size_t n, int
 extern const QuotientKernels quotientKernels;
 const QuotientKernels quotientKernels = {
 #define ZVPS_KERNELS(slot, op, source1, source2, type1, type2, result)                                                 \
-    {{quotientKernel<op<zvpRndZero>, source1<type1>, source2<type2>, type1, type2, result>,                            \
-      quotientKernel<op<zvpRndNear>, source1<type1>, source2<type2>, type1, type2, result>,                            \
-      quotientKernel<op<zvpRndFinancial>, source1<type1>, source2<type2>, type1, type2, result>}},
+    {{quotientKernel<op<zvpRndZero>, source1<type1>, source2<type2>, source1##Argument<type1>,                         \
+                     source2##Argument<type2>, result>,                                                                \
+      quotientKernel<op<zvpRndNear>, source1<type1>, source2<type2>, source1##Argument<type1>,                         \
+                     source2##Argument<type2>, result>,                                                                \
+      quotientKernel<op<zvpRndFinancial>, source1<type1>, source2<type2>, source1##Argument<type1>,                    \
+                     source2##Argument<type2>, result>}},
     ZVPS_ROUNDED_QUOTIENTS(ZVPS_KERNELS)
 #undef ZVPS_KERNELS
 #define ZVPS_KERNEL(slot, op, source1, source2, type1, type2, result)                                                  \
-    quotientKernel<op<zvpRndNear>, source1<type1>, source2<type2>, type1, type2, result>,
+    quotientKernel<op<zvpRndNear>, source1<type1>, source2<type2>, source1##Argument<type1>, source2##Argument<type2>, \
+                   result>,
         ZVPS_NEAREST_QUOTIENTS(ZVPS_KERNEL)
 #undef ZVPS_KERNEL
 #define ZVPS_KERNEL(slot, op, source1, source2, type)                                                                  \
-    quotientKernel<op, source1<type>, source2<type>, type, type, type>,
+    quotientKernel<op, source1<type>, source2<type>, source1##Argument<type>, source2##Argument<type>, type>,
             ZVPS_PLAIN_QUOTIENTS(ZVPS_KERNEL)
 #undef ZVPS_KERNEL
 };

@@ -1,9 +1,8 @@
 // Quotients: the bridge between entries and kernels.
 #pragma once
 
+#include "core/scaled.hpp"
 #include "zvps/types.h"
-
-#include <cstddef>
 
 // X(slot, operation, source of the divisors, source of the dividends, their types, result type), and for the integers
 // one kernel for each rounding mode, for results of every scale factor.
@@ -37,24 +36,23 @@
 
 namespace zvps {
 
-// Returns whether a divisor was zero.
-template <class A, class B, class D>
-using QuotientKernel = bool (*)(const A* divisors, const B* dividends, D* dst, size_t n, int scaleFactor);
-
-// Indexed by ZvpRoundMode.
+// Indexed by ZvpRoundMode. Kernels of quotients take any scale factor in the place of the shift.
 template <class A, class B, class D>
 struct RoundedQuotientKernels {
-    QuotientKernel<A, B, D> byMode[3];
+    BinaryKernel<A, B, D> byMode[3];
 };
 
 struct QuotientKernels {
-#define ZVPS_SLOT(slot, op, source1, source2, type1, type2, result) RoundedQuotientKernels<type1, type2, result> slot;
+#define ZVPS_SLOT(slot, op, source1, source2, type1, type2, result)                                                    \
+    RoundedQuotientKernels<source1##Argument<type1>, source2##Argument<type2>, result> slot;
     ZVPS_ROUNDED_QUOTIENTS(ZVPS_SLOT)
 #undef ZVPS_SLOT
-#define ZVPS_SLOT(slot, op, source1, source2, type1, type2, result) QuotientKernel<type1, type2, result> slot;
+#define ZVPS_SLOT(slot, op, source1, source2, type1, type2, result)                                                    \
+    BinaryKernel<source1##Argument<type1>, source2##Argument<type2>, result> slot;
     ZVPS_NEAREST_QUOTIENTS(ZVPS_SLOT)
 #undef ZVPS_SLOT
-#define ZVPS_SLOT(slot, op, source1, source2, type) QuotientKernel<type, type, type> slot;
+#define ZVPS_SLOT(slot, op, source1, source2, type)                                                                    \
+    BinaryKernel<source1##Argument<type>, source2##Argument<type>, type> slot;
     ZVPS_PLAIN_QUOTIENTS(ZVPS_SLOT)
 #undef ZVPS_SLOT
 };

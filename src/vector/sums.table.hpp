@@ -57,13 +57,15 @@
 namespace zvps {
 
 struct SumKernels {
-#define ZVPS_SLOT(slot, op, source1, source2, type) ScaledKernels<type, type, type> slot;
+#define ZVPS_SLOT(slot, op, source1, source2, type)                                                                    \
+    ScaledKernels<source1##Argument<type>, source2##Argument<type>, type> slot;
     ZVPS_SCALED_SUMS(ZVPS_SLOT)
 #undef ZVPS_SLOT
-#define ZVPS_SLOT(slot, op, source1, source2, type1, type2, result) BinaryKernel<type1, type2, result> slot;
+#define ZVPS_SLOT(slot, op, source1, source2, type1, type2, result)                                                    \
+    BinaryKernel<source1##Argument<type1>, source2##Argument<type2>, result> slot;
     ZVPS_PLAIN_SUMS(ZVPS_SLOT)
 #undef ZVPS_SLOT
-#define ZVPS_SLOT(slot, type) void (*slot)(const type* src, type* dst, size_t n);
+#define ZVPS_SLOT(slot, type) ZvpStatus (*slot)(const type* src, type* dst, size_t n);
     ZVPS_ABSOLUTES(ZVPS_SLOT)
 #undef ZVPS_SLOT
 };
