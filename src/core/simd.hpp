@@ -38,8 +38,7 @@ using Lanes = hn::Simd<T, N, 0>;
 template <class T, size_t N>
 using Vec = hn::Vec<Lanes<T, N>>;
 
-// ---- Partial vectors
-// -------------------------------------------------------------------------------------------------
+// ---- Partial vectors ----
 
 // The first n < N elements, zeros behind them; touches nothing beyond them.
 template <class T, size_t N>
@@ -64,15 +63,16 @@ HWY_INLINE void storeFirst(Lanes<T, N> d, Vec<T, N> v, T* p, size_t n) {
 #endif
 }
 
-// ---- Sources of operands
-// --------------------------------------------------------------------------------------------- A source gives N lanes
-// at an element index, or its first n < N lanes.
+// ---- Sources of operands ----
+
+// A source gives N lanes at an element index, or its first n < N lanes. kPeriod: 2 where that index must be even.
 
 template <class T>
 struct Vector {
     const T* p;
 
     static constexpr size_t kLaneBytes = sizeof(T);
+    static constexpr size_t kPeriod = 1;
 
     template <size_t N>
     HWY_INLINE Vec<T, N> load(size_t i) const {
@@ -103,6 +103,7 @@ struct Constant {
     Pair<T> value;
 
     static constexpr size_t kLaneBytes = sizeof(T);
+    static constexpr size_t kPeriod = 2;
 
     template <size_t N>
     HWY_INLINE Vec<T, N> load(size_t) const {
@@ -132,6 +133,7 @@ struct Duplicated {
     const T* p;
 
     static constexpr size_t kLaneBytes = sizeof(T);
+    static constexpr size_t kPeriod = 2;
 
     template <size_t N>
     HWY_INLINE Vec<T, N> load(size_t i) const {
@@ -153,8 +155,7 @@ struct Duplicated {
     }
 };
 
-// ---- The element-wise loop
-// -------------------------------------------------------------------------------------------
+// ---- The element-wise loop ----
 
 // From here on a misaligned destination is worth a separate first vector.
 inline constexpr size_t kAlignFromBytes = 1024;
@@ -172,7 +173,7 @@ constexpr size_t largest(size_t first, Sizes... rest) {
 }
 
 // The loop for vectors so long that the destination's alignment counts, or its way past the caches.
-template <size_t kLanesAPart, size_t N, class Op, class T, class... Sources>
+template <size_t kPeriod, size_t N, class Op, class T, class... Sources>
 HWY_NOINLINE Op mapLong(Op op, T* dst, size_t n, Sources... sources) {
     constexpr size_t kBytes = N * sizeof(T);
     const Lanes<T, N> d;
@@ -181,7 +182,7 @@ HWY_NOINLINE Op mapLong(Op op, T* dst, size_t n, Sources... sources) {
     const auto head = op(d, sources.template load<N>(0)...);
     const size_t beyond = reinterpret_cast<uintptr_t>(dst) % kBytes;
     const size_t lead = N - beyond / sizeof(T);
-    const bool canAlign = beyond % sizeof(T) == 0 && lead % kLanesAPart == 0;
+    const bool canAlign = beyond % sizeof(T) == 0 && lead % kPeriod == 0;
     size_t i = canAlign ? lead : N;
     const bool toCache = n * sizeof(T) < kStreamFromBytes || !canAlign || (sources.startsAt(dst) || ...);
     if (kBytes < 16 || toCache) {
@@ -199,11 +200,11 @@ HWY_NOINLINE Op mapLong(Op op, T* dst, size_t n, Sources... sources) {
     return op;
 }
 
-// dst[i] = op(sources[i]...) for n lanes, with op called on vectors. kLanesAPart: how many lanes belong together, 2 for
-// complex data. kWorkBytes: the width of the op's inner lanes where that is more than any operand's. The destination
-// may be the same as a source: the vectors at the two ends, which overlap their neighbours, are computed before
-// anything is stored that they read.
-template <size_t kLanesAPart = 1, size_t kWorkBytes = 1, class Op, class T, class... Sources>
+// dst[i] = op(sources[i]...) for n lanes, with op called on vectors. kPeriod: 2 where lanes
+// belong together in pairs. kWorkBytes: the width of the op's inner lanes where that is more than any operand's. The
+// destination may be the same as a source: the vectors at the two ends, which overlap their neighbours, are computed
+// before anything is stored that they read.
+template <size_t kPeriod = 1, size_t kWorkBytes = 1, class Op, class T, class... Sources>
 HWY_INLINE void map(Op& op, T* dst, size_t n, const Sources&... sources) {
     constexpr size_t N = kVectorBytes / largest(kWorkBytes, sizeof(T), Sources::kLaneBytes...);
     const Lanes<T, N> d;
@@ -214,7 +215,7 @@ HWY_INLINE void map(Op& op, T* dst, size_t n, const Sources&... sources) {
     const size_t bytes = n * sizeof(T);
     const bool aligned = reinterpret_cast<uintptr_t>(dst) % (N * sizeof(T)) == 0;
     if (HWY_UNLIKELY(bytes >= (aligned ? kStreamFromBytes : kAlignFromBytes))) {
-        op = mapLong<kLanesAPart, N>(op, dst, n, sources...);
+        op = mapLong<largest(kPeriod, Sources::kPeriod...), N>(op, dst, n, sources...);
         return;
     }
     const size_t last = n - N;

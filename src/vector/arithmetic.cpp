@@ -17,8 +17,7 @@
 namespace zvps {
 namespace {
 
-// ---- Elements: complex ones as pairs of their parts
-// ------------------------------------------------------------------
+// ---- Elements: complex ones as pairs of their parts ----
 
 template <class T, class = void>
 struct PartOf {
@@ -63,8 +62,9 @@ Pair<T> operand(Pair<T> constant) {
     return constant;
 }
 
-// ---- Calls
-// ----------------------------------------------------------------------------------------------------------- Operands
+// ---- Calls ----
+
+// Operands
 // stand in the order of the kernel's, which with the destination last is the order of the checks too.
 
 template <class T>
@@ -147,8 +147,7 @@ ZvpStatus mul32f16s(const Zvp32f* src, Zvp32f val, Zvp16s* dst, int len, int sca
     return kernels().products->mulC_32f16s(src, pairOf(val), dst, static_cast<size_t>(len), scaleFactor);
 }
 
-// ---- 64-bit integers
-// -------------------------------------------------------------------------------------------------
+// ---- 64-bit integers ----
 
 ZvpStatus multiply64s(Zvp64s multiplier, Zvp64s* srcDst, int len, int64_t shift) {
     if (const ZvpStatus status = checkVectors(len, srcDst)) return status;
@@ -200,8 +199,9 @@ ZvpStatus divide64s(Zvp64s val, Zvp64s* srcDst, int len, int scaleFactor) {
 } // namespace
 } // namespace zvps
 
-// ---- Shapes of entries: one line stamps the out-of-place form and the in-place one, whose vector is the second
-// operand --
+// ---- Shapes of entries ----
+
+// One line stamps the out-of-place form and the in-place one, whose vector is the second operand.
 
 #define ZVPS_VECTORS_SFS(NAME, TYPE, SLOT)                                                                             \
     ZvpStatus zvps##NAME##_##TYPE##_Sfs(const Zvp##TYPE* pSrc1, const Zvp##TYPE* pSrc2, Zvp##TYPE* pDst, int len,      \
@@ -333,7 +333,7 @@ ZvpStatus divide64s(Zvp64s val, Zvp64s* srcDst, int len, int scaleFactor) {
         return zvps::quotient(zvps::kernels().SLOT, ZVPS_VECTOR_FIRST(pSrcDst), pSrcDst, len);                         \
     }
 
-// ---- Sums and differences -------------------------------------------------------------------------------------------
+// ---- Sums and differences ----
 
 ZVPS_VECTORS_SFS(Add, 8u, sums->add_8u)
 ZVPS_VECTORS_SFS(Add, 16s, sums->add_16s)
@@ -408,8 +408,7 @@ ZVPS_ABSOLUTE(32s, sums->abs_32s)
 ZVPS_ABSOLUTE(32f, sums->abs_32f)
 ZVPS_ABSOLUTE(64f, sums->abs_64f)
 
-// ---- Products
-// --------------------------------------------------------------------------------------------------------
+// ---- Products ----
 
 ZVPS_VECTORS_SFS(Mul, 8u, products->mul_8u)
 ZVPS_VECTORS_SFS(Mul, 16s, products->mul_16s)
@@ -480,8 +479,7 @@ ZvpStatus zvpsAddProductC_32f(const Zvp32f* pSrc, Zvp32f val, Zvp32f* pSrcDst, i
     return zvps::plain(zvps::kernels().products->addProductC_32f, ZVPS_VECTOR_FIRST(pSrc), pSrcDst, len);
 }
 
-// ---- Quotients
-// -------------------------------------------------------------------------------------------------------
+// ---- Quotients ----
 
 ZVPS_QUOTIENT_SFS(8u, kernels().quotients->div_8u.byMode[zvpRndNear])
 ZVPS_QUOTIENT_SFS(16s, kernels().quotients->div_16s.byMode[zvpRndNear])

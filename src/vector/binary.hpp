@@ -26,7 +26,7 @@ struct Scaled {
 template <class Op, Scaling scaling, class SourceA, class SourceB, class A, class B, class D>
 ZvpStatus binaryKernel(A a, B b, D* dst, size_t n, int shift) {
     Scaled<Op, scaling> op{shift};
-    map<Op::kLanesAPart>(op, dst, n, SourceA{a}, SourceB{b});
+    map<Op::kPeriod>(op, dst, n, SourceA{a}, SourceB{b});
     return zvpStsOk;
 }
 
@@ -34,7 +34,7 @@ ZvpStatus binaryKernel(A a, B b, D* dst, size_t n, int shift) {
 template <class Op, Scaling scaling, class SourceA, class SourceB, class A, class B, class D>
 ZvpStatus accumulateKernel(A a, B b, D* dst, size_t n, int shift) {
     Scaled<Op, scaling> op{shift};
-    map<Op::kLanesAPart>(op, dst, n, SourceA{a}, SourceB{b}, Vector<D>{dst});
+    map<Op::kPeriod>(op, dst, n, SourceA{a}, SourceB{b}, Vector<D>{dst});
     return zvpStsOk;
 }
 

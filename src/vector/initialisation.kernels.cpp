@@ -16,7 +16,7 @@ struct Unchanged {
 template <class T>
 ZvpStatus fill(Pair<T> values, T* dst, size_t n) {
     Unchanged op;
-    map<2>(op, dst, n, Constant<T>{values});
+    map(op, dst, n, Constant<T>{values});
     return zvpStsOk;
 }
 

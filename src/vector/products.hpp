@@ -6,8 +6,7 @@
 
 namespace zvps::ZVPS_LEVEL {
 
-// ---- Exact products in lanes of twice the width
-// ----------------------------------------------------------------------
+// ---- Exact products in lanes of twice the width ----
 
 // The wide results that belong to one vector of narrow lanes: for 8 and 16 bits the lower and the upper half of each
 // 128-bit block, for 32 bits the even and the odd lanes. narrowed() is the way back.
@@ -132,7 +131,7 @@ HWY_INLINE auto wideProducts(D d, V a, V b) {
 
 template <class T>
 struct Mul : FromWide<Mul<T>> {
-    static constexpr size_t kLanesAPart = 1;
+    static constexpr size_t kPeriod = 1;
     static constexpr bool kRoom = std::is_signed_v<T>;
     // The largest product is 2^(2 kBits - 2), which is a tie one place further, or (unsigned) almost 2^(2 kBits).
     static constexpr int kLastShift = 2 * kBits<T> - (std::is_signed_v<T> ? 2 : 0);
@@ -145,7 +144,7 @@ struct Mul : FromWide<Mul<T>> {
 
 // 16u by 16s
 struct MulMixedSign : FromWide<MulMixedSign> {
-    static constexpr size_t kLanesAPart = 1;
+    static constexpr size_t kPeriod = 1;
     static constexpr bool kRoom = false;
     static constexpr int kLastShift = 31;
 
@@ -166,7 +165,7 @@ struct MulMixedSign : FromWide<MulMixedSign> {
 
 // 16s by 16s into 32s
 struct MulWiden {
-    static constexpr size_t kLanesAPart = 1;
+    static constexpr size_t kPeriod = 1;
     static constexpr int kLastShift = 30;
 
     template <class D, class V>
@@ -187,7 +186,7 @@ struct MulWiden {
 // lanes' largest number in its place scales and saturates to the same results.
 template <class T>
 struct MulComplex : FromWide<MulComplex<T>> {
-    static constexpr size_t kLanesAPart = 2;
+    static constexpr size_t kPeriod = 2;
     static constexpr bool kRoom = false;
     static constexpr int kLastShift = 2 * kBits<T> - 1;
 
@@ -226,7 +225,7 @@ struct MulComplex : FromWide<MulComplex<T>> {
 // c + a * b
 template <class T>
 struct AddProduct : FromWide<AddProduct<T>> {
-    static constexpr size_t kLanesAPart = 1;
+    static constexpr size_t kPeriod = 1;
     static constexpr bool kRoom = false;
     static constexpr int kLastShift = 2 * kBits<T> - 1;
 
@@ -251,7 +250,7 @@ struct AddProduct : FromWide<AddProduct<T>> {
 
 // 16s by 16s added to 32s
 struct AddProductWiden {
-    static constexpr size_t kLanesAPart = 1;
+    static constexpr size_t kPeriod = 1;
     static constexpr int kLastShift = Add<int32_t>::kLastShift;
 
     template <class D, class V, class C>
@@ -268,12 +267,11 @@ struct AddProductWiden {
     }
 };
 
-// ---- Floating point, and products that fit
-// ---------------------------------------------------------------------------
+// ---- Floating point, and products that fit ----
 
 template <class T>
 struct PlainMul {
-    static constexpr size_t kLanesAPart = 1;
+    static constexpr size_t kPeriod = 1;
 
     template <class D, class A, class B>
     static HWY_INLINE auto exact(D d, A a, B b) {
@@ -288,7 +286,7 @@ HWY_INLINE V subtractAdd(V a, V b) {
 }
 
 struct PlainMulComplex {
-    static constexpr size_t kLanesAPart = 2;
+    static constexpr size_t kPeriod = 2;
 
     template <class D, class V>
     static HWY_INLINE auto exact(D d, V x, V y) {
@@ -298,7 +296,7 @@ struct PlainMulComplex {
 
 template <class Product>
 struct PlainAddProduct {
-    static constexpr size_t kLanesAPart = Product::kLanesAPart;
+    static constexpr size_t kPeriod = Product::kPeriod;
 
     template <class D, class V>
     static HWY_INLINE auto exact(D d, V a, V b, V c) {

@@ -23,8 +23,9 @@ class ZeroWatch {
     Vec<Float, N> smallest = hn::Set(Lanes<Float, N>(), Float{1});
 };
 
-// ---- Integers
-// -------------------------------------------------------------------------------------------------------- A quotient
+// ---- Integers ----
+
+// A quotient
 // of 8-bit numbers in single precision, of 16-bit numbers in double and of 32-bit numbers that is not scaled up in
 // double is exact where it is a tie and otherwise further from any tie than the rounding error: one rounding to the
 // integer is then the rounding of the exact quotient. Divisors of 0 give infinities, which saturate.
@@ -69,7 +70,7 @@ HWY_INLINE auto fromInt32(D d, V v) {
 template <class Float, ZvpRoundMode mode>
 class DivReal : public ZeroWatch<Float> {
   public:
-    static constexpr size_t kLanesAPart = 1;
+    static constexpr size_t kPeriod = 1;
     static constexpr size_t kWorkBytes = sizeof(Float);
 
     explicit DivReal(int scaleFactor) : scale(inversePower<Float>(scaleFactor)) {}
@@ -113,7 +114,7 @@ HWY_INLINE V squaredModulus(D d, V y) {
 template <ZvpRoundMode mode>
 class DivComplex : public ZeroWatch<double> {
   public:
-    static constexpr size_t kLanesAPart = 2;
+    static constexpr size_t kPeriod = 2;
     static constexpr size_t kWorkBytes = sizeof(double);
 
     explicit DivComplex(int scaleFactor) : scale(inversePower<double>(scaleFactor)) {}
@@ -140,7 +141,7 @@ class DivComplex : public ZeroWatch<double> {
 template <ZvpRoundMode>
 class DivCorrected : public ZeroWatch<double> {
   public:
-    static constexpr size_t kLanesAPart = 1;
+    static constexpr size_t kPeriod = 1;
     static constexpr size_t kWorkBytes = sizeof(double);
 
     explicit DivCorrected(int scaleFactor) : places(scaleFactor < -kMostPlaces ? kMostPlaces : -scaleFactor) {}
@@ -188,13 +189,12 @@ class DivCorrected : public ZeroWatch<double> {
     }
 };
 
-// ---- Floating point
-// --------------------------------------------------------------------------------------------------
+// ---- Floating point ----
 
 template <class T>
 class PlainDiv : public ZeroWatch<T> {
   public:
-    static constexpr size_t kLanesAPart = 1;
+    static constexpr size_t kPeriod = 1;
     static constexpr size_t kWorkBytes = sizeof(T);
 
     explicit PlainDiv(int) {}
@@ -211,7 +211,7 @@ class PlainDiv : public ZeroWatch<T> {
 template <class T>
 class PlainDivComplex : public ZeroWatch<double> {
   public:
-    static constexpr size_t kLanesAPart = 2;
+    static constexpr size_t kPeriod = 2;
     static constexpr size_t kWorkBytes = sizeof(double);
 
     explicit PlainDivComplex(int) {}
@@ -220,13 +220,14 @@ class PlainDivComplex : public ZeroWatch<double> {
     HWY_INLINE V operator()(D d, V divisor, V dividend) {
         const Lanes<double, N> df;
         if constexpr (std::is_same_v<T, float>) {
-            return hn::DemoteTo(d, quotient(df, hn::PromoteTo(df, dividend), hn::PromoteTo(df, divisor)));
+            const auto x = hn::PromoteTo(df, dividend);
+            return hn::DemoteTo(d, quotient(df, x, hn::PromoteTo(df, divisor), x));
         } else {
             const Lanes<int64_t, N> di;
             const auto scaleX = exponentInverse(dividend);
             const auto scaleY = exponentInverse(divisor);
-            const V scaled =
-                quotient(df, hn::Mul(dividend, hn::BitCast(df, scaleX)), hn::Mul(divisor, hn::BitCast(df, scaleY)));
+            const V x = hn::Mul(dividend, hn::BitCast(df, scaleX));
+            const V scaled = quotient(df, x, hn::Mul(divisor, hn::BitCast(df, scaleY)), dividend);
             const auto least = hn::Set(di, -2044);
             const auto most = hn::Set(di, 2044);
             const auto exponent = hn::Min(hn::Max(hn::ShiftRight<52>(hn::Sub(scaleY, scaleX)), least), most);
@@ -239,7 +240,8 @@ class PlainDivComplex : public ZeroWatch<double> {
     using Doubles = Vec<double, N>;
     using Words = Vec<int64_t, N>;
 
-    HWY_INLINE Doubles quotient(Lanes<double, N> d, Doubles x, Doubles y) {
+    // x / y; at a zero divisor `dividend`, x before any scaling, part by part.
+    HWY_INLINE Doubles quotient(Lanes<double, N> d, Doubles x, Doubles y, Doubles dividend) {
         const auto zero = hn::Zero(d);
         auto norm = squaredModulus(d, y);
         see(norm);
@@ -252,7 +254,7 @@ class PlainDivComplex : public ZeroWatch<double> {
             norm = squaredModulus(d, y);
         }
         const auto byZero = hn::Eq(norm, zero);
-        const auto numerator = hn::IfThenElse(byZero, x, timesConjugate(d, x, y));
+        const auto numerator = hn::IfThenElse(byZero, dividend, timesConjugate(d, x, y));
         return hn::Div(numerator, hn::IfThenElse(byZero, hn::DupEven(y), norm));
     }
 

@@ -9,7 +9,7 @@ namespace zvps::ZVPS_LEVEL {
 // its last bit, which is that of a ^ b.
 template <class T>
 struct Add {
-    static constexpr size_t kLanesAPart = 1;
+    static constexpr size_t kPeriod = 1;
     static constexpr int kLastShift = kBits<T> + (std::is_unsigned_v<T> ? 1 : 0);
 
     template <class D, class V>
@@ -29,7 +29,7 @@ struct Add {
 // Differences b - a. An unsigned difference is never below 0 after rounding, so it saturates first.
 template <class T>
 struct Sub {
-    static constexpr size_t kLanesAPart = 1;
+    static constexpr size_t kPeriod = 1;
     static constexpr int kLastShift = kBits<T>;
 
     template <class D, class V>
@@ -41,7 +41,10 @@ struct Sub {
         if constexpr (std::is_unsigned_v<T>) {
             return roundShift(d, exact(d, a, b), 1);
         } else {
-            return roundHalf(d, halfDifference(a, b), hn::Xor(a, b));
+            // The largest difference rounds to one more than the largest number.
+            const V half = halfDifference(a, b);
+            const V rounded = roundHalf(d, half, hn::Xor(a, b));
+            return hn::IfThenElse(hn::Eq(half, hn::Set(d, std::numeric_limits<T>::max())), half, rounded);
         }
     }
     template <class D, class V>

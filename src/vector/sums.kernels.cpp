@@ -9,7 +9,7 @@ namespace {
 // Sums whose result type holds, or saturates, the exact sum: operands widened to it.
 template <class T>
 struct PlainAdd {
-    static constexpr size_t kLanesAPart = 1;
+    static constexpr size_t kPeriod = 1;
 
     template <class D, class A, class B>
     static HWY_INLINE auto exact(D d, A a, B b) {
@@ -23,7 +23,7 @@ struct PlainAdd {
 
 template <class T>
 struct PlainSub {
-    static constexpr size_t kLanesAPart = 1;
+    static constexpr size_t kPeriod = 1;
 
     template <class D, class A, class B>
     static HWY_INLINE auto exact(D d, A a, B b) {
