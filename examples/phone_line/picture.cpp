@@ -130,7 +130,7 @@ class Axes {
             const std::string label = number(i * step, decimals);
             canvas_.text(x - Canvas::textWidth(label, 2) / 2, bottom_ + 12, label, kFaint);
         }
-        const std::string unit = "seconds";
+        const std::string unit = "seconds; full scale is 1";
         canvas_.text(kLeft + (columns() - Canvas::textWidth(unit, 2)) / 2, bottom_ + 34, unit, kFaint);
     }
 
