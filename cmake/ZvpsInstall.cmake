@@ -21,8 +21,10 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/zvpsConfig.cmake ${CMAKE_CURRENT_BINAR
   DESTINATION ${ZVPS_CMAKE_DIR} COMPONENT dev)
 
 # The prefix is found from the file's own place, so that an installed tree can be moved.
-file(RELATIVE_PATH ZVPS_PC_TO_PREFIX
-  ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+file(RELATIVE_PATH ZVPS_PC_PREFIX ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+string(REGEX REPLACE "/$" "" ZVPS_PC_PREFIX "\${pcfiledir}/${ZVPS_PC_PREFIX}")
+cmake_path(APPEND ZVPS_PC_INCLUDEDIR "\${prefix}" ${CMAKE_INSTALL_INCLUDEDIR})
+cmake_path(APPEND ZVPS_PC_LIBDIR "\${prefix}" ${CMAKE_INSTALL_LIBDIR})
 list(TRANSFORM OpenMP_CXX_LIB_NAMES PREPEND -l OUTPUT_VARIABLE ZVPS_PC_OPENMP)
 list(JOIN ZVPS_PC_OPENMP " " ZVPS_PC_OPENMP)
 foreach(name zvps zvpcore)

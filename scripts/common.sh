@@ -3,7 +3,7 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 # What a build of the library with its tests and examples needs.
-BUILD_PACKAGES=(g++ cmake ninja-build libhwy-dev libgtest-dev libsndfile1-dev libpng-dev pkg-config)
+BUILD_PACKAGES=(g++ cmake ninja-build libhwy-dev libgtest-dev libsndfile1-dev libpng-dev pkg-config python3)
 
 fail() {
     echo "$(basename "$0"): $*" >&2
