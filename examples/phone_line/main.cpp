@@ -1,0 +1,138 @@
+// phone_line: what a telephone line does to a speech recording.
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <string>
+
+#include "line.hpp"
+#include "measure.hpp"
+#include "output_file.hpp"
+#include "picture.hpp"
+#include "recording.hpp"
+
+namespace {
+constexpr char kHelp[] = "usage: phone_line [OPTION...] RECORDING.wav\n"
+                         "  --channel N      take channel N, the first is 1 (all channels mixed)\n"
+                         "  --gain DB        amplification at the receiver, -60 to 60 (10)\n"
+                         "  --echo DB        level of the line's echo, -60 to 0 (-14)\n"
+                         "  --output NAME    write NAME.wav and NAME.png (phone_line)\n";
+
+struct UsageError : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+struct Options {
+    std::string input;
+    std::string output = "phone_line";
+    int channel = 0; // mixed
+    LineSettings line;
+    bool help = false;
+};
+
+double parseNumber(const std::string& option, const std::string& text, double lowest, double highest) {
+    char* end;
+    const double value = std::strtod(text.c_str(), &end);
+    if (text.empty() || *end != '\0' || !(value >= lowest && value <= highest))
+        throw UsageError(option + " takes a number from " + std::to_string(static_cast<int>(lowest)) + " to " +
+                         std::to_string(static_cast<int>(highest)) + ", not '" + text + "'");
+    return value;
+}
+
+Options parse(int argc, char** argv) {
+    Options options;
+    for (int i = 1; i < argc; ++i) {
+        const std::string argument = argv[i];
+        const auto value = [&]() -> std::string {
+            if (++i == argc) throw UsageError(argument + " lacks its value");
+            return argv[i];
+        };
+        if (argument == "--help")
+            options.help = true;
+        else if (argument == "--channel")
+            options.channel = static_cast<int>(parseNumber(argument, value(), 1, 1024));
+        else if (argument == "--gain")
+            options.line.gain = parseNumber(argument, value(), -60, 60);
+        else if (argument == "--echo")
+            options.line.echo = parseNumber(argument, value(), -60, 0);
+        else if (argument == "--output")
+            options.output = value();
+        else if (argument.rfind("--", 0) == 0)
+            throw UsageError("there is no option " + argument);
+        else if (options.input.empty())
+            options.input = argument;
+        else
+            throw UsageError("only one recording can be given");
+    }
+    if (options.input.empty() && !options.help) throw UsageError("no recording given; --help lists the options");
+    return options;
+}
+
+void run(const Options& options) {
+    const std::string wavName = options.output + ".wav", pngName = options.output + ".png";
+    const Recording recording = readRecording(options.input, options.channel);
+    std::error_code missing;
+    if (std::filesystem::equivalent(options.input, wavName, missing))
+        throw std::runtime_error(wavName + ": would replace the recording; choose another --output");
+
+    const Signal& sent = recording.signal;
+    Line line(sent, options.line);
+    const double seconds = timeBestRun([&] { line.run(); });
+
+    const Signal received = toSignal(line.received(), sent.rate);
+    const Signal reference = line.reference();
+    const std::vector<bool> clipped = line.clipped();
+    const auto clippedCount = std::count(clipped.begin(), clipped.end(), true);
+    const Level before = measureLevel(sent), after = measureLevel(received);
+    const Noise noise = measureNoise(received, reference, clipped);
+    const std::string clippedText =
+        std::to_string(clippedCount) + (clippedCount == 1 ? " sample" : " samples") + " clipped";
+
+    OutputFile wav(wavName), png(pngName);
+    writeRecording(wav.temporary(), sent.rate, line.received());
+    drawPicture(png.temporary(), "phone_line: " + std::filesystem::path(options.input).filename().string(),
+                {{"before", "peak " + amplitudeDecibels(before.peak) + " dBFS", sent, {}},
+                 {"after", "peak " + amplitudeDecibels(after.peak) + " dBFS, " + clippedText, received, clipped}});
+    wav.commit();
+    png.commit();
+
+    std::printf("recording  %s\n", options.input.c_str());
+    std::printf("           %s, %d Hz, %d %s%s, %.2f s, %d samples\n", recording.encoding.c_str(), sent.rate,
+                recording.channels, recording.channels == 1 ? "channel" : "channels",
+                recording.channels == 1 ? ""
+                : options.channel > 0   ? (", number " + std::to_string(options.channel) + " taken").c_str()
+                                        : ", mixed",
+                sent.seconds(), sent.length());
+    std::printf("before     peak %s dBFS, level %s dBFS\n", amplitudeDecibels(before.peak).c_str(),
+                amplitudeDecibels(before.rms).c_str());
+    std::printf("line       echo %.1f dB after %.0f ms (x %d / 2^%d), then gain %.1f dB (x %d / 2^%d), in 16 bits\n",
+                options.line.echo, options.line.echoDelay * 1000, line.echo().mantissa, line.echo().scale,
+                options.line.gain, line.gain().mantissa, line.gain().scale);
+    std::printf("after      peak %s dBFS, level %s dBFS, %s (%.2f %%)\n", amplitudeDecibels(after.peak).c_str(),
+                amplitudeDecibels(after.rms).c_str(), clippedText.c_str(),
+                100.0 * static_cast<double>(clippedCount) / sent.length());
+    std::printf("accuracy   16 bits against floating point: signal to noise %s dB where nothing is clipped,\n"
+                "           largest error %.2f of a 16-bit step\n",
+                powerDecibels(noise.ratio).c_str(), noise.largestError * 32768);
+    std::printf("speed      %.3f ms, %.0f million samples a second (the best of several runs)\n", seconds * 1e3,
+                sent.length() / seconds / 1e6);
+    std::printf("written    %s\n           %s\n", wavName.c_str(), pngName.c_str());
+}
+} // namespace
+
+int main(int argc, char** argv) {
+    try {
+        const Options options = parse(argc, argv);
+        if (options.help)
+            std::fputs(kHelp, stdout);
+        else
+            run(options);
+        return EXIT_SUCCESS;
+    } catch (const UsageError& error) {
+        std::fprintf(stderr, "phone_line: %s\n", error.what());
+        return 2;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "phone_line: %s\n", error.what());
+        return EXIT_FAILURE;
+    }
+}

@@ -1,0 +1,58 @@
+#include "measure.hpp"
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <limits>
+#include <numeric>
+
+namespace {
+std::string decibels(double value) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%.1f", value);
+    return text;
+}
+} // namespace
+
+Level measureLevel(const Signal& signal) {
+    std::vector<Zvp32f> work(signal.samples.size());
+    check(zvpsAbs_32f(signal.samples.data(), work.data(), signal.length()));
+    const double peak = *std::max_element(work.begin(), work.end());
+    check(zvpsSqr_32f_I(work.data(), signal.length()));
+    const double energy = std::accumulate(work.begin(), work.end(), 0.0);
+    return {peak, std::sqrt(energy / signal.length())};
+}
+
+Noise measureNoise(const Signal& signal, const Signal& reference, const std::vector<bool>& excluded) {
+    std::vector<Zvp32f> error(signal.samples.size());
+    check(zvpsSub_32f(reference.samples.data(), signal.samples.data(), error.data(), signal.length()));
+    double signalPower = 0, noisePower = 0, largest = 0;
+    for (size_t i = 0; i < error.size(); ++i) {
+        if (excluded[i]) continue;
+        const double wanted = reference.samples[i], unwanted = error[i];
+        signalPower += wanted * wanted;
+        noisePower += unwanted * unwanted;
+        largest = std::max(largest, std::abs(unwanted));
+    }
+    return {noisePower > 0 ? signalPower / noisePower : std::numeric_limits<double>::infinity(), largest};
+}
+
+double timeBestRun(const std::function<void()>& run) {
+    double best = std::numeric_limits<double>::infinity();
+    for (int i = 0; i < 9; ++i) {
+        const auto start = std::chrono::steady_clock::now();
+        run();
+        const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
+        best = std::min(best, taken.count());
+    }
+    return best;
+}
+
+std::string amplitudeDecibels(double amplitude) {
+    return decibels(20 * std::log10(amplitude));
+}
+
+std::string powerDecibels(double ratio) {
+    return decibels(10 * std::log10(ratio));
+}
