@@ -2,34 +2,10 @@
 
 #include "bench.hpp"
 #include "peers.hpp"
-
-#include <volk/volk.h>
-
-#include <complex>
+#include "volk.hpp"
 
 namespace bench {
 namespace {
-
-const std::complex<float>* raw(const Zvp32fc* p) {
-    return reinterpret_cast<const std::complex<float>*>(p);
-}
-std::complex<float>* raw(Zvp32fc* p) {
-    return reinterpret_cast<std::complex<float>*>(p);
-}
-template <class T>
-T* raw(T* p) {
-    return p;
-}
-std::complex<float> raw(Zvp32fc val) {
-    return {val.re, val.im};
-}
-Zvp32f raw(Zvp32f val) {
-    return val;
-}
-template <class T>
-unsigned count(const Vectors<T>& v) {
-    return static_cast<unsigned>(v.n);
-}
 
 // ---- Floating point: our function and the peers' operation -----------------------------------------------------------
 

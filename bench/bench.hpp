@@ -10,7 +10,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <limits>
 #include <new>
 #include <random>
@@ -30,6 +29,11 @@ struct Vectors {
     int n;
     int scaleFactor;
 };
+
+template <class T>
+unsigned count(const Vectors<T>& v) {
+    return static_cast<unsigned>(v.n);
+}
 
 using Lengths = std::vector<int>;
 inline constexpr int kLarge = 4 << 20;

@@ -1,7 +1,6 @@
 #include "bench.hpp"
 #include "peers.hpp"
-
-#include <volk/volk.h>
+#include "volk.hpp"
 
 #include <numeric>
 
@@ -34,6 +33,7 @@ int main(int argc, char** argv) {
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
     benchmark::AddCustomContext("vector_bytes", bench::vectorBytes());
     benchmark::AddCustomContext("volk_machine", volk_get_machine());
+    bench::chooseVolkImplementations();
     bench::registerMachine();
     bench::registerArithmetic();
     bench::registerInitialisation();
