@@ -1,0 +1,66 @@
+// The peers that are compiled here. Operands stand in the order of the library's functions: subtract and divide take the
+// right operand first.
+#pragma once
+
+// Loops as a careful user writes them.
+namespace plain {
+
+template <class T>
+void add(const T* a, const T* b, T* dst, int n);
+template <class T>
+void subtract(const T* a, const T* b, T* dst, int n);
+template <class T>
+void multiply(const T* a, const T* b, T* dst, int n);
+template <class T>
+void divide(const T* a, const T* b, T* dst, int n);
+template <class T>
+void addConstant(const T* a, T val, T* dst, int n);
+template <class T>
+void multiplyConstant(const T* a, T val, T* dst, int n);
+template <class T>
+void addProduct(const T* a, const T* b, T* dst, int n);
+template <class T>
+void absolute(const T* a, T* dst, int n);
+
+// Integers: exact, scaled by 2^-scaleFactor, rounded half to even, saturated, for scale factors that the widened type
+// holds.
+template <class T>
+void addScaled(const T* a, const T* b, T* dst, int n, int scaleFactor);
+template <class T>
+void subtractScaled(const T* a, const T* b, T* dst, int n, int scaleFactor);
+template <class T>
+void multiplyScaled(const T* a, const T* b, T* dst, int n, int scaleFactor);
+template <class T>
+void addConstantScaledInPlace(T val, T* dst, int n, int scaleFactor);
+// Not vectorised; scale factors 0 to 15.
+template <class T>
+void divideScaled(const T* a, const T* b, T* dst, int n, int scaleFactor);
+template <class T>
+void divideConstantScaled(const T* a, T val, T* dst, int n, int scaleFactor);
+
+void copy(const float* a, float* dst, int n);
+void triad(const float* a, const float* b, float val, float* dst, int n);
+
+} // namespace plain
+
+// Eigen's array expressions on maps of the vectors.
+namespace eigen {
+
+template <class T>
+void add(const T* a, const T* b, T* dst, int n);
+template <class T>
+void subtract(const T* a, const T* b, T* dst, int n);
+template <class T>
+void multiply(const T* a, const T* b, T* dst, int n);
+template <class T>
+void divide(const T* a, const T* b, T* dst, int n);
+template <class T>
+void addConstant(const T* a, T val, T* dst, int n);
+template <class T>
+void multiplyConstant(const T* a, T val, T* dst, int n);
+template <class T>
+void addProduct(const T* a, const T* b, T* dst, int n);
+template <class T>
+void absolute(const T* a, T* dst, int n);
+
+} // namespace eigen
