@@ -58,7 +58,7 @@ HWY_INLINE V roundShift(D d, V v, int shift) {
 
 // The same where v + 2^(shift - 1) fits the lanes.
 template <class D, class V>
-HWY_INLINE V roundShiftSmall(D d, V v, int shift) {
+HWY_INLINE V roundShiftInRoom(D d, V v, int shift) {
     using T = Element<D>;
     const V one = hn::Set(d, T{1});
     const V bias = hn::Set(d, static_cast<T>((uint64_t{1} << (shift - 1)) - 1));

@@ -32,6 +32,15 @@ static_assert(HWY_TARGET == HWY_SSE4);
 
 inline constexpr size_t kVectorBytes = hn::MaxLanes(hn::ScalableTag<uint8_t>());
 
+// The intrinsic of a full vector of the level, for what Highway does not offer.
+#if HWY_TARGET <= HWY_AVX3
+#define ZVPS_INTRINSIC(name) _mm512_##name
+#elif HWY_TARGET == HWY_AVX2
+#define ZVPS_INTRINSIC(name) _mm256_##name
+#else
+#define ZVPS_INTRINSIC(name) _mm_##name
+#endif
+
 template <class T, size_t N>
 using Lanes = hn::Simd<T, N, 0>;
 
@@ -63,9 +72,51 @@ HWY_INLINE void storeFirst(Lanes<T, N> d, Vec<T, N> v, T* p, size_t n) {
 #endif
 }
 
+// Two vectors that an operation takes and gives at once.
+template <class V>
+struct Two {
+    V lower;
+    V upper;
+};
+
+template <class V, class D, class T>
+HWY_INLINE void storeVectors(V v, D d, T* p) {
+    hn::StoreU(v, d, p);
+}
+template <class V, class D, class T>
+HWY_INLINE void storeVectors(Two<V> v, D d, T* p) {
+    hn::StoreU(v.lower, d, p);
+    hn::StoreU(v.upper, d, p + hn::MaxLanes(d));
+}
+
+template <class V, class D, class T>
+HWY_INLINE void streamVectors(V v, D d, T* p) {
+    hn::Stream(v, d, p);
+}
+template <class V, class D, class T>
+HWY_INLINE void streamVectors(Two<V> v, D d, T* p) {
+    hn::Stream(v.lower, d, p);
+    hn::Stream(v.upper, d, p + hn::MaxLanes(d));
+}
+
+template <class V, class D, class T>
+HWY_INLINE void storeFirstOf(V v, D d, T* p, size_t n) {
+    storeFirst(d, v, p, n);
+}
+template <class V, class D, class T>
+HWY_INLINE void storeFirstOf(Two<V> v, D d, T* p, size_t n) {
+    constexpr size_t N = hn::MaxLanes(d);
+    if (n < N) {
+        storeFirst(d, v.lower, p, n);
+    } else {
+        hn::StoreU(v.lower, d, p);
+        storeFirst(d, v.upper, p + N, n - N);
+    }
+}
+
 // ---- Sources of operands ----
 
-// A source gives N lanes at an element index, or its first n < N lanes. kPeriod: 2 where that index must be even.
+// A source gives N lanes at an element index, or from there n < N lanes. kPeriod: 2 where that index must be even.
 
 template <class T>
 struct Vector {
@@ -79,8 +130,8 @@ struct Vector {
         return hn::LoadU(Lanes<T, N>(), p + i);
     }
     template <size_t N>
-    HWY_INLINE Vec<T, N> first(size_t n) const {
-        return loadFirst(Lanes<T, N>(), p, n);
+    HWY_INLINE Vec<T, N> loadSome(size_t i, size_t n) const {
+        return loadFirst(Lanes<T, N>(), p + i, n);
     }
     HWY_INLINE bool startsAt(const void* address) const { return p == address; }
 };
@@ -91,9 +142,9 @@ struct Divisors : Vector<T> {
     explicit Divisors(const T* divisors) : Vector<T>{divisors} {}
 
     template <size_t N>
-    HWY_INLINE Vec<T, N> first(size_t n) const {
+    HWY_INLINE Vec<T, N> loadSome(size_t i, size_t n) const {
         const Lanes<T, N> d;
-        return hn::IfThenElse(hn::FirstN(d, n), Vector<T>::template first<N>(n), hn::Set(d, T{1}));
+        return hn::IfThenElse(hn::FirstN(d, n), Vector<T>::template loadSome<N>(i, n), hn::Set(d, T{1}));
     }
 };
 
@@ -121,7 +172,7 @@ struct Constant {
         }
     }
     template <size_t N>
-    HWY_INLINE Vec<T, N> first(size_t) const {
+    HWY_INLINE Vec<T, N> loadSome(size_t, size_t) const {
         return load<N>(0);
     }
     HWY_INLINE bool startsAt(const void*) const { return false; }
@@ -140,8 +191,8 @@ struct Duplicated {
         return duplicate<N>(hn::LoadU(Lanes<T, N / 2>(), p + i / 2));
     }
     template <size_t N>
-    HWY_INLINE Vec<T, N> first(size_t n) const {
-        return duplicate<N>(loadFirst(Lanes<T, N / 2>(), p, n / 2));
+    HWY_INLINE Vec<T, N> loadSome(size_t i, size_t n) const {
+        return duplicate<N>(loadFirst(Lanes<T, N / 2>(), p + i / 2, n / 2));
     }
     HWY_INLINE bool startsAt(const void*) const { return false; }
 
@@ -172,60 +223,83 @@ constexpr size_t largest(size_t first, Sizes... rest) {
     return result;
 }
 
+// kVectors vectors of N lanes from a source, and the first n < kVectors * N lanes of it.
+template <size_t kVectors, size_t N, class Source>
+HWY_INLINE auto loadVectors(const Source& source, size_t i) {
+    if constexpr (kVectors == 1) {
+        return source.template load<N>(i);
+    } else {
+        const auto lower = source.template load<N>(i);
+        return Two<std::remove_const_t<decltype(lower)>>{lower, source.template load<N>(i + N)};
+    }
+}
+template <size_t kVectors, size_t N, class Source>
+HWY_INLINE auto loadFirstVectors(const Source& source, size_t n) {
+    if constexpr (kVectors == 1) {
+        return source.template loadSome<N>(0, n);
+    } else {
+        const bool both = n > N;
+        const auto lower = source.template loadSome<N>(0, both ? N : n);
+        return Two<std::remove_const_t<decltype(lower)>>{lower, source.template loadSome<N>(N, both ? n - N : 0)};
+    }
+}
+
 // The loop for vectors so long that the destination's alignment counts, or its way past the caches.
-template <size_t kPeriod, size_t N, class Op, class T, class... Sources>
+template <size_t kPeriod, size_t kVectors, size_t N, class Op, class T, class... Sources>
 HWY_NOINLINE Op mapLong(Op op, T* dst, size_t n, Sources... sources) {
     constexpr size_t kBytes = N * sizeof(T);
+    constexpr size_t kStep = kVectors * N;
     const Lanes<T, N> d;
-    const size_t last = n - N;
-    const auto tail = op(d, sources.template load<N>(last)...);
-    const auto head = op(d, sources.template load<N>(0)...);
+    const size_t last = n - kStep;
+    const auto tail = op(d, loadVectors<kVectors, N>(sources, last)...);
+    const auto head = op(d, loadVectors<kVectors, N>(sources, 0)...);
     const size_t beyond = reinterpret_cast<uintptr_t>(dst) % kBytes;
     const size_t lead = N - beyond / sizeof(T);
     const bool canAlign = beyond % sizeof(T) == 0 && lead % kPeriod == 0;
-    size_t i = canAlign ? lead : N;
+    size_t i = canAlign ? lead : kStep;
     const bool toCache = n * sizeof(T) < kStreamFromBytes || !canAlign || (sources.startsAt(dst) || ...);
     if (kBytes < 16 || toCache) {
-        for (; i < last; i += N) {
-            hn::StoreU(op(d, sources.template load<N>(i)...), d, dst + i);
+        for (; i < last; i += kStep) {
+            storeVectors(op(d, loadVectors<kVectors, N>(sources, i)...), d, dst + i);
         }
     } else {
-        for (; i < last; i += N) {
-            hn::Stream(op(d, sources.template load<N>(i)...), d, dst + i);
+        for (; i < last; i += kStep) {
+            streamVectors(op(d, loadVectors<kVectors, N>(sources, i)...), d, dst + i);
         }
         hwy::FlushStream();
     }
-    hn::StoreU(tail, d, dst + last);
-    hn::StoreU(head, d, dst);
+    storeVectors(tail, d, dst + last);
+    storeVectors(head, d, dst);
     return op;
 }
 
-// dst[i] = op(sources[i]...) for n lanes, with op called on vectors. kPeriod: 2 where lanes
-// belong together in pairs. kWorkBytes: the width of the op's inner lanes where that is more than any operand's. The
-// destination may be the same as a source: the vectors at the two ends, which overlap their neighbours, are computed
-// before anything is stored that they read.
-template <size_t kPeriod = 1, size_t kWorkBytes = 1, class Op, class T, class... Sources>
+// dst[i] = op(sources[i]...) for n lanes, with op called on vectors. kPeriod: 2 where lanes belong together in pairs.
+// kWorkBytes: the width of the op's inner lanes where that is more than any operand's. kVectors: 2 for an op that takes
+// two vectors of each source at once (Two). The destination may be the same as a source: the vectors at the two ends,
+// which overlap their neighbours, are computed before anything is stored that they read.
+template <size_t kPeriod = 1, size_t kWorkBytes = 1, size_t kVectors = 1, class Op, class T, class... Sources>
 HWY_INLINE void map(Op& op, T* dst, size_t n, const Sources&... sources) {
     constexpr size_t N = kVectorBytes / largest(kWorkBytes, sizeof(T), Sources::kLaneBytes...);
+    constexpr size_t kStep = kVectors * N;
     const Lanes<T, N> d;
-    if (n < N) {
-        storeFirst(d, op(d, sources.template first<N>(n)...), dst, n);
+    if (n < kStep) {
+        storeFirstOf(op(d, loadFirstVectors<kVectors, N>(sources, n)...), d, dst, n);
         return;
     }
     const size_t bytes = n * sizeof(T);
     const bool aligned = reinterpret_cast<uintptr_t>(dst) % (N * sizeof(T)) == 0;
     if (HWY_UNLIKELY(bytes >= (aligned ? kStreamFromBytes : kAlignFromBytes))) {
-        op = mapLong<largest(kPeriod, Sources::kPeriod...), N>(op, dst, n, sources...);
+        op = mapLong<largest(kPeriod, Sources::kPeriod...), kVectors, N>(op, dst, n, sources...);
         return;
     }
-    const size_t last = n - N;
-    const auto tail = op(d, sources.template load<N>(last)...);
+    const size_t last = n - kStep;
+    const auto tail = op(d, loadVectors<kVectors, N>(sources, last)...);
     size_t i = 0;
     do { // at least once, which does no harm to a single vector and spares its branch to all
-        hn::StoreU(op(d, sources.template load<N>(i)...), d, dst + i);
-        i += N;
+        storeVectors(op(d, loadVectors<kVectors, N>(sources, i)...), d, dst + i);
+        i += kStep;
     } while (i < last);
-    hn::StoreU(tail, d, dst + last);
+    storeVectors(tail, d, dst + last);
 }
 
 } // namespace zvps::ZVPS_LEVEL

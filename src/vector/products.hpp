@@ -35,14 +35,6 @@ HWY_INLINE auto interleavedHalves(D d, V low, V high) {
                     hn::BitCast(wide, hn::InterleaveUpper(d, low, high)));
 }
 
-#if HWY_TARGET <= HWY_AVX3
-#define ZVPS_INTRINSIC(name) _mm512_##name
-#elif HWY_TARGET == HWY_AVX2
-#define ZVPS_INTRINSIC(name) _mm256_##name
-#else
-#define ZVPS_INTRINSIC(name) _mm_##name
-#endif
-
 // Saturated to the narrow lanes of D.
 template <class D, class V>
 HWY_INLINE hn::Vec<D> narrowed(D d, WidePair<V> v) {
@@ -70,40 +62,33 @@ HWY_INLINE hn::Vec<D> narrowed(D d, WidePair<V> v) {
     }
 }
 
-// Operations whose wide results `Op::wide` are rounded and narrowed. kRoom: whether a wide lane has room for the
-// rounding.
+// Operations whose wide results `Op::wide` are rounded and narrowed. kRoomUpTo: for shifts up to it the wide lanes have
+// room for the rounding.
 template <class Op>
 struct FromWide {
     template <class D, class... V>
     static HWY_INLINE auto exact(D d, V... operands) {
         return narrowed(d, Op::wide(d, operands...));
     }
-    template <class D, class V>
-    static HWY_INLINE auto halved(D d, V a, V b) {
-        return down(d, a, b, 1);
-    }
-    template <class D, class V>
-    static HWY_INLINE auto halved(D d, V a, V b, V c) {
-        return down(d, a, b, c, 1);
-    }
-    template <class D, class A, class B>
-    static HWY_INLINE auto down(D d, A a, B b, int shift) {
-        return rounded(d, Op::wide(d, a, b), shift);
-    }
-    template <class D, class V>
-    static HWY_INLINE auto down(D d, V a, V b, V c, int shift) {
-        return rounded(d, Op::wide(d, a, b, c), shift);
-    }
-
-  private:
-    template <class D, class V>
-    static HWY_INLINE auto rounded(D d, WidePair<V> v, int shift) {
-        const WideLanes<D> wide;
-        if constexpr (Op::kRoom) {
-            return narrowed(d, widePair(roundShiftSmall(wide, v.first, shift), roundShiftSmall(wide, v.second, shift)));
+    template <class D, class... V>
+    static HWY_INLINE auto halved(D d, V... operands) {
+        if constexpr (Op::kRoomUpTo >= 1) {
+            return downInRoom(d, 1, operands...);
         } else {
-            return narrowed(d, widePair(roundShift(wide, v.first, shift), roundShift(wide, v.second, shift)));
+            return down(d, 1, operands...);
         }
+    }
+    template <class D, class... V>
+    static HWY_INLINE auto down(D d, int shift, V... operands) {
+        const WideLanes<D> wide;
+        const auto v = Op::wide(d, operands...);
+        return narrowed(d, widePair(roundShift(wide, v.first, shift), roundShift(wide, v.second, shift)));
+    }
+    template <class D, class... V>
+    static HWY_INLINE auto downInRoom(D d, int shift, V... operands) {
+        const WideLanes<D> wide;
+        const auto v = Op::wide(d, operands...);
+        return narrowed(d, widePair(roundShiftInRoom(wide, v.first, shift), roundShiftInRoom(wide, v.second, shift)));
     }
 };
 
@@ -132,9 +117,9 @@ HWY_INLINE auto wideProducts(D d, V a, V b) {
 template <class T>
 struct Mul : FromWide<Mul<T>> {
     static constexpr size_t kPeriod = 1;
-    static constexpr bool kRoom = std::is_signed_v<T>;
     // The largest product is 2^(2 kBits - 2), which is a tie one place further, or (unsigned) almost 2^(2 kBits).
     static constexpr int kLastShift = 2 * kBits<T> - (std::is_signed_v<T> ? 2 : 0);
+    static constexpr int kRoomUpTo = std::is_signed_v<T> ? kLastShift : kBits<T> + 1;
 
     template <class D, class V>
     static HWY_INLINE auto wide(D d, V a, V b) {
@@ -145,8 +130,8 @@ struct Mul : FromWide<Mul<T>> {
 // 16u by 16s
 struct MulMixedSign : FromWide<MulMixedSign> {
     static constexpr size_t kPeriod = 1;
-    static constexpr bool kRoom = false;
     static constexpr int kLastShift = 31;
+    static constexpr int kRoomUpTo = 17;
 
     template <class D, class A, class B>
     static HWY_INLINE auto wide(D d, A a, B b) {
@@ -156,10 +141,6 @@ struct MulMixedSign : FromWide<MulMixedSign> {
         const auto excess = hn::And(hn::BitCast(du, hn::BroadcastSignBit(b)), a);
         return interleavedHalves(d, hn::BitCast(d, hn::Mul(a, bits)),
                                  hn::BitCast(d, hn::Sub(hn::MulHigh(a, bits), excess)));
-    }
-    template <class D, class A, class B>
-    static HWY_INLINE auto halved(D d, A a, B b) {
-        return down(d, a, b, 1);
     }
 };
 
@@ -174,11 +155,11 @@ struct MulWiden {
     }
     template <class D, class V>
     static HWY_INLINE auto halved(D d, V a, V b) {
-        return down(d, a, b, 1);
+        return down(d, 1, a, b);
     }
     template <class D, class V>
-    static HWY_INLINE auto down(D d, V a, V b, int shift) {
-        return roundShiftSmall(d, exact(d, a, b), shift);
+    static HWY_INLINE auto down(D d, int shift, V a, V b) {
+        return roundShiftInRoom(d, exact(d, a, b), shift);
     }
 };
 
@@ -187,8 +168,8 @@ struct MulWiden {
 template <class T>
 struct MulComplex : FromWide<MulComplex<T>> {
     static constexpr size_t kPeriod = 2;
-    static constexpr bool kRoom = false;
     static constexpr int kLastShift = 2 * kBits<T> - 1;
+    static constexpr int kRoomUpTo = 0;
 
     template <class D, class V>
     static HWY_INLINE auto wide(D d, V x, V y) {
@@ -226,8 +207,8 @@ struct MulComplex : FromWide<MulComplex<T>> {
 template <class T>
 struct AddProduct : FromWide<AddProduct<T>> {
     static constexpr size_t kPeriod = 1;
-    static constexpr bool kRoom = false;
     static constexpr int kLastShift = 2 * kBits<T> - 1;
+    static constexpr int kRoomUpTo = kLastShift - 1;
 
     template <class D, class V>
     static HWY_INLINE auto wide(D d, V a, V b, V c) {
@@ -262,8 +243,8 @@ struct AddProductWiden {
         return Add<int32_t>::halved(d, MulWiden::exact(d, a, b), c);
     }
     template <class D, class V, class C>
-    static HWY_INLINE auto down(D d, V a, V b, C c, int shift) {
-        return Add<int32_t>::down(d, MulWiden::exact(d, a, b), c, shift);
+    static HWY_INLINE auto down(D d, int shift, V a, V b, C c) {
+        return Add<int32_t>::down(d, shift, MulWiden::exact(d, a, b), c);
     }
 };
 

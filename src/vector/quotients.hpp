@@ -11,6 +11,7 @@ template <class Float>
 class ZeroWatch {
   public:
     static constexpr size_t N = kVectorBytes / sizeof(Float);
+    static constexpr size_t kVectors = 1;
 
     // Magnitudes; a NaN is none.
     HWY_INLINE void see(Vec<Float, N> magnitudes) { smallest = hn::Min(magnitudes, smallest); }
@@ -206,42 +207,14 @@ class PlainDiv : public ZeroWatch<T> {
     }
 };
 
-// Quotients of complex floats, in double. Singles cannot leave its range; doubles are brought near 1 by powers of two,
-// which change no digit, and the quotient is taken back in two steps, so that only its own range limits it.
-template <class T>
-class PlainDivComplex : public ZeroWatch<double> {
-  public:
-    static constexpr size_t kPeriod = 2;
-    static constexpr size_t kWorkBytes = sizeof(double);
-
-    explicit PlainDivComplex(int) {}
-
-    template <class D, class V>
-    HWY_INLINE V operator()(D d, V divisor, V dividend) {
-        const Lanes<double, N> df;
-        if constexpr (std::is_same_v<T, float>) {
-            const auto x = hn::PromoteTo(df, dividend);
-            return hn::DemoteTo(d, quotient(df, x, hn::PromoteTo(df, divisor), x));
-        } else {
-            const Lanes<int64_t, N> di;
-            const auto scaleX = exponentInverse(dividend);
-            const auto scaleY = exponentInverse(divisor);
-            const V x = hn::Mul(dividend, hn::BitCast(df, scaleX));
-            const V scaled = quotient(df, x, hn::Mul(divisor, hn::BitCast(df, scaleY)), dividend);
-            const auto least = hn::Set(di, -2044);
-            const auto most = hn::Set(di, 2044);
-            const auto exponent = hn::Min(hn::Max(hn::ShiftRight<52>(hn::Sub(scaleY, scaleX)), least), most);
-            const auto half = hn::ShiftRight<1>(exponent);
-            return hn::Mul(hn::Mul(scaled, power(half)), power(hn::Sub(exponent, half)));
-        }
-    }
-
-  private:
+// Quotients of complex doubles near 1, or of any singles, which cannot leave double's range.
+class ComplexQuotient : public ZeroWatch<double> {
+  protected:
     using Doubles = Vec<double, N>;
-    using Words = Vec<int64_t, N>;
 
     // x / y; at a zero divisor `dividend`, x before any scaling, part by part.
-    HWY_INLINE Doubles quotient(Lanes<double, N> d, Doubles x, Doubles y, Doubles dividend) {
+    HWY_INLINE Doubles quotient(Doubles x, Doubles y, Doubles dividend) {
+        const Lanes<double, N> d;
         const auto zero = hn::Zero(d);
         auto norm = squaredModulus(d, y);
         see(norm);
@@ -257,13 +230,40 @@ class PlainDivComplex : public ZeroWatch<double> {
         const auto numerator = hn::IfThenElse(byZero, dividend, timesConjugate(d, x, y));
         return hn::Div(numerator, hn::IfThenElse(byZero, hn::DupEven(y), norm));
     }
+};
+
+// Doubles are brought near 1 by powers of two, which change no digit, and the quotient is taken back in two steps, so
+// that only its own range limits it.
+class DivComplexDouble : public ComplexQuotient {
+  public:
+    static constexpr size_t kPeriod = 2;
+    static constexpr size_t kWorkBytes = sizeof(double);
+
+    explicit DivComplexDouble(int) {}
+
+    template <class D>
+    HWY_INLINE Doubles operator()(D, Doubles divisor, Doubles dividend) {
+        const Lanes<double, N> d;
+        const Lanes<int64_t, N> di;
+        const auto scaleX = exponentInverse(dividend);
+        const auto scaleY = exponentInverse(divisor);
+        const auto x = hn::Mul(dividend, hn::BitCast(d, scaleX));
+        const auto scaled = quotient(x, hn::Mul(divisor, hn::BitCast(d, scaleY)), dividend);
+        const auto difference = hn::ShiftRight<52>(hn::Sub(scaleY, scaleX));
+        const auto exponent = hn::Min(hn::Max(difference, hn::Set(di, -2044)), hn::Set(di, 2044));
+        const auto half = hn::ShiftRight<1>(exponent);
+        return hn::Mul(hn::Mul(scaled, power(half)), power(hn::Sub(exponent, half)));
+    }
+
+  private:
+    using Words = Vec<int64_t, N>;
 
     // The bits of the power of two that brings the larger part of a pair near 1.
     static HWY_INLINE Words exponentInverse(Doubles v) {
         const Lanes<int64_t, N> di;
-        const Lanes<double, N> df;
+        const Lanes<double, N> d;
         const auto magnitude = hn::Abs(v);
-        const auto larger = hn::BitCast(di, hn::Max(magnitude, hn::Reverse2(df, magnitude)));
+        const auto larger = hn::BitCast(di, hn::Max(magnitude, hn::Reverse2(d, magnitude)));
         const auto exponent = hn::And(larger, hn::Set(di, 0x7FF0000000000000));
         return hn::Max(hn::Sub(hn::Set(di, 0x7FE0000000000000), exponent), hn::Set(di, 0x0010000000000000));
     }
@@ -272,6 +272,71 @@ class PlainDivComplex : public ZeroWatch<double> {
     static HWY_INLINE Doubles power(Words exponent) {
         const Lanes<int64_t, N> di;
         return hn::BitCast(Lanes<double, N>(), hn::ShiftLeft<52>(hn::Add(exponent, hn::Set(di, 1023))));
+    }
+};
+
+// Singles: in single precision with one reciprocal for both parts, and again in double where the squared modulus or the
+// quotient is so large or small that a product on the way may have left the range. Real and imaginary parts of two
+// vectors are worked on apart.
+class DivComplexSingle : public ComplexQuotient {
+  public:
+    static constexpr size_t kPeriod = 2;
+    static constexpr size_t kWorkBytes = sizeof(float);
+    static constexpr size_t kVectors = 2;
+
+    explicit DivComplexSingle(int) {}
+
+    template <class D, class V>
+    HWY_INLINE Two<V> operator()(D df, Two<V> divisor, Two<V> dividend) {
+        const V a = evenOf(dividend);
+        const V b = oddOf(dividend);
+        const V c = evenOf(divisor);
+        const V d = oddOf(divisor);
+        const V norm = hn::Add(hn::Mul(c, c), hn::Mul(d, d));
+        const V inverse = hn::Div(hn::Set(df, 1.0f), norm);
+        const V re = hn::Mul(hn::Add(hn::Mul(a, c), hn::Mul(b, d)), inverse);
+        const V im = hn::Mul(hn::Sub(hn::Mul(b, c), hn::Mul(a, d)), inverse);
+
+        const V larger = hn::Max(hn::Abs(re), hn::Abs(im));
+        const auto normIsFine = hn::Ge(norm, hn::Set(df, 0x1p-60f));
+        auto fine =
+            hn::And(normIsFine, hn::And(hn::Ge(larger, hn::Set(df, 0x1p-50f)), hn::Le(larger, hn::Set(df, 0x1p50f))));
+        Two<V> result = {hn::InterleaveLower(df, re, im), hn::InterleaveUpper(df, re, im)};
+        if (HWY_UNLIKELY(!hn::AllTrue(df, fine))) {
+            const auto dividendIsZero = hn::Eq(hn::Max(hn::Abs(a), hn::Abs(b)), hn::Zero(df));
+            const auto normIsFinite = hn::Le(norm, hn::Set(df, std::numeric_limits<float>::max()));
+            fine = hn::Or(fine, hn::And(dividendIsZero, hn::And(normIsFine, normIsFinite)));
+            if (!hn::AllTrue(df, fine)) {
+                const V mask = hn::VecFromMask(df, fine);
+                result.lower = hn::IfThenElse(hn::MaskFromVec(hn::InterleaveLower(df, mask, mask)), result.lower,
+                                              inDouble(df, divisor.lower, dividend.lower));
+                result.upper = hn::IfThenElse(hn::MaskFromVec(hn::InterleaveUpper(df, mask, mask)), result.upper,
+                                              inDouble(df, divisor.upper, dividend.upper));
+            }
+        }
+        return result;
+    }
+
+  private:
+    // Within 128-bit blocks, so that interleaving blocks is the way back.
+    template <class V>
+    static HWY_INLINE V evenOf(Two<V> v) {
+        return V{ZVPS_INTRINSIC(shuffle_ps)(v.lower.raw, v.upper.raw, 0x88)};
+    }
+    template <class V>
+    static HWY_INLINE V oddOf(Two<V> v) {
+        return V{ZVPS_INTRINSIC(shuffle_ps)(v.lower.raw, v.upper.raw, 0xDD)};
+    }
+
+    template <class D, class V>
+    HWY_INLINE V inDouble(D df, V divisor, V dividend) {
+        const Lanes<double, N> d;
+        const Lanes<float, N> half;
+        const auto low = hn::PromoteTo(d, hn::LowerHalf(half, dividend));
+        const auto high = hn::PromoteTo(d, hn::UpperHalf(half, dividend));
+        const auto lower = quotient(low, hn::PromoteTo(d, hn::LowerHalf(half, divisor)), low);
+        const auto upper = quotient(high, hn::PromoteTo(d, hn::UpperHalf(half, divisor)), high);
+        return hn::Combine(df, hn::DemoteTo(half, upper), hn::DemoteTo(half, lower));
     }
 };
 

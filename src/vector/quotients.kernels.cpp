@@ -9,7 +9,7 @@ namespace {
 template <class Op, class SourceA, class SourceB, class A, class B, class D>
 ZvpStatus quotientKernel(A divisors, B dividends, D* dst, size_t n, int scaleFactor) {
     Op op(scaleFactor);
-    map<Op::kPeriod, Op::kWorkBytes>(op, dst, n, SourceA{divisors}, SourceB{dividends});
+    map<Op::kPeriod, Op::kWorkBytes, Op::kVectors>(op, dst, n, SourceA{divisors}, SourceB{dividends});
     return op.sawZero() ? zvpStsDivByZero : zvpStsOk;
 }
 

@@ -26,12 +26,12 @@
 #define ZVPS_PLAIN_QUOTIENTS(X)                                                                                        \
     X(div_32f, PlainDiv<Zvp32f>, Divisors, Vector, Zvp32f)                                                             \
     X(div_64f, PlainDiv<Zvp64f>, Divisors, Vector, Zvp64f)                                                             \
-    X(div_32fc, PlainDivComplex<Zvp32f>, Divisors, Vector, Zvp32f)                                                     \
-    X(div_64fc, PlainDivComplex<Zvp64f>, Divisors, Vector, Zvp64f)                                                     \
+    X(div_32fc, DivComplexSingle, Divisors, Vector, Zvp32f)                                                            \
+    X(div_64fc, DivComplexDouble, Divisors, Vector, Zvp64f)                                                            \
     X(divC_32f, PlainDiv<Zvp32f>, Constant, Vector, Zvp32f)                                                            \
     X(divC_64f, PlainDiv<Zvp64f>, Constant, Vector, Zvp64f)                                                            \
-    X(divC_32fc, PlainDivComplex<Zvp32f>, Constant, Vector, Zvp32f)                                                    \
-    X(divC_64fc, PlainDivComplex<Zvp64f>, Constant, Vector, Zvp64f)                                                    \
+    X(divC_32fc, DivComplexSingle, Constant, Vector, Zvp32f)                                                           \
+    X(divC_64fc, DivComplexDouble, Constant, Vector, Zvp64f)                                                           \
     X(divCRev_32f, PlainDiv<Zvp32f>, Divisors, Constant, Zvp32f)
 
 namespace zvps {

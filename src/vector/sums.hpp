@@ -21,7 +21,7 @@ struct Add {
         return roundHalf(d, floorAverage(d, a, b), hn::Xor(a, b));
     }
     template <class D, class V>
-    static HWY_INLINE V down(D d, V a, V b, int shift) {
+    static HWY_INLINE V down(D d, int shift, V a, V b) {
         return roundHalfShift(d, floorAverage(d, a, b), hn::Xor(a, b), shift);
     }
 };
@@ -48,7 +48,7 @@ struct Sub {
         }
     }
     template <class D, class V>
-    static HWY_INLINE V down(D d, V a, V b, int shift) {
+    static HWY_INLINE V down(D d, int shift, V a, V b) {
         if constexpr (std::is_unsigned_v<T>) {
             return roundShift(d, exact(d, a, b), shift);
         } else {
