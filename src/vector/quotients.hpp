@@ -275,9 +275,120 @@ class DivComplexDouble : public ComplexQuotient {
     }
 };
 
-// Singles: in single precision with one reciprocal for both parts, and again in double where the squared modulus or the
-// quotient is so large or small that a product on the way may have left the range. Real and imaginary parts of two
-// vectors are worked on apart.
+// Singles, in single precision with one reciprocal for both parts. Where the squared modulus or the quotient is so
+// large or small that a product on the way may have left the range, the result does not stand. Real and imaginary parts
+// of two vectors are worked on apart.
+template <class D>
+class SingleQuotients {
+  public:
+    using V = hn::Vec<D>;
+    using Mask = hn::Mask<D>;
+    using Bits = hn::Vec<hn::RebindToSigned<D>>;
+
+    HWY_INLINE SingleQuotients(D df, Two<V> divisor, Two<V> dividend)
+        : a(evenOf(dividend)), b(oddOf(dividend)), norm(squares(divisor)) {
+        const V c = evenOf(divisor);
+        const V d = oddOf(divisor);
+        const V inverse = hn::Div(hn::Set(df, 1.0f), norm);
+        re = hn::Mul(hn::Add(hn::Mul(a, c), hn::Mul(b, d)), inverse);
+        im = hn::Mul(hn::Sub(hn::Mul(b, c), hn::Mul(a, d)), inverse);
+    }
+
+    HWY_INLINE Two<V> pairs() const {
+        const D df;
+        return {hn::InterleaveLower(df, re, im), hn::InterleaveUpper(df, re, im)};
+    }
+
+    // Which results stand: those with the larger part of the quotient and the squared modulus within limits. Compared
+    // as integers, which leaves the multipliers free: magnitudes are ordered like their bits.
+    HWY_INLINE Mask stand() const {
+        const D df;
+        const Bits quotient = largerPart();
+        const Bits smaller = hn::Min(quotient, modulus());
+        return hn::RebindMask(df, hn::And(hn::Gt(smaller, leastBits()), hn::Lt(quotient, mostBits())));
+    }
+
+    // Takes the same into account in extremes of all results so far, which are initially the limits' neighbours within.
+    HWY_INLINE void keepExtremes(Bits& smallest, Bits& largest) const {
+        const Bits quotient = largerPart();
+        largest = hn::Max(largest, quotient);
+        smallest = hn::Min(smallest, hn::Min(quotient, modulus()));
+    }
+    static HWY_INLINE bool areWithin(Bits smallest, Bits largest) {
+        const hn::RebindToSigned<D> di;
+        return hn::AllTrue(di, hn::And(hn::Gt(smallest, leastBits()), hn::Lt(largest, mostBits())));
+    }
+    static HWY_INLINE Bits leastBits() { return bitsOf(0x1p-50f); }
+    static HWY_INLINE Bits mostBits() { return bitsOf(0x1p50f); }
+
+    // A dividend of 0 takes no harm from small products either.
+    HWY_INLINE Mask standAsZero() const {
+        const D df;
+        const auto isZero = hn::Eq(largerMagnitude(a, b), hn::Zero(df));
+        const auto normIsFinite = hn::Le(norm, hn::Set(df, std::numeric_limits<float>::max()));
+        const auto normIsLarge = hn::RebindMask(df, hn::Gt(modulus(), leastBits()));
+        return hn::And(isZero, hn::And(normIsLarge, normIsFinite));
+    }
+
+  private:
+    V a;
+    V b;
+    V norm;
+    V re;
+    V im;
+
+    static HWY_INLINE Bits bitsOf(float v) { return hn::BitCast(hn::RebindToSigned<D>(), hn::Set(D(), v)); }
+    HWY_INLINE Bits largerPart() const { return hn::BitCast(hn::RebindToSigned<D>(), largerMagnitude(re, im)); }
+    HWY_INLINE Bits modulus() const { return hn::BitCast(hn::RebindToSigned<D>(), norm); }
+
+    static HWY_INLINE V largerMagnitude(V v, V w) {
+#if HWY_TARGET <= HWY_AVX3
+        constexpr int kMaximumOfMagnitudes = 0b1011;
+        return V{_mm512_range_ps(v.raw, w.raw, kMaximumOfMagnitudes)};
+#else
+        return hn::Max(hn::Abs(v), hn::Abs(w));
+#endif
+    }
+
+    // Within 128-bit blocks, so that interleaving blocks is the way back.
+    static HWY_INLINE V evenOf(Two<V> v) {
+        return V{ZVPS_INTRINSIC(shuffle_ps)(v.lower.raw, v.upper.raw, 0x88)};
+    }
+    static HWY_INLINE V oddOf(Two<V> v) {
+        return V{ZVPS_INTRINSIC(shuffle_ps)(v.lower.raw, v.upper.raw, 0xDD)};
+    }
+
+    static HWY_INLINE V squares(Two<V> v) {
+        const V re = evenOf(v);
+        const V im = oddOf(v);
+        return hn::Add(hn::Mul(re, re), hn::Mul(im, im));
+    }
+};
+
+// The results as they are; afterwards it is known whether all stand.
+class DivComplexSingleFast {
+  public:
+    static constexpr size_t kPeriod = 2;
+    static constexpr size_t kWorkBytes = sizeof(float);
+    static constexpr size_t kVectors = 2;
+
+    template <class D, class V>
+    HWY_INLINE Two<V> operator()(D df, Two<V> divisor, Two<V> dividend) {
+        const SingleQuotients<D> quotients(df, divisor, dividend);
+        quotients.keepExtremes(smallest, largest);
+        return quotients.pairs();
+    }
+
+    HWY_INLINE bool allStand() const { return Quotients::areWithin(smallest, largest); }
+
+  private:
+    using Quotients = SingleQuotients<Lanes<float, kVectorBytes / sizeof(float)>>;
+
+    Quotients::Bits smallest = Quotients::mostBits();
+    Quotients::Bits largest = Quotients::leastBits();
+};
+
+// The same, and in double where a result does not stand.
 class DivComplexSingle : public ComplexQuotient {
   public:
     static constexpr size_t kPeriod = 2;
@@ -288,26 +399,13 @@ class DivComplexSingle : public ComplexQuotient {
 
     template <class D, class V>
     HWY_INLINE Two<V> operator()(D df, Two<V> divisor, Two<V> dividend) {
-        const V a = evenOf(dividend);
-        const V b = oddOf(dividend);
-        const V c = evenOf(divisor);
-        const V d = oddOf(divisor);
-        const V norm = hn::Add(hn::Mul(c, c), hn::Mul(d, d));
-        const V inverse = hn::Div(hn::Set(df, 1.0f), norm);
-        const V re = hn::Mul(hn::Add(hn::Mul(a, c), hn::Mul(b, d)), inverse);
-        const V im = hn::Mul(hn::Sub(hn::Mul(b, c), hn::Mul(a, d)), inverse);
-
-        const V larger = hn::Max(hn::Abs(re), hn::Abs(im));
-        const auto normIsFine = hn::Ge(norm, hn::Set(df, 0x1p-60f));
-        auto fine =
-            hn::And(normIsFine, hn::And(hn::Ge(larger, hn::Set(df, 0x1p-50f)), hn::Le(larger, hn::Set(df, 0x1p50f))));
-        Two<V> result = {hn::InterleaveLower(df, re, im), hn::InterleaveUpper(df, re, im)};
-        if (HWY_UNLIKELY(!hn::AllTrue(df, fine))) {
-            const auto dividendIsZero = hn::Eq(hn::Max(hn::Abs(a), hn::Abs(b)), hn::Zero(df));
-            const auto normIsFinite = hn::Le(norm, hn::Set(df, std::numeric_limits<float>::max()));
-            fine = hn::Or(fine, hn::And(dividendIsZero, hn::And(normIsFine, normIsFinite)));
-            if (!hn::AllTrue(df, fine)) {
-                const V mask = hn::VecFromMask(df, fine);
+        const SingleQuotients<D> quotients(df, divisor, dividend);
+        Two<V> result = quotients.pairs();
+        auto stand = quotients.stand();
+        if (HWY_UNLIKELY(!hn::AllTrue(df, stand))) {
+            stand = hn::Or(stand, quotients.standAsZero());
+            if (!hn::AllTrue(df, stand)) {
+                const V mask = hn::VecFromMask(df, stand);
                 result.lower = hn::IfThenElse(hn::MaskFromVec(hn::InterleaveLower(df, mask, mask)), result.lower,
                                               inDouble(df, divisor.lower, dividend.lower));
                 result.upper = hn::IfThenElse(hn::MaskFromVec(hn::InterleaveUpper(df, mask, mask)), result.upper,
@@ -318,16 +416,6 @@ class DivComplexSingle : public ComplexQuotient {
     }
 
   private:
-    // Within 128-bit blocks, so that interleaving blocks is the way back.
-    template <class V>
-    static HWY_INLINE V evenOf(Two<V> v) {
-        return V{ZVPS_INTRINSIC(shuffle_ps)(v.lower.raw, v.upper.raw, 0x88)};
-    }
-    template <class V>
-    static HWY_INLINE V oddOf(Two<V> v) {
-        return V{ZVPS_INTRINSIC(shuffle_ps)(v.lower.raw, v.upper.raw, 0xDD)};
-    }
-
     template <class D, class V>
     HWY_INLINE V inDouble(D df, V divisor, V dividend) {
         const Lanes<double, N> d;

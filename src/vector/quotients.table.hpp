@@ -26,11 +26,9 @@
 #define ZVPS_PLAIN_QUOTIENTS(X)                                                                                        \
     X(div_32f, PlainDiv<Zvp32f>, Divisors, Vector, Zvp32f)                                                             \
     X(div_64f, PlainDiv<Zvp64f>, Divisors, Vector, Zvp64f)                                                             \
-    X(div_32fc, DivComplexSingle, Divisors, Vector, Zvp32f)                                                            \
     X(div_64fc, DivComplexDouble, Divisors, Vector, Zvp64f)                                                            \
     X(divC_32f, PlainDiv<Zvp32f>, Constant, Vector, Zvp32f)                                                            \
     X(divC_64f, PlainDiv<Zvp64f>, Constant, Vector, Zvp64f)                                                            \
-    X(divC_32fc, DivComplexSingle, Constant, Vector, Zvp32f)                                                           \
     X(divC_64fc, DivComplexDouble, Constant, Vector, Zvp64f)                                                           \
     X(divCRev_32f, PlainDiv<Zvp32f>, Divisors, Constant, Zvp32f)
 
@@ -55,6 +53,9 @@ struct QuotientKernels {
     BinaryKernel<source1##Argument<type>, source2##Argument<type>, type> slot;
     ZVPS_PLAIN_QUOTIENTS(ZVPS_SLOT)
 #undef ZVPS_SLOT
+
+    BinaryKernel<DivisorsArgument<Zvp32f>, VectorArgument<Zvp32f>, Zvp32f> div_32fc;
+    BinaryKernel<ConstantArgument<Zvp32f>, VectorArgument<Zvp32f>, Zvp32f> divC_32fc;
 };
 
 } // namespace zvps
