@@ -37,6 +37,7 @@ unsigned count(const Vectors<T>& v) {
 
 using Lengths = std::vector<int>;
 inline constexpr int kLarge = 4 << 20;
+inline constexpr int kWarmUpCalls = 3;
 inline const Lengths kInCache = {256, 1024, 4096};
 inline const Lengths kInCacheAndLarge = {256, 1024, 4096, kLarge};
 Lengths shortLengths(); // 1 to 64
@@ -140,6 +141,7 @@ class Row {
     void run(benchmark::State& state, Call call, int n) const {
         Vectors<T> v = Buffers<T>::vectors(n, m_options.sourceOffset, m_options.destinationOffset);
         v.scaleFactor = m_options.scaleFactor;
+        for (int i = 0; i != kWarmUpCalls; ++i) call(v);
         for ([[maybe_unused]] auto _ : state) {
             call(v);
             benchmark::ClobberMemory();
