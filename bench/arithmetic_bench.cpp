@@ -7,8 +7,7 @@
 namespace bench {
 namespace {
 
-// ---- Floating point: our function and the peers' operation
-// -----------------------------------------------------------
+// ---- Floating point: our function and the peers' operation ---------------------------------------------------------
 
 #define PEERS(ours, operation, ...)                                                                                    \
     with("ours", BENCH_CALL(ours(__VA_ARGS__)))                                                                        \
@@ -60,8 +59,7 @@ void shortFloatingPoint() {
     VECTORS(Mul, 32fc, multiply).VOLK_VECTORS(volk_32fc_x2_multiply_32fc);
 }
 
-// ---- Integers with scale factors
-// -------------------------------------------------------------------------------------
+// ---- Integers with scale factors -----------------------------------------------------------------------------------
 
 #define SCALED_ROW(NAME, TYPE, suffix, traffic, operation, options, ...)                                               \
     Row<Zvp##TYPE>(#NAME "_" #TYPE "_" #suffix ":" + std::to_string((options).scaleFactor) + offsets(options),         \
@@ -112,8 +110,7 @@ void divisions() {
     }
 }
 
-// ---- Vectors off alignment
-// -------------------------------------------------------------------------------------------
+// ---- Vectors off alignment -----------------------------------------------------------------------------------------
 
 void misaligned() {
     const Lengths lengths = {4096};

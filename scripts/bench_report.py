@@ -144,7 +144,7 @@ def short_table(results):
     rows = short_rows(results)
     if not rows:
         return []
-    lines = ["Short vectors: our ns a call, and how much more than the plain loop behind an ordinary call (negative: less)"]
+    lines = ["Short vectors: our ns a call, and how much more than the plain loop behind an ordinary call"]
     lines += ["", "length" + "".join(row.rjust(17) for row in rows)]
     differences = defaultdict(list)
     for n in SHORT:
@@ -220,7 +220,7 @@ def picture(results, path):
         plots.append((2, 'set title "In cache: best peer\'s time over ours (above 1: we are faster)"\n'
                       f"set logscale y 2; set xrange [-0.7:{len(rows) - 0.3}]; set xtics rotate by 90 right scale 0\n"
                       'set arrow 1 from graph 0, first 1 to graph 1, first 1 nohead lc rgb "#444444" lw 2 back\n'
-                      "plot " + ", ".join(f'$cache using 1:{3 + i}:xtic(2) with points pt 7 ps 1.3 lc {i + 1} title "{n}"'
+                      "plot " + ", ".join(f'$cache using 1:{3 + i}:xtic(2) with points pt 7 lc {i + 1} title "{n}"'
                                           for i, n in enumerate(IN_CACHE))))
     rows = short_rows(results)
     if rows:
