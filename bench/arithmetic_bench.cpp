@@ -7,19 +7,16 @@
 namespace bench {
 namespace {
 
-// ---- Floating point: our function and the peers' operation -----------------------------------------------------------
+// ---- Floating point: our function and the peers' operation ---------------------------------------------------------
 
 #define PEERS(ours, operation, ...)                                                                                    \
     with("ours", BENCH_CALL(ours(__VA_ARGS__)))                                                                        \
         .with("plain", BENCH_CALL(plain::operation(__VA_ARGS__)))                                                      \
         .with("eigen", BENCH_CALL(eigen::operation(__VA_ARGS__)))
 #define ROW(NAME, TYPE, traffic) Row<Zvp##TYPE>(#NAME "_" #TYPE, traffic, lengths)
-#define VECTORS(NAME, TYPE, operation)                                                                                 \
-    ROW(NAME, TYPE, 3).PEERS(zvps##NAME##_##TYPE, operation, v.a, v.b, v.dst, v.n)
-#define CONSTANT(NAME, TYPE, operation)                                                                                \
-    ROW(NAME, TYPE, 2).PEERS(zvps##NAME##_##TYPE, operation, v.a, v.val, v.dst, v.n)
-#define ACCUMULATE(NAME, TYPE, operation)                                                                              \
-    ROW(NAME, TYPE, 4).PEERS(zvps##NAME##_##TYPE, operation, v.a, v.b, v.dst, v.n)
+#define VECTORS(NAME, TYPE, operation) ROW(NAME, TYPE, 3).PEERS(zvps##NAME##_##TYPE, operation, v.a, v.b, v.dst, v.n)
+#define CONSTANT(NAME, TYPE, operation) ROW(NAME, TYPE, 2).PEERS(zvps##NAME##_##TYPE, operation, v.a, v.val, v.dst, v.n)
+#define ACCUMULATE(NAME, TYPE, operation) ROW(NAME, TYPE, 4).PEERS(zvps##NAME##_##TYPE, operation, v.a, v.b, v.dst, v.n)
 #define VECTOR(NAME, TYPE, operation) ROW(NAME, TYPE, 2).PEERS(zvps##NAME##_##TYPE, operation, v.a, v.dst, v.n)
 
 // VOLK's left operand comes first.
@@ -62,7 +59,7 @@ void shortFloatingPoint() {
     VECTORS(Mul, 32fc, multiply).VOLK_VECTORS(volk_32fc_x2_multiply_32fc);
 }
 
-// ---- Integers with scale factors -------------------------------------------------------------------------------------
+// ---- Integers with scale factors -----------------------------------------------------------------------------------
 
 #define SCALED_ROW(NAME, TYPE, suffix, traffic, operation, options, ...)                                               \
     Row<Zvp##TYPE>(#NAME "_" #TYPE "_" #suffix ":" + std::to_string((options).scaleFactor) + offsets(options),         \
@@ -113,7 +110,7 @@ void divisions() {
     }
 }
 
-// ---- Vectors off alignment -------------------------------------------------------------------------------------------
+// ---- Vectors off alignment -----------------------------------------------------------------------------------------
 
 void misaligned() {
     const Lengths lengths = {4096};

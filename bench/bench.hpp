@@ -1,7 +1,7 @@
 // Rows of the benchmark: one operation, computed by the library and by its peers on the same vectors.
 //
-// A benchmark's name is ROW/PEER/LENGTH. ROW is a function's name without its prefix, followed by `:scaleFactor` where it
-// has one and by `@dst`, `@src` or `@all` where these vectors start one element off alignment.
+// A benchmark's name is ROW/PEER/LENGTH. ROW is a function's name without its prefix, followed by `:scaleFactor` where
+// it has one and by `@dst`, `@src` or `@all` where these vectors start one element off alignment.
 #pragma once
 
 #include <benchmark/benchmark.h>
@@ -37,6 +37,7 @@ unsigned count(const Vectors<T>& v) {
 
 using Lengths = std::vector<int>;
 inline constexpr int kLarge = 4 << 20;
+inline constexpr int kWarmUpCalls = 3;
 inline const Lengths kInCache = {256, 1024, 4096};
 inline const Lengths kInCacheAndLarge = {256, 1024, 4096, kLarge};
 Lengths shortLengths(); // 1 to 64
@@ -78,7 +79,7 @@ class Buffers {
   public:
     explicit Buffers(size_t length) {
         const size_t distance = (length * sizeof(T) / 4096 + 2) * 4096 + 1088;
-        auto* block = static_cast<unsigned char*>(::operator new(3 * distance, std::align_val_t{4096}));
+        auto* block = static_cast<unsigned char*>(::operator new (3 * distance, std::align_val_t{4096}));
         m_a = reinterpret_cast<T*>(block);
         m_b = reinterpret_cast<T*>(block + distance);
         m_dst = reinterpret_cast<T*>(block + 2 * distance);
@@ -91,7 +92,7 @@ class Buffers {
     }
     Buffers(const Buffers&) = delete;
     Buffers& operator=(const Buffers&) = delete;
-    ~Buffers() { ::operator delete(m_a, std::align_val_t{4096}); }
+    ~Buffers() { ::operator delete (m_a, std::align_val_t{4096}); }
 
     // For vectors of n elements, which start `source` and `destination` elements off alignment.
     static Vectors<T> vectors(int n, int source, int destination) {
@@ -140,6 +141,8 @@ class Row {
     void run(benchmark::State& state, Call call, int n) const {
         Vectors<T> v = Buffers<T>::vectors(n, m_options.sourceOffset, m_options.destinationOffset);
         v.scaleFactor = m_options.scaleFactor;
+        for (int i = 0; i != kWarmUpCalls; ++i)
+            call(v);
         for ([[maybe_unused]] auto _ : state) {
             call(v);
             benchmark::ClobberMemory();

@@ -1,5 +1,5 @@
-// The peers that are compiled here. Operands stand in the order of the library's functions: subtract and divide take the
-// right operand first.
+// The peers that are compiled here. Operands stand in the order of the library's functions: subtract and divide take
+// the right operand first.
 #pragma once
 
 // Loops as a careful user writes them.

@@ -47,60 +47,74 @@ T scaled(Wide v, int scaleFactor) {
 
 template <class T>
 void add(const T* __restrict a, const T* __restrict b, T* __restrict dst, int n) {
-    for (int i = 0; i < n; ++i) dst[i] = a[i] + b[i];
+    for (int i = 0; i < n; ++i)
+        dst[i] = a[i] + b[i];
 }
 template <class T>
 void subtract(const T* __restrict a, const T* __restrict b, T* __restrict dst, int n) {
-    for (int i = 0; i < n; ++i) dst[i] = b[i] - a[i];
+    for (int i = 0; i < n; ++i)
+        dst[i] = b[i] - a[i];
 }
 template <class T>
 void multiply(const T* __restrict a, const T* __restrict b, T* __restrict dst, int n) {
-    for (int i = 0; i < n; ++i) dst[i] = a[i] * b[i];
+    for (int i = 0; i < n; ++i)
+        dst[i] = a[i] * b[i];
 }
 template <class T>
 void divide(const T* __restrict a, const T* __restrict b, T* __restrict dst, int n) {
-    for (int i = 0; i < n; ++i) dst[i] = b[i] / a[i];
+    for (int i = 0; i < n; ++i)
+        dst[i] = b[i] / a[i];
 }
 template <class T>
 void addConstant(const T* __restrict a, T val, T* __restrict dst, int n) {
-    for (int i = 0; i < n; ++i) dst[i] = a[i] + val;
+    for (int i = 0; i < n; ++i)
+        dst[i] = a[i] + val;
 }
 template <class T>
 void multiplyConstant(const T* __restrict a, T val, T* __restrict dst, int n) {
-    for (int i = 0; i < n; ++i) dst[i] = a[i] * val;
+    for (int i = 0; i < n; ++i)
+        dst[i] = a[i] * val;
 }
 template <class T>
 void addProduct(const T* __restrict a, const T* __restrict b, T* __restrict dst, int n) {
-    for (int i = 0; i < n; ++i) dst[i] = dst[i] + a[i] * b[i];
+    for (int i = 0; i < n; ++i)
+        dst[i] = dst[i] + a[i] * b[i];
 }
 template <class T>
 void absolute(const T* __restrict a, T* __restrict dst, int n) {
-    for (int i = 0; i < n; ++i) dst[i] = std::abs(a[i]);
+    for (int i = 0; i < n; ++i)
+        dst[i] = std::abs(a[i]);
 }
 
 template <class T>
 void addScaled(const T* __restrict a, const T* __restrict b, T* __restrict dst, int n, int scaleFactor) {
-    for (int i = 0; i < n; ++i) dst[i] = scaled<T>(WideSum<T>{a[i]} + b[i], scaleFactor);
+    for (int i = 0; i < n; ++i)
+        dst[i] = scaled<T>(WideSum<T>{a[i]} + b[i], scaleFactor);
 }
 template <class T>
 void subtractScaled(const T* __restrict a, const T* __restrict b, T* __restrict dst, int n, int scaleFactor) {
-    for (int i = 0; i < n; ++i) dst[i] = scaled<T>(WideSum<T>{b[i]} - a[i], scaleFactor);
+    for (int i = 0; i < n; ++i)
+        dst[i] = scaled<T>(WideSum<T>{b[i]} - a[i], scaleFactor);
 }
 template <class T>
 void multiplyScaled(const T* __restrict a, const T* __restrict b, T* __restrict dst, int n, int scaleFactor) {
-    for (int i = 0; i < n; ++i) dst[i] = scaled<T>(WideProduct<T>{a[i]} * b[i], scaleFactor);
+    for (int i = 0; i < n; ++i)
+        dst[i] = scaled<T>(WideProduct<T>{a[i]} * b[i], scaleFactor);
 }
 template <class T>
 void addConstantScaledInPlace(T val, T* dst, int n, int scaleFactor) {
-    for (int i = 0; i < n; ++i) dst[i] = scaled<T>(WideSum<T>{dst[i]} + val, scaleFactor);
+    for (int i = 0; i < n; ++i)
+        dst[i] = scaled<T>(WideSum<T>{dst[i]} + val, scaleFactor);
 }
 
 // The compiler makes this a call of memcpy.
 void copy(const float* __restrict a, float* __restrict dst, int n) {
-    for (int i = 0; i < n; ++i) dst[i] = a[i];
+    for (int i = 0; i < n; ++i)
+        dst[i] = a[i];
 }
 void triad(const float* __restrict a, const float* __restrict b, float val, float* __restrict dst, int n) {
-    for (int i = 0; i < n; ++i) dst[i] = a[i] + val * b[i];
+    for (int i = 0; i < n; ++i)
+        dst[i] = a[i] + val * b[i];
 }
 
 #define PLAIN_FLOATING(T)                                                                                              \

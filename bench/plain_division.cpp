@@ -33,11 +33,13 @@ T quotient(T dividend, T divisor, int scaleFactor) {
 
 template <class T>
 void divideScaled(const T* __restrict a, const T* __restrict b, T* __restrict dst, int n, int scaleFactor) {
-    for (int i = 0; i < n; ++i) dst[i] = quotient(b[i], a[i], scaleFactor);
+    for (int i = 0; i < n; ++i)
+        dst[i] = quotient(b[i], a[i], scaleFactor);
 }
 template <class T>
 void divideConstantScaled(const T* __restrict a, T val, T* __restrict dst, int n, int scaleFactor) {
-    for (int i = 0; i < n; ++i) dst[i] = quotient(a[i], val, scaleFactor);
+    for (int i = 0; i < n; ++i)
+        dst[i] = quotient(a[i], val, scaleFactor);
 }
 
 template void divideScaled(const Zvp8u*, const Zvp8u*, Zvp8u*, int, int);

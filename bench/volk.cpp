@@ -18,7 +18,8 @@ double fastestRun(Call call) {
     double fastest = std::numeric_limits<double>::infinity();
     for (int run = 0; run != 50; ++run) {
         const auto start = Clock::now();
-        for (int i = 0; i != 20; ++i) call();
+        for (int i = 0; i != 20; ++i)
+            call();
         fastest = std::min(fastest, std::chrono::duration<double>(Clock::now() - start).count());
     }
     return fastest;

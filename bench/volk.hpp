@@ -9,8 +9,8 @@
 
 namespace bench {
 
-// Times VOLK's implementations of each function and has its dispatcher take the fastest, as its own profiler would. To be
-// called before any other call of VOLK.
+// Times VOLK's implementations of each function and has its dispatcher take the fastest, as its own profiler would. To
+// be called before any other call of VOLK.
 void chooseVolkImplementations();
 
 inline const std::complex<float>* raw(const Zvp32fc* p) {

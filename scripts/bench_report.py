@@ -144,7 +144,7 @@ def short_table(results):
     rows = short_rows(results)
     if not rows:
         return []
-    lines = ["Short vectors: our ns a call, and how much more than the plain loop behind an ordinary call (negative: less)"]
+    lines = ["Short vectors: our ns a call, and how much more than the plain loop behind an ordinary call"]
     lines += ["", "length" + "".join(row.rjust(17) for row in rows)]
     differences = defaultdict(list)
     for n in SHORT:
@@ -217,10 +217,10 @@ def picture(results, path):
     if rows:
         block("cache", [f"{i} {quoted(row)} " + " ".join(f"{min(results.ratios(row, n))[0]:.3f}" for n in IN_CACHE)
                         for i, row in enumerate(rows)])
-        plots.append((2, 'set title "In cache: best peer\'s time over ours (above 1 we are faster)"\n'
+        plots.append((2, 'set title "In cache: best peer\'s time over ours (above 1: we are faster)"\n'
                       f"set logscale y 2; set xrange [-0.7:{len(rows) - 0.3}]; set xtics rotate by 90 right scale 0\n"
                       'set arrow 1 from graph 0, first 1 to graph 1, first 1 nohead lc rgb "#444444" lw 2 back\n'
-                      "plot " + ", ".join(f'$cache using 1:{3 + i}:xtic(2) with points pt 7 ps 1.3 lc {i + 1} title "{n}"'
+                      "plot " + ", ".join(f'$cache using 1:{3 + i}:xtic(2) with points pt 7 lc {i + 1} title "{n}"'
                                           for i, n in enumerate(IN_CACHE))))
     rows = short_rows(results)
     if rows:
@@ -233,14 +233,14 @@ def picture(results, path):
             lines.append(f"$short using 1:{3 + 2 * i} with lines lw 1.2 dt 3 lc {i + 1} notitle")
         plots.append((2, 'set title "Short vectors: ns a call by length; dotted: the plain loop"\n'
                       "unset logscale; set xrange [1:64]; set xtics norotate 8 autojustify; set yrange [0:*]\n"
-                      "set xlabel \"elements\"; plot " + ", ".join(lines)))
+                      "set xlabel \"elements\"; set ylabel \"ns\"; plot " + ", ".join(lines)))
     rows = [row for row in large_rows(results) if machine_speed(results, row)[1]]
     if rows:
         block("large", [f"{i} {quoted(row)} {results.speed(row, 'ours') / machine_speed(results, row)[1]:.3f} "
                         f"{(results.speed(row, 'plain') or math.nan) / machine_speed(results, row)[1]:.3f}"
                         for i, row in enumerate(rows)])
         plots.append((1, 'set title "Large vectors: share of the machine\'s copy or triad speed"\n'
-                      f"unset xlabel; set xrange [-0.7:{len(rows) - 0.3}]; set yrange [0:*]\n"
+                      f"unset xlabel; unset ylabel; set xrange [-0.7:{len(rows) - 0.3}]; set yrange [0:*]\n"
                       "set xtics rotate by 90 right scale 0; set style fill solid 0.8 noborder; set boxwidth 0.35\n"
                       'set arrow 1 from graph 0, first 1 to graph 1, first 1 nohead lc rgb "#444444" lw 2 back\n'
                       'plot $large using ($1-0.18):3:xtic(2) with boxes lc 1 title "ours", '
