@@ -4,16 +4,39 @@
 #include "zvps/status.h"
 
 #include <cstddef>
+#include <cstdint>
 
 namespace zvps {
 
 // A constant as kernels take it, by value: the values of even and odd lanes, which for complex data are the parts and
 // for real data equal.
-template <class T>
+template <class T, bool kWide = sizeof(T) == 8>
 struct Pair {
-    T even;
-    T odd;
+    T values[2];
 };
+// Two of 8 bytes in one register: as two, the compiler would put them together through memory.
+template <class T>
+struct RegisterOf;
+template <>
+struct RegisterOf<double> {
+    typedef double Type __attribute__((vector_size(16)));
+};
+template <>
+struct RegisterOf<uint64_t> {
+    typedef uint64_t Type __attribute__((vector_size(16)));
+};
+template <class T>
+struct Pair<T, true> {
+    typename RegisterOf<T>::Type values;
+};
+
+template <class T>
+inline Pair<T> makePair(T even, T odd) {
+    Pair<T> pair;
+    pair.values[0] = even;
+    pair.values[1] = odd;
+    return pair;
+}
 
 // The arguments from which a kernel makes its sources of operands of the same names.
 template <class T>

@@ -8,6 +8,8 @@
 
 // The levels are the plain x86-64-v2, -v3 and -v4: no AES.
 #define HWY_DISABLE_PCLMUL_AES 1
+// Highway is headers only here; its debug checks would call its library.
+#define HWY_IS_DEBUG_BUILD 0
 #include <hwy/cache_control.h>
 #include <hwy/highway.h>
 
@@ -123,6 +125,7 @@ struct Vector {
     const T* p;
 
     static constexpr size_t kLaneBytes = sizeof(T);
+    static constexpr size_t kReadBytes = sizeof(T);
     static constexpr size_t kPeriod = 1;
 
     template <size_t N>
@@ -154,15 +157,16 @@ struct Constant {
     Pair<T> value;
 
     static constexpr size_t kLaneBytes = sizeof(T);
+    static constexpr size_t kReadBytes = 0;
     static constexpr size_t kPeriod = 2;
 
     template <size_t N>
     HWY_INLINE Vec<T, N> load(size_t) const {
         const Lanes<T, N> d;
         if constexpr (N == 1) {
-            return hn::Set(d, value.even);
+            return hn::Set(d, value.values[0]);
         } else if constexpr (sizeof(T) == 8) {
-            return hn::OddEven(hn::Set(d, value.odd), hn::Set(d, value.even));
+            return repeated<N>(value.values);
         } else {
             // As one element of twice the width.
             using Both = std::conditional_t<std::is_same_v<T, float>, double, hwy::MakeWide<hwy::MakeUnsigned<T>>>;
@@ -176,6 +180,17 @@ struct Constant {
         return load<N>(0);
     }
     HWY_INLINE bool startsAt(const void*) const { return false; }
+
+  private:
+    template <size_t N, class Block>
+    static HWY_INLINE Vec<T, N> repeated(Block block) {
+        if constexpr (N == 2) {
+            return Vec<T, N>{reinterpret_cast<decltype(Vec<T, N>::raw)>(block)};
+        } else {
+            const auto half = repeated<N / 2>(block);
+            return hn::Combine(Lanes<T, N>(), half, half);
+        }
+    }
 };
 
 // A real vector beside complex ones: every element fills the two lanes of a pair.
@@ -184,6 +199,7 @@ struct Duplicated {
     const T* p;
 
     static constexpr size_t kLaneBytes = sizeof(T);
+    static constexpr size_t kReadBytes = sizeof(T) / 2;
     static constexpr size_t kPeriod = 2;
 
     template <size_t N>
@@ -210,8 +226,8 @@ struct Duplicated {
 
 // From here on a misaligned destination is worth a separate first vector.
 inline constexpr size_t kAlignFromBytes = 1024;
-// From here on a result leaves the caches before it is read again: written past them.
-inline constexpr size_t kStreamFromBytes = size_t{8} << 20;
+// From here on, counting all vectors, a result has left the caches before anyone can read it: written past them.
+inline constexpr size_t kStreamFromBytes = size_t{36} << 20;
 
 constexpr size_t larger(size_t a, size_t b) {
     return a < b ? b : a;
@@ -249,6 +265,7 @@ template <size_t kPeriod, size_t kVectors, size_t N, class Op, class T, class...
 HWY_NOINLINE Op mapLong(Op op, T* dst, size_t n, Sources... sources) {
     constexpr size_t kBytes = N * sizeof(T);
     constexpr size_t kStep = kVectors * N;
+    constexpr size_t kStreamFrom = kStreamFromBytes / (sizeof(T) + ... + Sources::kReadBytes);
     const Lanes<T, N> d;
     const size_t last = n - kStep;
     const auto tail = op(d, loadVectors<kVectors, N>(sources, last)...);
@@ -257,7 +274,7 @@ HWY_NOINLINE Op mapLong(Op op, T* dst, size_t n, Sources... sources) {
     const size_t lead = N - beyond / sizeof(T);
     const bool canAlign = beyond % sizeof(T) == 0 && lead % kPeriod == 0;
     size_t i = canAlign ? lead : kStep;
-    const bool toCache = n * sizeof(T) < kStreamFromBytes || !canAlign || (sources.startsAt(dst) || ...);
+    const bool toCache = n < kStreamFrom || !canAlign || (sources.startsAt(dst) || ...);
     if (kBytes < 16 || toCache) {
         for (; i < last; i += kStep) {
             storeVectors(op(d, loadVectors<kVectors, N>(sources, i)...), d, dst + i);
@@ -286,9 +303,10 @@ HWY_INLINE void map(Op& op, T* dst, size_t n, const Sources&... sources) {
         storeFirstOf(op(d, loadFirstVectors<kVectors, N>(sources, n)...), d, dst, n);
         return;
     }
-    const size_t bytes = n * sizeof(T);
-    const bool aligned = reinterpret_cast<uintptr_t>(dst) % (N * sizeof(T)) == 0;
-    if (HWY_UNLIKELY(bytes >= (aligned ? kStreamFromBytes : kAlignFromBytes))) {
+    constexpr size_t kAlignFrom = kAlignFromBytes / sizeof(T);
+    constexpr size_t kStreamFrom = kStreamFromBytes / (sizeof(T) + ... + Sources::kReadBytes);
+    if (HWY_UNLIKELY(n >= kAlignFrom &&
+                     (reinterpret_cast<uintptr_t>(dst) % (N * sizeof(T)) != 0 || n >= kStreamFrom))) {
         op = mapLong<largest(kPeriod, Sources::kPeriod...), kVectors, N>(op, dst, n, sources...);
         return;
     }

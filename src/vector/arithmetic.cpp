@@ -46,9 +46,9 @@ size_t partCount(int len) {
 template <class T>
 Pair<Part<T>> pairOf(T val) {
     if constexpr (std::is_same_v<T, Part<T>>) {
-        return {val, val};
+        return makePair(val, val);
     } else {
-        return {val.re, val.im};
+        return makePair(val.re, val.im);
     }
 }
 
@@ -133,7 +133,7 @@ template <class Kernel, class T>
 ZvpStatus quotientByConstant(Kernel kernel, T val, const T* src, T* dst, int len, int scaleFactor = 0) {
     if (const ZvpStatus status = checkVectors(len, src, dst)) return status;
     const Pair<Part<T>> divisor = pairOf(val);
-    if (divisor.even == 0 && divisor.odd == 0) return zvpStsDivByZeroErr;
+    if (divisor.values[0] == 0 && divisor.values[1] == 0) return zvpStsDivByZeroErr;
     return kernel(divisor, operand(src), parts(dst), partCount<T>(len), scaleFactor);
 }
 

@@ -32,10 +32,10 @@ ZvpStatus zero(T* dst, int len) {
 template <class Unit, class T>
 ZvpStatus fill(FillKernel<Unit> kernel, T val, T* dst, int len) {
     constexpr size_t kUnits = sizeof(T) / sizeof(Unit);
-    Pair<Unit> values;
-    std::memcpy(&values, &val, sizeof(T));
-    if (kUnits == 1) values.odd = values.even;
-    return kernel(values, reinterpret_cast<Unit*>(dst), static_cast<size_t>(len) * kUnits);
+    Unit units[2];
+    std::memcpy(units, &val, sizeof(T));
+    return kernel(makePair(units[0], units[kUnits - 1]), reinterpret_cast<Unit*>(dst),
+                  static_cast<size_t>(len) * kUnits);
 }
 
 // By the element's size: what its bytes mean makes no difference.
