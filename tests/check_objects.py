@@ -5,7 +5,7 @@ exports LIB NAME FILE      LIB exports exactly the names that FILE lists for the
 imports LIB                LIB needs nothing but the C library, the compiler's and OpenMP's run time, and zvpcore
 constant OBJECT...         the objects have no writable data but the pointer to the level's kernels
 contained LEVEL OBJECT...  the objects define no symbols visible to the linker outside the level's namespace
-baseline OBJECT...         the objects contain no instructions beyond the baseline's
+levels LIB                 LIB has AVX instructions in the kernels of v3 and v4 only, those of AVX-512 in v4 only
 """
 import re
 import subprocess
@@ -59,16 +59,21 @@ def contained(level, *objects):
                 yield f"{path}: {symbol} ({kind})"
 
 
-def baseline(*objects):
-    for path in objects:
-        listing = run("objdump", "-d", "--no-show-raw-insn", path)
-        if ">:" not in listing:
-            yield f"{path}: no code"
-        for row in listing.splitlines():
-            fields = row.split("\t")
-            if len(fields) > 1 and re.match(r"(v[a-z]|k[a-z]+[bwdq] )|.*%[yz]mm", fields[1]):
-                yield f"{path}: {fields[1]}"
-                break
+def levels(library):
+    found = 0
+    for function in run("objdump", "-d", "--no-show-raw-insn", library).split("\n\n"):
+        name = function.split("\n", 1)[0]
+        wide = re.search(r"\t(v[a-z]|k[a-z]+[bwdq] |.*%[yz]mm).*", function)
+        if not wide:
+            continue
+        found += 1
+        if not re.search(r"4zvps2v[34]|3hwy6N_AVX[23]", name):
+            yield f"{name} {wide[0]}"
+        widest = re.search(r".*(%zmm|%k[0-7]|%[xy]mm(1[6-9]|[23][0-9])).*", function)
+        if widest and re.search(r"4zvps2v3|3hwy6N_AVX2", name):
+            yield f"{name} {widest[0]}"
+    if not found:
+        yield "no level has AVX instructions?"
 
 
 faults = list(globals()[sys.argv[1]](*sys.argv[2:]))
