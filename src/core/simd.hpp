@@ -81,15 +81,29 @@ struct Two {
     V upper;
 };
 
-template <class V, class D, class T>
+// Of light operations, which wait for stores alone, vectors of 64 bytes as two halves: no slower where the processor
+// stores 64 bytes at once, and a tenth quicker in the first-level cache where it stores 32.
+template <bool kLight, class V, class D, class T>
 HWY_INLINE void storeVectors(V v, D d, T* p) {
-    hn::StoreU(v, d, p);
+    if constexpr (kLight && sizeof(v) == 64) {
+        const hn::Half<D> half;
+        hn::StoreU(hn::LowerHalf(half, v), half, p);
+        hn::StoreU(hn::UpperHalf(half, v), half, p + hn::MaxLanes(half));
+    } else {
+        hn::StoreU(v, d, p);
+    }
 }
-template <class V, class D, class T>
+template <bool kLight, class V, class D, class T>
 HWY_INLINE void storeVectors(Two<V> v, D d, T* p) {
-    hn::StoreU(v.lower, d, p);
-    hn::StoreU(v.upper, d, p + hn::MaxLanes(d));
+    storeVectors<kLight>(v.lower, d, p);
+    storeVectors<kLight>(v.upper, d, p + hn::MaxLanes(d));
 }
+
+// An operation of a vector instruction or two says so by its member kLight.
+template <class Op, class = void>
+inline constexpr bool isLight = false;
+template <class Op>
+inline constexpr bool isLight<Op, std::void_t<decltype(Op::kLight)>> = Op::kLight;
 
 template <class V, class D, class T>
 HWY_INLINE void streamVectors(V v, D d, T* p) {
@@ -227,7 +241,7 @@ struct Duplicated {
 // From here on a misaligned destination is worth a separate first vector.
 inline constexpr size_t kAlignFromBytes = 1024;
 // From here on, counting all vectors, a result has left the caches before anyone can read it: written past them.
-inline constexpr size_t kStreamFromBytes = size_t{36} << 20;
+inline constexpr size_t kStreamFromBytes = size_t{24} << 20;
 
 constexpr size_t larger(size_t a, size_t b) {
     return a < b ? b : a;
@@ -277,7 +291,7 @@ HWY_NOINLINE Op mapLong(Op op, T* dst, size_t n, Sources... sources) {
     const bool toCache = n < kStreamFrom || !canAlign || (sources.startsAt(dst) || ...);
     if (kBytes < 16 || toCache) {
         for (; i < last; i += kStep) {
-            storeVectors(op(d, loadVectors<kVectors, N>(sources, i)...), d, dst + i);
+            storeVectors<isLight<Op>>(op(d, loadVectors<kVectors, N>(sources, i)...), d, dst + i);
         }
     } else {
         for (; i < last; i += kStep) {
@@ -285,8 +299,8 @@ HWY_NOINLINE Op mapLong(Op op, T* dst, size_t n, Sources... sources) {
         }
         hwy::FlushStream();
     }
-    storeVectors(tail, d, dst + last);
-    storeVectors(head, d, dst);
+    storeVectors<isLight<Op>>(tail, d, dst + last);
+    storeVectors<isLight<Op>>(head, d, dst);
     return op;
 }
 
@@ -314,10 +328,10 @@ HWY_INLINE void map(Op& op, T* dst, size_t n, const Sources&... sources) {
     const auto tail = op(d, loadVectors<kVectors, N>(sources, last)...);
     size_t i = 0;
     do { // at least once, which does no harm to a single vector and spares its branch to all
-        storeVectors(op(d, loadVectors<kVectors, N>(sources, i)...), d, dst + i);
+        storeVectors<isLight<Op>>(op(d, loadVectors<kVectors, N>(sources, i)...), d, dst + i);
         i += kStep;
     } while (i < last);
-    storeVectors(tail, d, dst + last);
+    storeVectors<isLight<Op>>(tail, d, dst + last);
 }
 
 } // namespace zvps::ZVPS_LEVEL

@@ -13,6 +13,8 @@ enum class Scaling { exact, halved, down, downInRoom, up };
 
 template <class Op, Scaling scaling>
 struct Scaled {
+    static constexpr bool kLight = scaling == Scaling::exact && isLight<Op>;
+
     int shift;
 
     template <class D, class... Operands>

@@ -7,6 +7,8 @@ namespace zvps::ZVPS_LEVEL {
 namespace {
 
 struct Unchanged {
+    static constexpr bool kLight = true;
+
     template <class D, class V>
     HWY_INLINE V operator()(D, V v) const {
         return v;

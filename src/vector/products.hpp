@@ -253,6 +253,7 @@ struct AddProductWiden {
 template <class T>
 struct PlainMul {
     static constexpr size_t kPeriod = 1;
+    static constexpr bool kLight = true;
 
     template <class D, class A, class B>
     static HWY_INLINE auto exact(D d, A a, B b) {
@@ -263,7 +264,20 @@ struct PlainMul {
 // Even lanes a - b, odd lanes a + b.
 template <class V>
 HWY_INLINE V subtractAdd(V a, V b) {
-    return hn::OddEven(hn::Add(a, b), hn::Sub(a, b));
+#if HWY_TARGET <= HWY_AVX3
+    // One rounding, that of the sum: a product by 1 is exact.
+    if constexpr (sizeof(hn::TFromV<V>) == 4) {
+        return V{_mm512_fmaddsub_ps(a.raw, _mm512_set1_ps(1.0f), b.raw)};
+    } else {
+        return V{_mm512_fmaddsub_pd(a.raw, _mm512_set1_pd(1.0), b.raw)};
+    }
+#else
+    if constexpr (sizeof(hn::TFromV<V>) == 4) {
+        return V{ZVPS_INTRINSIC(addsub_ps)(a.raw, b.raw)};
+    } else {
+        return V{ZVPS_INTRINSIC(addsub_pd)(a.raw, b.raw)};
+    }
+#endif
 }
 
 struct PlainMulComplex {
@@ -272,6 +286,18 @@ struct PlainMulComplex {
     template <class D, class V>
     static HWY_INLINE auto exact(D d, V x, V y) {
         return subtractAdd(hn::Mul(x, hn::DupEven(y)), hn::Mul(hn::Reverse2(d, x), hn::DupOdd(y)));
+    }
+};
+
+// The same with a constant y: minus b d is b times minus d, and a constant changes its sign once.
+struct PlainMulComplexConstant {
+    static constexpr size_t kPeriod = 2;
+
+    template <class D, class V>
+    static HWY_INLINE auto exact(D d, V x, V y) {
+        const V im = hn::DupOdd(y);
+        const V crossed = hn::Mul(hn::Reverse2(d, x), hn::OddEven(im, hn::Neg(im)));
+        return hn::Add(hn::Mul(x, hn::DupEven(y)), crossed);
     }
 };
 

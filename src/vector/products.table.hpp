@@ -33,8 +33,8 @@
     X(mul_32f32fc, PlainMul<Zvp32f>, Duplicated, Vector, Zvp32f, Zvp32f, Zvp32f)                                       \
     X(mulC_32f, PlainMul<Zvp32f>, Vector, Constant, Zvp32f, Zvp32f, Zvp32f)                                            \
     X(mulC_64f, PlainMul<Zvp64f>, Vector, Constant, Zvp64f, Zvp64f, Zvp64f)                                            \
-    X(mulC_32fc, PlainMulComplex, Vector, Constant, Zvp32f, Zvp32f, Zvp32f)                                            \
-    X(mulC_64fc, PlainMulComplex, Vector, Constant, Zvp64f, Zvp64f, Zvp64f)
+    X(mulC_32fc, PlainMulComplexConstant, Vector, Constant, Zvp32f, Zvp32f, Zvp32f)                                    \
+    X(mulC_64fc, PlainMulComplexConstant, Vector, Constant, Zvp64f, Zvp64f, Zvp64f)
 
 // The destination is the third operand: dst + a * b.
 #define ZVPS_SCALED_ACCUMULATIONS(X)                                                                                   \

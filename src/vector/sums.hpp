@@ -10,6 +10,7 @@ namespace zvps::ZVPS_LEVEL {
 template <class T>
 struct Add {
     static constexpr size_t kPeriod = 1;
+    static constexpr bool kLight = sizeof(T) <= 2;
     static constexpr int kLastShift = kBits<T> + (std::is_unsigned_v<T> ? 1 : 0);
 
     template <class D, class V>
@@ -30,6 +31,7 @@ struct Add {
 template <class T>
 struct Sub {
     static constexpr size_t kPeriod = 1;
+    static constexpr bool kLight = sizeof(T) <= 2;
     static constexpr int kLastShift = kBits<T>;
 
     template <class D, class V>

@@ -10,6 +10,7 @@ namespace {
 template <class T>
 struct PlainAdd {
     static constexpr size_t kPeriod = 1;
+    static constexpr bool kLight = true;
 
     template <class D, class A, class B>
     static HWY_INLINE auto exact(D d, A a, B b) {
@@ -24,6 +25,7 @@ struct PlainAdd {
 template <class T>
 struct PlainSub {
     static constexpr size_t kPeriod = 1;
+    static constexpr bool kLight = true;
 
     template <class D, class A, class B>
     static HWY_INLINE auto exact(D d, A a, B b) {
@@ -32,6 +34,8 @@ struct PlainSub {
 };
 
 struct Absolute {
+    static constexpr bool kLight = true;
+
     template <class D, class V>
     HWY_INLINE V operator()(D d, V v) const {
         using T = Element<D>;
