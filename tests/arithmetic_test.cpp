@@ -36,7 +36,8 @@ Complex<T> load(const ElementType& type, const unsigned char* element) {
     });
 }
 
-// ---- What a function computes ----------------------------------------------------------------------------------------
+// ---- What a function computes
+// ----------------------------------------------------------------------------------------
 
 enum class Kind { sum, difference, product, quotient, absolute };
 
@@ -71,7 +72,8 @@ Meaning meaningOf(const Function& f) {
     return m;
 }
 
-// ---- Integers --------------------------------------------------------------------------------------------------------
+// ---- Integers
+// --------------------------------------------------------------------------------------------------------
 
 // numerator / denominator * 2^-scale, rounded by the mode, saturated.
 Wide scaled(Wide numerator, Wide denominator, int64_t scale, ZvpRoundMode mode, Wide low, Wide high) {
@@ -131,7 +133,8 @@ Wide scaledReciprocalProduct(int64_t value, int64_t divisor, int64_t scale, Wide
     if (divisor == 1 || divisor == -1) return scaled(Wide{value} * divisor, 1, scale, zvpRndNear, low, high);
     const Wide d = divisor < 0 ? -Wide{divisor} : Wide{divisor};
     int k = 0;
-    while (Wide{1} << (k + 1) < d) ++k;
+    while (Wide{1} << (k + 1) < d)
+        ++k;
     uint64_t reciprocal = 0;
     Wide rest = Wide{1} << (k + 1);
     for (int bit = 63; bit >= 0; --bit) {
@@ -145,19 +148,24 @@ Wide scaledReciprocalProduct(int64_t value, int64_t divisor, int64_t scale, Wide
     return scaled(value * (divisor < 0 ? -rounded : rounded), 1, scale + k + 63, zvpRndNear, low, high);
 }
 
-// ---- Floating point --------------------------------------------------------------------------------------------------
+// ---- Floating point
+// --------------------------------------------------------------------------------------------------
 
 template <class T>
 Complex<T> floatResult(Kind kind, Complex<T> x, Complex<T> y, bool isComplexX, bool isComplexY) {
     switch (kind) {
-    case Kind::sum: return {x.re + y.re, x.im + y.im};
-    case Kind::difference: return {x.re - y.re, x.im - y.im};
+    case Kind::sum:
+        return {x.re + y.re, x.im + y.im};
+    case Kind::difference:
+        return {x.re - y.re, x.im - y.im};
     case Kind::product:
         if (!isComplexX) return {x.re * y.re, x.re * y.im};
         if (!isComplexY) return {x.re * y.re, x.im * y.re};
         return {x.re * y.re - x.im * y.im, x.re * y.im + x.im * y.re};
-    case Kind::quotient: return {x.re / y.re, x.im / y.re}; // real, or the divisor zero
-    default: return {std::fabs(x.re), 0};
+    case Kind::quotient:
+        return {x.re / y.re, x.im / y.re}; // real, or the divisor zero
+    default:
+        return {std::fabs(x.re), 0};
     }
 }
 
@@ -183,7 +191,8 @@ bool isQuotient(Complex<T> actual, Complex<T> x, Complex<T> y) {
     return isNear(re, actual.re) && isNear(im, actual.im);
 }
 
-// ---- The oracle ------------------------------------------------------------------------------------------------------
+// ---- The oracle
+// ------------------------------------------------------------------------------------------------------
 
 struct Expected {
     std::vector<Bytes> outputs;
@@ -195,13 +204,13 @@ Expected expected(const Function& f, const Operands& operands) {
     const Meaning m = meaningOf(f);
     const ElementType &x = *f.arguments[m.left].type, &y = *f.arguments[m.right].type;
     const ElementType& d = *f.arguments[m.output].type;
-    const int64_t scale =
-        f.hasRole(Role::scaleFactor) ? operands.values[f.indexOf(Role::scaleFactor)].get<int>() : 0;
+    const int64_t scale = f.hasRole(Role::scaleFactor) ? operands.values[f.indexOf(Role::scaleFactor)].get<int>() : 0;
     const ZvpRoundMode mode =
         f.hasRole(Role::roundMode) ? operands.values[f.indexOf(Role::roundMode)].get<int>() : zvpRndNear;
     const auto element = [&](size_t argument, size_t i) {
-        return operands.vectors[argument].empty() ? operands.values[argument].bytes.data()
-                                                  : &operands.vectors[argument][i * f.arguments[argument].type->bytes()];
+        return operands.vectors[argument].empty()
+                   ? operands.values[argument].bytes.data()
+                   : &operands.vectors[argument][i * f.arguments[argument].type->bytes()];
     };
 
     Expected result{operands.vectors, std::vector<bool>(operands.count), false};
@@ -229,16 +238,24 @@ Expected expected(const Function& f, const Operands& operands) {
                 if (x.isFloat || y.isFloat) {
                     stored.re = store(scaledProduct(factor(x, left), factor(y, right), scale, low, high));
                 } else if (f.name == "zvpsDivC_64s_ISfs") {
-                    stored.re = store(scaledReciprocalProduct(static_cast<int64_t>(load<Wide>(x, left).re),
-                                                              static_cast<int64_t>(load<Wide>(y, right).re), scale,
-                                                              low, high));
+                    stored.re =
+                        store(scaledReciprocalProduct(static_cast<int64_t>(load<Wide>(x, left).re),
+                                                      static_cast<int64_t>(load<Wide>(y, right).re), scale, low, high));
                 } else {
                     const Complex<Wide> a = load<Wide>(x, left), b = load<Wide>(y, right);
                     switch (m.kind) {
-                    case Kind::sum: exact = {a.re + b.re, a.im + b.im}; break;
-                    case Kind::difference: exact = {a.re - b.re, a.im - b.im}; break;
-                    case Kind::product: exact = {a.re * b.re - a.im * b.im, a.re * b.im + a.im * b.re}; break;
-                    case Kind::absolute: exact = {a.re < 0 ? -a.re : a.re, 0}; break;
+                    case Kind::sum:
+                        exact = {a.re + b.re, a.im + b.im};
+                        break;
+                    case Kind::difference:
+                        exact = {a.re - b.re, a.im - b.im};
+                        break;
+                    case Kind::product:
+                        exact = {a.re * b.re - a.im * b.im, a.re * b.im + a.im * b.re};
+                        break;
+                    case Kind::absolute:
+                        exact = {a.re < 0 ? -a.re : a.re, 0};
+                        break;
                     case Kind::quotient:
                         denominator = b.re * b.re + b.im * b.im;
                         exact = {a.re * b.re + a.im * b.im, a.im * b.re - a.re * b.im};
@@ -259,7 +276,8 @@ Expected expected(const Function& f, const Operands& operands) {
     return result;
 }
 
-// ---- Sweeps ----------------------------------------------------------------------------------------------------------
+// ---- Sweeps
+// ----------------------------------------------------------------------------------------------------------
 
 class Arithmetic : public ::testing::TestWithParam<std::string> {
   protected:
@@ -280,7 +298,8 @@ class Arithmetic : public ::testing::TestWithParam<std::string> {
                 useLevel(level);
                 const ZvpStatus status = stage.call(f, operands, first, count, {});
                 bool warns = false;
-                for (size_t i = 0; i < count; ++i) warns = warns || wanted.zeroDivisors[first + i];
+                for (size_t i = 0; i < count; ++i)
+                    warns = warns || wanted.zeroDivisors[first + i];
                 std::string text = wanted.isApproximate ? quotientDifference(f, operands, wanted, first, count)
                                                         : differences(f, stage, wanted.outputs, first, count);
                 if (status != (warns ? zvpStsDivByZero : zvpStsOk)) text += ", status " + std::to_string(status);
@@ -292,7 +311,8 @@ class Arithmetic : public ::testing::TestWithParam<std::string> {
             return true;
         };
         const size_t first = random.below(operands.count), second = random.below(operands.count);
-        return check(0, operands.count) && check(first, 1 + random.below(std::min<size_t>(130, operands.count - first))) &&
+        return check(0, operands.count) &&
+               check(first, 1 + random.below(std::min<size_t>(130, operands.count - first))) &&
                check(second, 1 + random.below(std::min<size_t>(20, operands.count - second)));
     }
 
@@ -320,8 +340,9 @@ class Arithmetic : public ::testing::TestWithParam<std::string> {
                         continue;
                     }
                     char text[300];
-                    std::snprintf(text, sizeof text, "element %zu: (%.17g, %.17g) / (%.17g, %.17g) gave (%.17g, %.17g)", i,
-                                  double{x.re}, double{x.im}, double{y.re}, double{y.im}, double{q.re}, double{q.im});
+                    std::snprintf(text, sizeof text, "element %zu: (%.17g, %.17g) / (%.17g, %.17g) gave (%.17g, %.17g)",
+                                  i, double{x.re}, double{x.im}, double{y.re}, double{y.im}, double{q.re},
+                                  double{q.im});
                     return text;
                 }
             }
@@ -368,7 +389,8 @@ void placeNearTies(const Function& f, Operands& operands, int scaleFactor, Rando
 
 TEST_P(Arithmetic, RandomOperands) {
     std::vector<int> scaleFactors = {INT_MIN, INT_MIN + 1, -1000, -128, 127, 128, 1000, INT_MAX};
-    for (int scaleFactor = -70; scaleFactor <= 70; ++scaleFactor) scaleFactors.push_back(scaleFactor);
+    for (int scaleFactor = -70; scaleFactor <= 70; ++scaleFactor)
+        scaleFactors.push_back(scaleFactor);
     forEach([&](const Function& f) {
         Random random(f.name);
         for (const int scaleFactor : scaleFactors) {
@@ -401,14 +423,16 @@ TEST_P(Arithmetic, AllOperands) {
         }
         std::vector<int> constants = {0};
         if (hasConstant && x.partBytes == 1) {
-            for (int c = 1; c < 256; ++c) constants.push_back(c);
+            for (int c = 1; c < 256; ++c)
+                constants.push_back(c);
         } else if (hasConstant) {
             constants = {0, 1, 2, 3, 5, 7, 10, 641, 255, 256, 4097, 32767, 32768, 65521, 65535};
         }
         std::vector<int> scaleFactors = {-3, -1, 0, 1, 4, 12};
         if (x.partBytes == 1) {
             scaleFactors.clear();
-            for (int s = -9; s <= 18; ++s) scaleFactors.push_back(s);
+            for (int s = -9; s <= 18; ++s)
+                scaleFactors.push_back(s);
         }
         if (!f.hasRole(Role::scaleFactor)) scaleFactors = {0};
         for (const int scaleFactor : scaleFactors) {
@@ -449,8 +473,17 @@ TEST(DivC_64s, NegativeLength) {
 template <class T>
 void expectQuotients(ZvpStatus (*div)(const Complex<T>*, const Complex<T>*, Complex<T>*, int)) {
     using Limits = std::numeric_limits<T>;
-    const T parts[] = {0, Limits::denorm_min(), 3 * Limits::denorm_min(), Limits::min(), Limits::min() * T{1.5},
-                       std::sqrt(Limits::min()), T{-0.75}, 1, std::sqrt(Limits::max()), Limits::max() / 3, Limits::max()};
+    const T parts[] = {0,
+                       Limits::denorm_min(),
+                       3 * Limits::denorm_min(),
+                       Limits::min(),
+                       Limits::min() * T{1.5},
+                       std::sqrt(Limits::min()),
+                       T{-0.75},
+                       1,
+                       std::sqrt(Limits::max()),
+                       Limits::max() / 3,
+                       Limits::max()};
     std::vector<Complex<T>> x, y;
     for (const T a : parts)
         for (const T b : parts)
@@ -478,10 +511,12 @@ void expectQuotients(ZvpStatus (*div)(const Complex<T>*, const Complex<T>*, Comp
 }
 
 TEST(ComplexQuotients, ExtremeExponents) {
-    expectQuotients<float>(reinterpret_cast<ZvpStatus (*)(const Complex<float>*, const Complex<float>*, Complex<float>*, int)>(
-        reinterpret_cast<void (*)()>(zvpsDiv_32fc)));
-    expectQuotients<double>(reinterpret_cast<ZvpStatus (*)(const Complex<double>*, const Complex<double>*, Complex<double>*, int)>(
-        reinterpret_cast<void (*)()>(zvpsDiv_64fc)));
+    expectQuotients<float>(
+        reinterpret_cast<ZvpStatus (*)(const Complex<float>*, const Complex<float>*, Complex<float>*, int)>(
+            reinterpret_cast<void (*)()>(zvpsDiv_32fc)));
+    expectQuotients<double>(
+        reinterpret_cast<ZvpStatus (*)(const Complex<double>*, const Complex<double>*, Complex<double>*, int)>(
+            reinterpret_cast<void (*)()>(zvpsDiv_64fc)));
 }
 
 } // namespace

@@ -13,22 +13,49 @@ namespace {
 
 // The values are part of the binary interface.
 TEST(Status, ValuesAndTexts) {
-    const std::map<int, int> values = {
-        {0, zvpStsOk},                 {3, zvpStsSqrtNegArg},         {6, zvpStsDivByZero},
-        {7, zvpStsLnZeroArg},          {8, zvpStsLnNegArg},           {-5, zvpStsBadArg},
-        {-6, zvpStsBadSize},           {-7, zvpStsBadZeroCrossType},  {-8, zvpStsNullPtr},
-        {-9, zvpStsNoMemory},          {-10, zvpStsDivByZeroErr},     {-11, zvpStsBadCauchyParam},
-        {-13, zvpStsBadTapsScale},     {-15, zvpStsBadFftOrder},      {-16, zvpStsBadFftFlag},
-        {-17, zvpStsContextMismatch},  {-18, zvpStsBadThresholdOrder}, {-19, zvpStsBadThresholdLevel},
-        {-24, zvpStsBadDelayIndex},    {-25, zvpStsBadIirOrder},      {-26, zvpStsBadFirLength},
-        {-27, zvpStsBadRelFreq},       {-28, zvpStsBadMrPhase},       {-29, zvpStsBadMrFactor},
-        {-30, zvpStsBadSamplePhase},   {-31, zvpStsBadSampleFactor},  {-32, zvpStsBadShift},
-        {-33, zvpStsBadWindowLength},  {-35, zvpStsBadWtOffset},      {-38, zvpStsBadJaehneMagn},
-        {-39, zvpStsBadKaiserAlpha},   {-40, zvpStsBadTriAsym},       {-41, zvpStsBadTriPhase},
-        {-42, zvpStsBadTriFreq},       {-43, zvpStsBadTriMagn},       {-44, zvpStsBadTonePhase},
-        {-45, zvpStsBadToneFreq},      {-46, zvpStsBadToneMagn},      {-53, zvpStsBadIirParam},
-        {-182, zvpStsBadBlockSize},    {-194, zvpStsBadSparsePos},    {-195, zvpStsSingular},
-        {-213, zvpStsBadRoundMode}};
+    const std::map<int, int> values = {{0, zvpStsOk},
+                                       {3, zvpStsSqrtNegArg},
+                                       {6, zvpStsDivByZero},
+                                       {7, zvpStsLnZeroArg},
+                                       {8, zvpStsLnNegArg},
+                                       {-5, zvpStsBadArg},
+                                       {-6, zvpStsBadSize},
+                                       {-7, zvpStsBadZeroCrossType},
+                                       {-8, zvpStsNullPtr},
+                                       {-9, zvpStsNoMemory},
+                                       {-10, zvpStsDivByZeroErr},
+                                       {-11, zvpStsBadCauchyParam},
+                                       {-13, zvpStsBadTapsScale},
+                                       {-15, zvpStsBadFftOrder},
+                                       {-16, zvpStsBadFftFlag},
+                                       {-17, zvpStsContextMismatch},
+                                       {-18, zvpStsBadThresholdOrder},
+                                       {-19, zvpStsBadThresholdLevel},
+                                       {-24, zvpStsBadDelayIndex},
+                                       {-25, zvpStsBadIirOrder},
+                                       {-26, zvpStsBadFirLength},
+                                       {-27, zvpStsBadRelFreq},
+                                       {-28, zvpStsBadMrPhase},
+                                       {-29, zvpStsBadMrFactor},
+                                       {-30, zvpStsBadSamplePhase},
+                                       {-31, zvpStsBadSampleFactor},
+                                       {-32, zvpStsBadShift},
+                                       {-33, zvpStsBadWindowLength},
+                                       {-35, zvpStsBadWtOffset},
+                                       {-38, zvpStsBadJaehneMagn},
+                                       {-39, zvpStsBadKaiserAlpha},
+                                       {-40, zvpStsBadTriAsym},
+                                       {-41, zvpStsBadTriPhase},
+                                       {-42, zvpStsBadTriFreq},
+                                       {-43, zvpStsBadTriMagn},
+                                       {-44, zvpStsBadTonePhase},
+                                       {-45, zvpStsBadToneFreq},
+                                       {-46, zvpStsBadToneMagn},
+                                       {-53, zvpStsBadIirParam},
+                                       {-182, zvpStsBadBlockSize},
+                                       {-194, zvpStsBadSparsePos},
+                                       {-195, zvpStsSingular},
+                                       {-213, zvpStsBadRoundMode}};
     const std::string unknown = zvpsStatusText(1);
     std::set<std::string> texts;
     for (int status = -300; status <= 100; ++status) {
@@ -83,7 +110,8 @@ TEST(CoreMemory, AlignedBlocks) {
         block[0] = block[size - 1] = 1;
         zvpFree(block);
     }
-    for (const int64_t size : {int64_t{0}, int64_t{-1}, INT64_MIN}) EXPECT_EQ(zvpMalloc(size), nullptr);
+    for (const int64_t size : {int64_t{0}, int64_t{-1}, INT64_MIN})
+        EXPECT_EQ(zvpMalloc(size), nullptr);
     EXPECT_EQ(zvpMalloc(INT64_MAX), nullptr);
     zvpFree(nullptr);
 }

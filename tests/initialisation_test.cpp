@@ -19,7 +19,8 @@ TEST(Initialisation, Values) {
             wanted[output] = operands.vectors[f.indexOf(Role::source)];
         } else if (f.hasRole(Role::constant)) {
             const unsigned char* const value = operands.values[f.indexOf(Role::constant)].bytes.data();
-            for (size_t i = 0; i < operands.count; ++i) std::memcpy(&wanted[output][i * bytes], value, bytes);
+            for (size_t i = 0; i < operands.count; ++i)
+                std::memcpy(&wanted[output][i * bytes], value, bytes);
         } else {
             wanted[output].assign(wanted[output].size(), 0);
         }
@@ -39,7 +40,8 @@ TEST(Initialisation, OverlappingMoves) {
         const ElementType& type = *f.arguments[0].type;
         for (int round = 0; round < 300; ++round) {
             Bytes block(700 * type.bytes());
-            for (unsigned char& byte : block) byte = static_cast<unsigned char>(random());
+            for (unsigned char& byte : block)
+                byte = static_cast<unsigned char>(random());
             const size_t count = 1 + random.below(500), from = random.below(200), to = random.below(200);
             Bytes wanted = block;
             std::memcpy(&wanted[to * type.bytes()], &block[from * type.bytes()], count * type.bytes());

@@ -56,7 +56,7 @@ class Laws : public ::testing::TestWithParam<std::string> {
 
     // False after a failure.
     bool isSame(const Function& f, const Operands& operands, const std::vector<Bytes>& outputs, size_t first,
-                    size_t count, const How& how) {
+                size_t count, const How& how) {
         ZvpStatus status = 0;
         for (const Level level : levels()) {
             useLevel(level);
@@ -140,7 +140,8 @@ TEST_P(Laws, Lengths) {
         std::vector<Bytes> outputs;
         reference(f, operands, outputs);
         std::vector<size_t> lengths = {255, 256, 257, 511, 513, 1022, 1023, 1024, 1025, 1026, 2049, 4095, 4096, 4097};
-        for (size_t length = 1; length <= 130; ++length) lengths.push_back(length);
+        for (size_t length = 1; length <= 130; ++length)
+            lengths.push_back(length);
         for (const size_t length : lengths) {
             const size_t first = random.below(kMost - length);
             How how;
@@ -210,7 +211,8 @@ INSTANTIATE_TEST_SUITE_P(, Laws, ::testing::ValuesIn(bases()), [](const auto& in
 TEST(LongVectors, Pieces) {
     constexpr size_t kBytes = (size_t{9} << 20) + 48;
     Stage stage(kBytes);
-    for (const char* name : {"zvpsAdd_8u_Sfs", "zvpsAdd_16s32f", "zvpsMul_32fc", "zvpsSet_64f", "zvpsAddC_16sc_ISfs"}) {
+    for (const char* name :
+         {"zvpsAdd_8u_Sfs", "zvpsAdd_16s32f", "zvpsMul_32fc", "zvpsDiv_32fc", "zvpsSet_64f", "zvpsAddC_16sc_ISfs"}) {
         for (const Function& f : functions()) {
             if (f.name != name) continue;
             Random random(f.name);

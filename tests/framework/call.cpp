@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cmath>
+#include <csignal>
 #include <cstdio>
 #include <limits>
 #include <new>
@@ -24,13 +25,29 @@ class PrintSeed : public ::testing::Environment {
 };
 [[maybe_unused]] const auto* const printSeed = ::testing::AddGlobalTestEnvironment(new PrintSeed);
 
+// A touch of a protected page ends the program: tells in which call, then leaves the signal to whom it belonged.
+std::string callUnderWay;
+struct sigaction formerAction;
+
+void tellCall(int signal) {
+    [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, callUnderWay.data(), callUnderWay.size());
+    sigaction(signal, &formerAction, nullptr);
+}
+[[maybe_unused]] const int installed = [] {
+    struct sigaction action {};
+    action.sa_handler = tellCall;
+    return sigaction(SIGSEGV, &action, &formerAction);
+}();
+
 } // namespace
 
 Random::Random(std::string_view purpose) : state_(seed()) {
-    for (const char c : purpose) state_ = state_ * 1099511628211u + static_cast<unsigned char>(c);
+    for (const char c : purpose)
+        state_ = state_ * 1099511628211u + static_cast<unsigned char>(c);
 }
 
-// ---- Operands --------------------------------------------------------------------------------------------------------
+// ---- Operands
+// --------------------------------------------------------------------------------------------------------
 
 namespace {
 
@@ -40,9 +57,19 @@ T randomPart(Random& random) {
     const uint64_t bits = random();
     const uint64_t choice = random();
     if constexpr (std::is_floating_point_v<T>) {
-        static constexpr T kSpecial[] = {
-            0,  -T{0}, 1, -1, Limits::infinity(), -Limits::infinity(), Limits::quiet_NaN(), Limits::max(),
-            Limits::lowest(), Limits::min(), Limits::denorm_min(), -Limits::denorm_min(), Limits::epsilon()};
+        static constexpr T kSpecial[] = {0,
+                                         -T{0},
+                                         1,
+                                         -1,
+                                         Limits::infinity(),
+                                         -Limits::infinity(),
+                                         Limits::quiet_NaN(),
+                                         Limits::max(),
+                                         Limits::lowest(),
+                                         Limits::min(),
+                                         Limits::denorm_min(),
+                                         -Limits::denorm_min(),
+                                         Limits::epsilon()};
         const T fraction = static_cast<T>(static_cast<int64_t>(bits)) * T{0x1p-63};
         switch (choice % 8) {
         case 0: {
@@ -50,23 +77,35 @@ T randomPart(Random& random) {
             std::memcpy(&value, &bits, sizeof(T));
             return value;
         }
-        case 1: return kSpecial[bits % std::size(kSpecial)];
-        case 2: return std::ldexp(fraction, static_cast<int>((choice >> 8) % 140) - 70);
-        case 3: return static_cast<T>(static_cast<int>(bits % 2001) - 1000);
-        case 4: return static_cast<T>(static_cast<int>(bits % 2001) - 1000) / 2;
-        default: return fraction * 1000;
+        case 1:
+            return kSpecial[bits % std::size(kSpecial)];
+        case 2:
+            return std::ldexp(fraction, static_cast<int>((choice >> 8) % 140) - 70);
+        case 3:
+            return static_cast<T>(static_cast<int>(bits % 2001) - 1000);
+        case 4:
+            return static_cast<T>(static_cast<int>(bits % 2001) - 1000) / 2;
+        default:
+            return fraction * 1000;
         }
     } else {
         const unsigned places = static_cast<unsigned>(choice >> 8) % (8 * sizeof(T));
         const uint64_t nearby = bits % 5 - 2;
         switch (choice % 8) {
-        case 0: return static_cast<T>(static_cast<uint64_t>(Limits::max()) - bits % 3);
-        case 1: return static_cast<T>(static_cast<uint64_t>(Limits::min()) + bits % 3);
-        case 2: return static_cast<T>((uint64_t{1} << places) + nearby);
-        case 3: return static_cast<T>(-(uint64_t{1} << places) + nearby);
-        case 4: return static_cast<T>(nearby);
-        case 5: return static_cast<T>(static_cast<T>(bits) >> places);
-        default: return static_cast<T>(bits);
+        case 0:
+            return static_cast<T>(static_cast<uint64_t>(Limits::max()) - bits % 3);
+        case 1:
+            return static_cast<T>(static_cast<uint64_t>(Limits::min()) + bits % 3);
+        case 2:
+            return static_cast<T>((uint64_t{1} << places) + nearby);
+        case 3:
+            return static_cast<T>(-(uint64_t{1} << places) + nearby);
+        case 4:
+            return static_cast<T>(nearby);
+        case 5:
+            return static_cast<T>(static_cast<T>(bits) >> places);
+        default:
+            return static_cast<T>(bits);
         }
     }
 }
@@ -130,7 +169,8 @@ void replaceZeros(const Function& f, Operands& operands) {
     }
 }
 
-// ---- Calls -----------------------------------------------------------------------------------------------------------
+// ---- Calls
+// -----------------------------------------------------------------------------------------------------------
 
 namespace {
 
@@ -167,7 +207,8 @@ Stage::Stage(size_t vectorBytes)
 }
 
 Stage::~Stage() {
-    for (unsigned char* arena : arenas_) munmap(arena - pageBytes(), capacity_ + 2 * pageBytes());
+    for (unsigned char* arena : arenas_)
+        munmap(arena - pageBytes(), capacity_ + 2 * pageBytes());
 }
 
 ZvpStatus Stage::call(const Function& f, const Operands& operands, size_t first, size_t count, const How& how) {
@@ -184,7 +225,8 @@ ZvpStatus Stage::call(const Function& f, const Operands& operands, size_t first,
         const size_t bytes = count * argument.type->bytes();
         unsigned char* p = how.atEnd ? arenas_[i] + capacity_ - bytes - how.offset[i] : arenas_[i] + how.offset[i];
         vectors_[i] = p;
-        std::memset(std::max(arenas_[i], p - kMargin), kUntouched, std::min(kMargin, static_cast<size_t>(p - arenas_[i])));
+        std::memset(std::max(arenas_[i], p - kMargin), kUntouched,
+                    std::min(kMargin, static_cast<size_t>(p - arenas_[i])));
         std::memset(p + bytes, kUntouched, std::min(kMargin, static_cast<size_t>(arenas_[i] + capacity_ - p) - bytes));
         std::memcpy(p, &operands.vectors[i][first * argument.type->bytes()], bytes);
     }
@@ -193,6 +235,7 @@ ZvpStatus Stage::call(const Function& f, const Operands& operands, size_t first,
         if (how.sameAs[i] >= 0) vectors_[i] = vectors_[static_cast<size_t>(how.sameAs[i])];
         values[i].set(how.nulls >> i & 1 ? nullptr : vectors_[i]);
     }
+    callUnderWay = f.name + " on " + std::to_string(count) + " elements broke off\n";
     return f.call(f.address, values);
 }
 
@@ -210,7 +253,8 @@ std::string Stage::damage() const {
             if (p[bytes + k] != kUntouched) return argument.name + ": byte written " + std::to_string(k) + " behind it";
         }
         bool shared = false;
-        for (const int other : how_.sameAs) shared |= other == static_cast<int>(i);
+        for (const int other : how_.sameAs)
+            shared |= other == static_cast<int>(i);
         if (argument.role == Role::source && !shared &&
             std::memcmp(p, &operands_->vectors[i][first_ * argument.type->bytes()], bytes) != 0) {
             return argument.name + ": a source was written";
@@ -230,8 +274,11 @@ std::string difference(const ElementType& type, const unsigned char* expected, c
             if (std::memcmp(&part, &other, sizeof(part)) == 0 || (part != part && other != other)) continue;
             std::ostringstream out;
             out.precision(std::numeric_limits<decltype(part)>::max_digits10);
-            out << "element " << i / type.parts << (type.parts == 1 ? "" : i % 2 == 0 ? " re" : " im") << ": expected "
-                << +part << ", got " << +other;
+            out << "element " << i / type.parts
+                << (type.parts == 1 ? ""
+                    : i % 2 == 0    ? " re"
+                                    : " im")
+                << ": expected " << +part << ", got " << +other;
             return out.str();
         }
         return {};
@@ -249,7 +296,8 @@ std::string differences(const Function& f, const Stage& stage, const std::vector
     return stage.damage();
 }
 
-// ---- Levels ----------------------------------------------------------------------------------------------------------
+// ---- Levels
+// ----------------------------------------------------------------------------------------------------------
 
 const std::vector<Level>& levels() {
     static const std::vector<Level> supported = [] {

@@ -26,7 +26,8 @@ class Random {
     uint64_t state_;
 };
 
-// ---- Operands --------------------------------------------------------------------------------------------------------
+// ---- Operands
+// --------------------------------------------------------------------------------------------------------
 
 using Bytes = std::vector<unsigned char>;
 
@@ -46,15 +47,16 @@ bool isZero(const ElementType& type, const unsigned char* element);
 // Ones in the place of the zeros among the vectors' elements.
 void replaceZeros(const Function& f, Operands& operands);
 
-// ---- Calls -----------------------------------------------------------------------------------------------------------
+// ---- Calls
+// -----------------------------------------------------------------------------------------------------------
 
 // Where a call's vectors lie, and what is wrong with its arguments.
 struct How {
     bool atEnd = false; // before the protected page behind the vector, or else behind the one before it
-    std::array<size_t, kMostArguments> offset{}; // bytes away from that page
+    std::array<size_t, kMostArguments> offset{};                               // bytes away from that page
     std::array<int, kMostArguments> sameAs = {-1, -1, -1, -1, -1, -1, -1, -1}; // lies on that other argument
-    unsigned nulls = 0; // a bit for each argument
-    std::optional<int> length; // instead of the true one
+    unsigned nulls = 0;                                                        // a bit for each argument
+    std::optional<int> length;                                                 // instead of the true one
 
     std::string text() const;
 };
@@ -95,7 +97,8 @@ std::string difference(const ElementType& type, const unsigned char* expected, c
 std::string differences(const Function& f, const Stage& stage, const std::vector<Bytes>& expected, size_t first,
                         size_t count);
 
-// ---- Levels ----------------------------------------------------------------------------------------------------------
+// ---- Levels
+// ----------------------------------------------------------------------------------------------------------
 
 // The levels that this processor can run.
 const std::vector<Level>& levels();

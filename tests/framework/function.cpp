@@ -28,13 +28,15 @@ std::string Function::base() const {
     // Capitals begin the words of a base name; types begin with a digit.
     const std::string rest = name.substr(std::strlen("zvps"));
     size_t end = rest.find('_');
-    while (end != std::string::npos && end + 1 < rest.size() && rest[end + 1] >= 'A') end = rest.find('_', end + 1);
+    while (end != std::string::npos && end + 1 < rest.size() && rest[end + 1] >= 'A')
+        end = rest.find('_', end + 1);
     return rest.substr(0, end);
 }
 
 size_t Function::indexOf(Role role) const {
     size_t i = 0;
-    while (i < arguments.size() && arguments[i].role != role) ++i;
+    while (i < arguments.size() && arguments[i].role != role)
+        ++i;
     return i;
 }
 

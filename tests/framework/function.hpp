@@ -13,7 +13,8 @@
 
 namespace zvps::test {
 
-// ---- Elements --------------------------------------------------------------------------------------------------------
+// ---- Elements
+// --------------------------------------------------------------------------------------------------------
 
 struct ElementType {
     const char* code;
@@ -31,8 +32,9 @@ inline constexpr const ElementType* kElementType = nullptr;
 
 // X(code, part's code)
 #define ZVPS_TEST_ELEMENTS(X)                                                                                          \
-    X(8u, 8u) X(8s, 8s) X(16u, 16u) X(16s, 16s) X(32u, 32u) X(32s, 32s) X(64u, 64u) X(64s, 64s) X(32f, 32f)            \
-    X(64f, 64f) X(8sc, 8s) X(16sc, 16s) X(32sc, 32s) X(64sc, 64s) X(32fc, 32f) X(64fc, 64f)
+    X(8u, 8u)                                                                                                          \
+    X(8s, 8s) X(16u, 16u) X(16s, 16s) X(32u, 32u) X(32s, 32s) X(64u, 64u) X(64s, 64s) X(32f, 32f) X(64f, 64f)          \
+        X(8sc, 8s) X(16sc, 16s) X(32sc, 32s) X(64sc, 64s) X(32fc, 32f) X(64fc, 64f)
 #define ZVPS_TEST_ELEMENT(TYPE, PART)                                                                                  \
     inline constexpr ElementType kElement##TYPE = {#TYPE, sizeof(Zvp##PART), sizeof(Zvp##TYPE) / sizeof(Zvp##PART),    \
                                                    std::is_floating_point_v<Zvp##PART>, std::is_signed_v<Zvp##PART>};  \
@@ -46,18 +48,27 @@ template <class Action>
 decltype(auto) withPartType(const ElementType& type, Action action) {
     if (type.isFloat) return type.partBytes == 4 ? action(float{}) : action(double{});
     switch (type.partBytes * 2 + type.isSigned) {
-    case 2: return action(uint8_t{});
-    case 3: return action(int8_t{});
-    case 4: return action(uint16_t{});
-    case 5: return action(int16_t{});
-    case 8: return action(uint32_t{});
-    case 9: return action(int32_t{});
-    case 16: return action(uint64_t{});
-    default: return action(int64_t{});
+    case 2:
+        return action(uint8_t{});
+    case 3:
+        return action(int8_t{});
+    case 4:
+        return action(uint16_t{});
+    case 5:
+        return action(int16_t{});
+    case 8:
+        return action(uint32_t{});
+    case 9:
+        return action(int32_t{});
+    case 16:
+        return action(uint64_t{});
+    default:
+        return action(int64_t{});
     }
 }
 
-// ---- Functions -------------------------------------------------------------------------------------------------------
+// ---- Functions
+// -------------------------------------------------------------------------------------------------------
 
 enum class Role { source, destination, inOut, constant, length, scaleFactor, roundMode, other };
 
@@ -114,7 +125,8 @@ struct Function {
 // All functions that the public headers declare, those not built aside.
 const std::vector<Function>& functions();
 
-// ---- Deduction -------------------------------------------------------------------------------------------------------
+// ---- Deduction
+// -------------------------------------------------------------------------------------------------------
 
 template <class T>
 constexpr Role roleByType() {
