@@ -8,7 +8,7 @@ namespace {
 
 template <class Op, class S, class D>
 void compand(const S* src, D* dst, size_t n) {
-    const Op op;
+    Op op;
     map(op, dst, n, Vector<S>{src});
 }
 
