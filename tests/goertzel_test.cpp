@@ -227,8 +227,8 @@ void expectErrors(const Form<T, Value, Frequency>& form) {
     std::memset(&untouched, 0x5A, sizeof(untouched));
     Value val[2] = {untouched, untouched};
     for (const Frequency bad :
-         {Frequency{-0.001}, Frequency{1}, Frequency{-1e-30}, Frequency{7}, std::numeric_limits<Frequency>::infinity(),
-          std::numeric_limits<Frequency>::quiet_NaN()}) {
+         {static_cast<Frequency>(-0.001), Frequency{1}, static_cast<Frequency>(-1e-30), Frequency{7},
+          std::numeric_limits<Frequency>::infinity(), std::numeric_limits<Frequency>::quiet_NaN()}) {
         EXPECT_EQ(form.one(nullptr, 0, val, bad, 0), zvpStsNullPtr) << form.name;
         EXPECT_EQ(form.one(x, 0, nullptr, bad, 0), zvpStsNullPtr) << form.name;
         EXPECT_EQ(form.one(x, 0, val, bad, 0), zvpStsBadSize) << form.name;
