@@ -83,24 +83,39 @@ template <class Law>
 struct Expand {
     template <class D, class V>
     HWY_INLINE auto operator()(D d, V codes) const {
-        constexpr size_t N = hn::MaxLanes(d);
-        const Lanes<uint16_t, N> du;
-        const Lanes<int16_t, N> di;
-        const auto code = hn::Xor(hn::PromoteTo(du, codes), hn::Set(du, uint16_t{Law::kInverted}));
-        const auto segment =
-            hn::Or(hn::And(hn::ShiftRight<4>(code), hn::Set(du, uint16_t{7})), hn::Set(du, uint16_t{0x8000}));
-        const auto step = hn::And(code, hn::Set(du, uint16_t{15}));
-        const auto halfSteps =
-            hn::Mul(hn::Add(hn::Add(step, step), lookUp(Law::kFirsts, segment)), lookUp(Law::kWidths, segment));
-        const auto magnitude =
-            hn::BitCast(di, hn::ShiftLeft<Law::kHalfStepShift>(hn::Sub(halfSteps, hn::Set(du, Law::kBias))));
-        const auto sign = hn::And(code, hn::Set(du, uint16_t{0x80}));
-        const auto isNegative = hn::RebindMask(di, hn::Eq(sign, hn::Set(du, uint16_t{Law::kNegative})));
-        const auto value = hn::IfThenElse(isNegative, hn::Neg(magnitude), magnitude);
+        const hn::RebindToUnsigned<D> du;
+        using Lane = Element<decltype(du)>;
+        const auto code = hn::Xor(hn::PromoteTo(du, codes), hn::Set(du, Lane{Law::kInverted}));
+        const auto sign = hn::And(code, hn::Set(du, Lane{0x80}));
+        const auto isNegative = hn::RebindMask(d, hn::Eq(sign, hn::Set(du, Lane{Law::kNegative})));
+        const auto value = magnitude(d, code);
+        return hn::IfThenElse(isNegative, hn::Sub(hn::Zero(d), value), value);
+    }
+
+  private:
+    template <class D, class V>
+    static HWY_INLINE auto magnitude(D d, V code) {
+        const hn::DFromV<V> du;
         if constexpr (std::is_floating_point_v<Element<D>>) {
-            return hn::Mul(widened(d, value), hn::Set(d, 0x1p-15f));
+            // Segment and step are exponent and mantissa of the interval's middle, but for A-law's first segment, which
+            // continues the second one downwards.
+            auto place = hn::And(code, hn::Set(du, 0x7Fu));
+            auto bias = hn::Set(d, static_cast<float>(Law::kBias << Law::kHalfStepShift) * 0x1p-15f);
+            if constexpr (Law::kBias == 0) {
+                const auto isFirst = hn::Lt(place, hn::Set(du, 0x10u));
+                place = hn::IfThenElse(isFirst, hn::Add(place, hn::Set(du, 0x10u)), place);
+                bias = hn::IfThenElseZero(hn::RebindMask(d, isFirst), hn::Set(d, 0x1p-7f));
+            }
+            constexpr uint32_t kFirstExponent = 127 - 8;
+            const auto bits = hn::Add(hn::ShiftLeft<19>(place), hn::Set(du, kFirstExponent << 23 | 1u << 18));
+            return hn::Sub(hn::BitCast(d, bits), bias);
         } else {
-            return value;
+            const auto segment =
+                hn::Or(hn::And(hn::ShiftRight<4>(code), hn::Set(du, uint16_t{7})), hn::Set(du, uint16_t{0x8000}));
+            const auto step = hn::And(code, hn::Set(du, uint16_t{15}));
+            const auto halfSteps =
+                hn::Mul(hn::Add(hn::Add(step, step), lookUp(Law::kFirsts, segment)), lookUp(Law::kWidths, segment));
+            return hn::BitCast(d, hn::ShiftLeft<Law::kHalfStepShift>(hn::Sub(halfSteps, hn::Set(du, Law::kBias))));
         }
     }
 };
