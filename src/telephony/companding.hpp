@@ -97,18 +97,17 @@ struct Expand {
     static HWY_INLINE auto magnitude(D d, V code) {
         const hn::DFromV<V> du;
         if constexpr (std::is_floating_point_v<Element<D>>) {
-            // Segment and step are exponent and mantissa of the interval's middle, but for A-law's first segment, which
-            // continues the second one downwards.
-            auto place = hn::And(code, hn::Set(du, 0x7Fu));
-            auto bias = hn::Set(d, static_cast<float>(Law::kBias << Law::kHalfStepShift) * 0x1p-15f);
-            if constexpr (Law::kBias == 0) {
-                const auto isFirst = hn::Lt(place, hn::Set(du, 0x10u));
-                place = hn::IfThenElse(isFirst, hn::Add(place, hn::Set(du, 0x10u)), place);
-                bias = hn::IfThenElseZero(hn::RebindMask(d, isFirst), hn::Set(d, 0x1p-7f));
-            }
+            // Segment and step are exponent and mantissa of the interval's middle.
+            const auto place = hn::And(code, hn::Set(du, 0x7Fu));
             constexpr uint32_t kFirstExponent = 127 - 8;
-            const auto bits = hn::Add(hn::ShiftLeft<19>(place), hn::Set(du, kFirstExponent << 23 | 1u << 18));
-            return hn::Sub(hn::BitCast(d, bits), bias);
+            const auto middle =
+                hn::BitCast(d, hn::Add(hn::ShiftLeft<19>(place), hn::Set(du, kFirstExponent << 23 | 1u << 18)));
+            if constexpr (Law::kBias != 0) {
+                return hn::Sub(middle, hn::Set(d, static_cast<float>(Law::kBias << Law::kHalfStepShift) * 0x1p-15f));
+            } else {
+                // Below 2^-7, where the second segment begins, the first one goes on with the same step.
+                return hn::Min(middle, hn::Sub(hn::Add(middle, middle), hn::Set(d, 0x1p-7f)));
+            }
         } else {
             const auto segment =
                 hn::Or(hn::And(hn::ShiftRight<4>(code), hn::Set(du, uint16_t{7})), hn::Set(du, uint16_t{0x8000}));
