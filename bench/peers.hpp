@@ -2,6 +2,8 @@
 // the right operand first.
 #pragma once
 
+#include "zvps/types.h"
+
 // Loops as a careful user writes them.
 namespace plain {
 
@@ -40,6 +42,14 @@ void divideConstantScaled(const T* a, T val, T* dst, int n, int scaleFactor);
 
 void copy(const float* a, float* dst, int n);
 void triad(const float* a, const float* b, float val, float* dst, int n);
+
+// G.711 and Goertzel.
+void compressALaw(const Zvp16s* a, Zvp8u* dst, int n);
+void compressMuLaw(const Zvp16s* a, Zvp8u* dst, int n);
+template <class D>
+void lookUp(const Zvp8u* a, const D* table, D* dst, int n);
+template <class T>
+void goertzel(const T* a, int n, double frequency, double* value);
 
 } // namespace plain
 

@@ -3,6 +3,8 @@
 #define ZVPS_H
 
 #include "zvps/arithmetic.h"
+#include "zvps/companding.h"
+#include "zvps/goertzel.h"
 #include "zvps/initialisation.h"
 #include "zvps/memory.h"
 #include "zvps/status.h"

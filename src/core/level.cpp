@@ -6,6 +6,8 @@ namespace zvps {
 
 #define ZVPS_DECLARE_TABLES(level)                                                                                     \
     namespace level {                                                                                                  \
+    extern const CompandingKernels compandingKernels;                                                                  \
+    extern const GoertzelKernels goertzelKernels;                                                                      \
     extern const InitialisationKernels initialisationKernels;                                                          \
     extern const ProductKernels productKernels;                                                                        \
     extern const QuotientKernels quotientKernels;                                                                      \
@@ -19,7 +21,10 @@ ZVPS_DECLARE_TABLES(v4)
 namespace {
 
 #define ZVPS_TABLES(level)                                                                                             \
-    { &level::initialisationKernels, &level::productKernels, &level::quotientKernels, &level::sumKernels }
+    {                                                                                                                  \
+        &level::compandingKernels, &level::goertzelKernels, &level::initialisationKernels, &level::productKernels,     \
+            &level::quotientKernels, &level::sumKernels,                                                               \
+    }
 constexpr Kernels levels[] = {ZVPS_TABLES(v2), ZVPS_TABLES(v3), ZVPS_TABLES(v4)};
 #undef ZVPS_TABLES
 

@@ -3,6 +3,8 @@
 
 namespace zvps {
 
+struct CompandingKernels;
+struct GoertzelKernels;
 struct InitialisationKernels;
 struct ProductKernels;
 struct QuotientKernels;
@@ -10,6 +12,8 @@ struct SumKernels;
 
 // One table of function pointers per family.
 struct Kernels {
+    const CompandingKernels* companding;
+    const GoertzelKernels* goertzel;
     const InitialisationKernels* initialisation;
     const ProductKernels* products;
     const QuotientKernels* quotients;

@@ -41,7 +41,7 @@ size_t Function::indexOf(Role role) const {
 }
 
 bool Function::isElementwise() const {
-    static constexpr std::string_view kFamilies[] = {"arithmetic", "initialisation"};
+    static constexpr std::string_view kFamilies[] = {"arithmetic", "companding", "initialisation"};
     return std::find(std::begin(kFamilies), std::end(kFamilies), family) != std::end(kFamilies) && call != nullptr &&
            hasRole(Role::length) && !hasRole(Role::other) && (hasRole(Role::destination) || hasRole(Role::inOut));
 }
