@@ -10,6 +10,7 @@ namespace zvps {
     extern const ProductKernels productKernels;                                                                        \
     extern const QuotientKernels quotientKernels;                                                                      \
     extern const SumKernels sumKernels;                                                                                \
+    extern const WindowKernels windowKernels;                                                                          \
     }
 ZVPS_DECLARE_TABLES(v2)
 ZVPS_DECLARE_TABLES(v3)
@@ -19,7 +20,10 @@ ZVPS_DECLARE_TABLES(v4)
 namespace {
 
 #define ZVPS_TABLES(level)                                                                                             \
-    { &level::initialisationKernels, &level::productKernels, &level::quotientKernels, &level::sumKernels }
+    {                                                                                                                  \
+        &level::initialisationKernels, &level::productKernels, &level::quotientKernels, &level::sumKernels,            \
+            &level::windowKernels,                                                                                     \
+    }
 constexpr Kernels levels[] = {ZVPS_TABLES(v2), ZVPS_TABLES(v3), ZVPS_TABLES(v4)};
 #undef ZVPS_TABLES
 
