@@ -20,9 +20,16 @@ HWY_INLINE Vec<double, N> exponential(Lanes<double, N> d, Vec<double, N> x) {
     // 1/2! + r/3! + ... to r^13, where the remainder is 0.04 units in the last place.
     constexpr double kFactorials[] = {2,      6,       24,       120,       720,       5040,
                                       40320., 362880., 3628800., 39916800., 479001600, 6227020800.};
-    auto series = hn::Set(d, 1 / kFactorials[11]);
-    for (int i = 10; i >= 0; --i) series = hn::Add(hn::Mul(series, r), hn::Set(d, 1 / kFactorials[i]));
-    const auto power = hn::Add(hn::Add(hn::Mul(hn::Mul(r, r), series), r), hn::Set(d, 1.0));
+    // Even and odd powers apart: half the latency of one chain.
+    const auto square = hn::Mul(r, r);
+    auto even = hn::Set(d, 1 / kFactorials[10]);
+    auto odd = hn::Set(d, 1 / kFactorials[11]);
+    for (int i = 8; i >= 0; i -= 2) {
+        even = hn::Add(hn::Mul(even, square), hn::Set(d, 1 / kFactorials[i]));
+        odd = hn::Add(hn::Mul(odd, square), hn::Set(d, 1 / kFactorials[i + 1]));
+    }
+    const auto series = hn::Add(hn::Mul(odd, r), even);
+    const auto power = hn::Add(hn::Add(hn::Mul(square, series), r), hn::Set(d, 1.0));
     const auto exponent = hn::ShiftLeft<52>(hn::BitCast(bits, shifted));
     return hn::BitCast(d, hn::Add(hn::BitCast(bits, power), exponent));
 }

@@ -60,17 +60,21 @@ CosineWindow cosines(double amplitude, double theta) {
 }
 
 // Where a window is applied in single precision, the recurrence may go on in several chains whose rounding errors are
-// others: up to the longest length below, they stay under a unit in the last place (single) of the values. That needs
+// others: up to the longest length below, the values differ by a unit in the last place (single) at most. That needs
 // values that rise from zero at the ends without returning there, and the first of them, small differences of cosines
 // near 1, from one chain.
 template <class T>
-void splitChains(CosineWindow& window, int len, double theta) {
-    constexpr int kShortest = 128;
+void splitChains(CosineWindow& window, int len) {
+    constexpr int kShortest = 64;
     constexpr int kLongest = 1 << 17;
     if (std::is_same_v<Part<T>, double> || len < kShortest || len > kLongest) return;
-    const size_t first = std::max(static_cast<size_t>(len) / 128, 2 * kCosineChains);
+    const size_t first = std::max(static_cast<size_t>(len) / 128, size_t{1});
     window.chainFrom = (first + kCosineChains - 1) / kCosineChains * kCosineChains;
-    window.chainFactor = 2 * std::cos(static_cast<double>(kCosineChains) * theta);
+    // 2 cos(2x) = (2 cos x)^2 - 2: of the rounded factor, whose error the one chain multiplies too.
+    window.chainFactor = window.factor;
+    for (size_t step = 2; step < kCosineChains; step *= 2) {
+        window.chainFactor = window.chainFactor * window.chainFactor - 2;
+    }
 }
 
 template <class T>
@@ -81,7 +85,7 @@ ZvpStatus hann(const T* src, T* dst, int len) {
     const double theta = angleStep(len);
     CosineWindow window = cosines(0.5, theta);
     window.constant = 0.5;
-    splitChains<T>(window, len, theta);
+    splitChains<T>(window, len);
     return apply(slots, src, dst, len, window);
 }
 
@@ -91,7 +95,7 @@ ZvpStatus hamming(const T* src, T* dst, int len) {
     const double theta = angleStep(len);
     CosineWindow window = cosines(0.46, theta);
     window.constant = 0.54;
-    splitChains<T>(window, len, theta);
+    splitChains<T>(window, len);
     return apply(kernels().windows->raisedCosine, src, dst, len, window);
 }
 
@@ -104,7 +108,7 @@ ZvpStatus blackmanWithStep(const T* src, T* dst, int len, double alpha, double t
     window.scale = scale;
     if (len == 3) return applyToMiddle(slots, src, dst, window);
     // Beyond the optimum's parameter (as it is in single precision) the values pass through zero.
-    if (alpha >= optimalAlpha(len) * (1 + 1e-7) && alpha <= 1) splitChains<T>(window, len, theta);
+    if (alpha >= optimalAlpha(len) * (1 + 1e-7) && alpha <= 1) splitChains<T>(window, len);
     return apply(slots, src, dst, len, window);
 }
 

@@ -10,6 +10,15 @@ inline constexpr size_t kDoubles = kVectorBytes / sizeof(double);
 using DoubleLanes = Lanes<double, kDoubles>;
 using Doubles = Vec<double, kDoubles>;
 
+// step(0), ..., step(count - 1), unrolled: so that g++ keeps arrays of vectors in registers.
+template <size_t count, class Step>
+HWY_INLINE void repeat(Step step) {
+    if constexpr (count != 0) {
+        repeat<count - 1>(step);
+        step(count - 1);
+    }
+}
+
 // Consecutive window values.
 template <size_t N>
 struct Block {
@@ -23,6 +32,23 @@ struct Block {
 // A generator gives the window's values in blocks of kLanes from k = 0 on, and that in the middle of an odd length. It
 // may be asked for values beyond the middle, which are not used.
 
+// 0, 1, 2, ...
+template <size_t N>
+class Index {
+  public:
+    HWY_INLINE Block<N> next() {
+        const DoubleLanes d;
+        Block<N> block;
+        repeat<Block<N>::kVectors>(
+            [&](size_t i) { block.v[i] = hn::Add(first_, hn::Set(d, static_cast<double>(i * kDoubles))); });
+        first_ = hn::Add(first_, hn::Set(d, static_cast<double>(N)));
+        return block;
+    }
+
+  private:
+    Doubles first_ = hn::Iota(DoubleLanes(), 0.0);
+};
+
 template <size_t N>
 class Bartlett {
   public:
@@ -32,48 +58,58 @@ class Bartlett {
 
     HWY_INLINE Block<N> next() {
         const DoubleLanes d;
+        const Block<N> k = index_.next();
         Block<N> block;
-        for (size_t i = 0; i < Block<N>::kVectors; ++i) {
-            block.v[i] = hn::Mul(hn::Iota(d, k_), hn::Set(d, step_));
-            k_ += kDoubles;
-        }
+        repeat<Block<N>::kVectors>([&](size_t i) { block.v[i] = hn::Mul(k.v[i], hn::Set(d, step_)); });
         return block;
     }
     double middle() const { return 1; }
 
   private:
+    Index<N> index_;
     double step_;
-    double k_ = 0;
 };
 
 // h(k) = c cos(k theta) by h(k + 2) = 2 cos(2 theta) h(k) - h(k - 2), even and odd k side by side. Its rounding errors
 // grow with k far beyond a unit in the last place; they belong to the result.
 class Recurrence {
   public:
+    using Pair = Vec<double, 2>;
+
     explicit Recurrence(const CosineWindow& window)
         : factor_(hn::Set(d_, window.factor)), now_(hn::LoadU(d_, window.start)),
           next_(hn::LoadU(d_, window.start + 2)) {}
 
-    template <size_t N>
-    HWY_INLINE Vec<double, N> next() {
-        if constexpr (N == 2) {
-            const auto result = now_;
-            now_ = next_;
-            next_ = hn::Sub(hn::Mul(factor_, now_), result);
-            return result;
-        } else {
-            const auto lower = next<N / 2>();
-            return hn::Combine(Lanes<double, N>(), next<N / 2>(), lower);
-        }
+    HWY_INLINE Pair next() {
+        const auto result = now_;
+        now_ = next_;
+        next_ = hn::Sub(hn::Mul(factor_, now_), result);
+        return result;
     }
+    Pair following() const { return now_; }
 
   private:
     static constexpr Lanes<double, 2> d_{};
 
-    Vec<double, 2> factor_;
-    Vec<double, 2> now_;
-    Vec<double, 2> next_;
+    Pair factor_;
+    Pair now_;
+    Pair next_;
 };
+
+template <size_t N>
+HWY_INLINE Vec<double, N> joined(const Recurrence::Pair* pairs) {
+    if constexpr (N == 2) {
+        return *pairs;
+    } else {
+        return hn::Combine(Lanes<double, N>(), joined<N / 2>(pairs + N / 4), joined<N / 2>(pairs));
+    }
+}
+template <size_t N>
+HWY_INLINE Block<N> joinedBlock(const Recurrence::Pair* pairs) {
+    Block<N> block;
+    repeat<Block<N>::kVectors>([&](size_t i) { block.v[i] = joined<kDoubles>(pairs + i * kDoubles / 2); });
+    return block;
+}
 
 // The value of a window for h(k).
 class RaisedCosine {
@@ -117,43 +153,67 @@ class Cosines {
         : value_(window), recurrence_(window), chainFactor_(window.chainFactor), left_(window.chainFrom) {}
 
     HWY_INLINE Block<kLanes> next() {
-        const DoubleLanes d;
         Block<kLanes> h;
-        Block<kLanes> block;
         if (!hasChains || left_ != 0) {
-            for (auto& v : h.v) v = recurrence_.next<kDoubles>();
-            if (hasChains) left_ -= kLanes;
+            h = nextOfOneChain();
         } else {
-            for (size_t i = 0; i < h.kVectors; ++i) {
-                h.v[i] = hn::Sub(hn::Mul(hn::Set(d, chainFactor_), now_.v[i]), before_.v[i]);
-            }
-        }
-        if (hasChains) {
+            const auto factor = hn::Set(DoubleLanes(), chainFactor_);
+            repeat<h.kVectors>([&](size_t i) { h.v[i] = hn::Sub(hn::Mul(factor, now_.v[i]), before_.v[i]); });
             before_ = now_;
             now_ = h;
         }
-        for (size_t i = 0; i < h.kVectors; ++i) block.v[i] = value_(h.v[i]);
-        return block;
+        repeat<h.kVectors>([&](size_t i) { h.v[i] = value_(h.v[i]); });
+        return h;
     }
     double middle() const { return value_.middle(); }
 
   private:
+    HWY_INLINE Block<kLanes> nextOfOneChain() {
+        constexpr size_t kPairs = kLanes / 2;
+        Recurrence::Pair pairs[kPairs + 1];
+        repeat<kPairs>([&](size_t i) { pairs[i] = recurrence_.next(); });
+        const Block<kLanes> h = joinedBlock<kLanes>(pairs);
+        if (hasChains) {
+            if (isFirst_) {
+                // h(-m) to h(-1) are h(m) to h(1).
+                pairs[kPairs] = recurrence_.following();
+                Recurrence::Pair reflected[kPairs];
+                repeat<kPairs>([&](size_t i) { reflected[i] = hn::OddEven(pairs[kPairs - 1 - i], pairs[kPairs - i]); });
+                now_ = joinedBlock<kLanes>(reflected);
+                isFirst_ = false;
+            }
+            before_ = now_;
+            now_ = h;
+            left_ -= kLanes;
+        }
+        return h;
+    }
+
     Value value_;
     Recurrence recurrence_;
     double chainFactor_;
     size_t left_; // of the leading values, to come from one chain
+    bool isFirst_ = true;
     Block<kLanes> before_;
     Block<kLanes> now_;
 };
 
-// I0 by two approximations, below and from 4 on.
-HWY_INLINE Doubles polynomial(const double* coefficients, int degree, Doubles x) {
+// Even and odd powers apart: half the latency of one chain.
+template <size_t count>
+HWY_INLINE Doubles polynomial(const double (&coefficients)[count], Doubles x) {
     const DoubleLanes d;
-    auto sum = hn::Set(d, coefficients[degree]);
-    for (int i = degree - 1; i >= 0; --i) sum = hn::Add(hn::Mul(sum, x), hn::Set(d, coefficients[i]));
-    return sum;
+    const auto square = hn::Mul(x, x);
+    auto last = hn::Set(d, coefficients[count - 1]);
+    auto other = hn::Set(d, coefficients[count - 2]);
+    repeat<count - 2>([&](size_t i) {
+        const auto sum = hn::Add(hn::Mul(last, square), hn::Set(d, coefficients[count - 3 - i]));
+        last = other;
+        other = sum;
+    });
+    return hn::Add(hn::Mul(last, x), other);
 }
 
+// I0 by two approximations, below and from 4 on.
 HWY_INLINE Doubles besselI0(Doubles x) {
     // Not quite those of the normaliser: the difference belongs to the result.
     static constexpr double kSmall[] = {
@@ -171,11 +231,12 @@ HWY_INLINE Doubles besselI0(Doubles x) {
     auto small = hn::Zero(d);
     if (!hn::AllFalse(d, isSmall)) {
         const auto quarter = hn::Mul(x, hn::Set(d, 0.25));
-        small = polynomial(kSmall, 7, hn::Mul(quarter, quarter));
+        small = polynomial(kSmall, hn::Mul(quarter, quarter));
         if (hn::AllTrue(d, isSmall)) return small;
     }
-    const auto series = polynomial(kLarge, 12, hn::Div(hn::Set(d, 4.0), x));
-    const auto large = hn::Mul(hn::Div(exponential(d, x), hn::Sqrt(x)), series);
+    const auto inverseRoot = hn::Div(hn::Set(d, 1.0), hn::Sqrt(x));
+    const auto series = polynomial(kLarge, hn::Mul(hn::Set(d, 4.0), hn::Mul(inverseRoot, inverseRoot)));
+    const auto large = hn::Mul(hn::Mul(exponential(d, x), inverseRoot), series);
     return hn::IfThenElse(isSmall, small, large);
 }
 
@@ -187,12 +248,9 @@ class Kaiser {
     Kaiser(const KaiserWindow& window, size_t n) : window_(window), last_(static_cast<double>(n - 1)) {}
 
     HWY_INLINE Block<N> next() {
-        const DoubleLanes d;
+        const Block<N> k = index_.next();
         Block<N> block;
-        for (size_t i = 0; i < Block<N>::kVectors; ++i) {
-            block.v[i] = value(hn::Iota(d, k_));
-            k_ += kDoubles;
-        }
+        repeat<Block<N>::kVectors>([&](size_t i) { block.v[i] = value(k.v[i]); });
         return block;
     }
     double middle() const { return hn::GetLane(value(hn::Set(DoubleLanes(), last_ * 0.5))); }
@@ -205,9 +263,9 @@ class Kaiser {
         return hn::Mul(besselI0(x), hn::Set(d, window_.inverseNorm));
     }
 
+    Index<N> index_;
     KaiserWindow window_;
     double last_;
-    double k_ = 0;
 };
 
 // ---- Application ----
@@ -241,12 +299,12 @@ class Applier {
     // Elements from `first` on times w, and those that end before `end` times w reversed.
     HWY_INLINE void whole(V w, size_t first, size_t end) const {
         const Lanes<T, kLanes> d;
-        for (size_t part = 0; part < kParts; ++part) {
+        repeat<kParts>([&](size_t part) {
             const size_t front = first * kParts + part * kLanes;
             const size_t back = (end - kLanes) * kParts + part * kLanes;
             hn::StoreU(product(hn::LoadU(d, src_ + front), forward(w, part)), d, dst_ + front);
             hn::StoreU(product(hn::LoadU(d, src_ + back), backward(w, part)), d, dst_ + back);
-        }
+        });
     }
 
     // count <= kLanes elements from `first` on times w.
@@ -293,7 +351,10 @@ class Applier {
             const auto exact = hn::Mul(hn::ConvertTo(d, hn::PromoteTo(wide, x)), w);
             const auto number = hn::IfThenZeroElse(hn::IsNaN(exact), exact);
             const auto limited = hn::Min(hn::Max(number, hn::Set(d, -32768.0F)), hn::Set(d, 32767.0F));
-            return hn::DemoteTo(Lanes<T, kLanes>(), hn::NearestInt(limited));
+            // Adding 3 * 2^22 rounds to an integer and leaves it in the lowest bits.
+            const auto rounder = hn::Set(d, 0x1.8p23F);
+            const auto rounded = hn::Sub(hn::BitCast(wide, hn::Add(limited, rounder)), hn::BitCast(wide, rounder));
+            return hn::DemoteTo(Lanes<T, kLanes>(), rounded);
         }
     }
 
@@ -315,17 +376,15 @@ ZvpStatus window(const T* src, T* dst, size_t n, const Window& parameters) {
     size_t k = 0;
     for (; k + kBlock <= half; k += kBlock) {
         const auto block = generator.next();
-        for (size_t i = 0; i < kBlock / kLanes; ++i) {
-            apply.whole(Apply::values(block, i), k + i * kLanes, n - k - i * kLanes);
-        }
+        repeat<kBlock / kLanes>(
+            [&](size_t i) { apply.whole(Apply::values(block, i), k + i * kLanes, n - k - i * kLanes); });
     }
     if (k < half) {
         const auto block = generator.next();
         // The values with room before them, for a reversed vector that ends with the first of them.
         alignas(kVectorBytes) W values[kLanes + kBlock] = {};
-        for (size_t i = 0; i < kBlock / kLanes; ++i) {
-            hn::Store(Apply::values(block, i), d, values + kLanes + i * kLanes);
-        }
+        repeat<kBlock / kLanes>(
+            [&](size_t i) { hn::Store(Apply::values(block, i), d, values + kLanes + i * kLanes); });
         const size_t rest = half - k;
         for (size_t i = 0; i < rest; i += kLanes) {
             const size_t count = rest - i < kLanes ? rest - i : kLanes;
