@@ -160,6 +160,7 @@ class Row {
 // One file a family.
 void registerArithmetic();
 void registerInitialisation();
+void registerWindows();
 
 } // namespace bench
 

@@ -37,6 +37,7 @@ int main(int argc, char** argv) {
     bench::registerMachine();
     bench::registerArithmetic();
     bench::registerInitialisation();
+    bench::registerWindows();
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
 }

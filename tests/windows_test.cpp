@@ -11,7 +11,8 @@
 namespace zvps::test {
 namespace {
 
-// ---- What a function computes ----------------------------------------------------------------------------------------
+// ---- What a function computes
+// ----------------------------------------------------------------------------------------
 
 // A window function with everything that decides its values but the length.
 struct Window {
@@ -60,9 +61,9 @@ std::vector<Window> windows() {
 }
 
 double besselI0(double x, bool forNorm) {
-    const double c[] = {0.9999999985, forNorm ? 4.0000001935 : 4.000003096,      3.9999959541, 1.777809969,
-                        0.4443189384, 0.0713758187,                              0.0075942968,
-                        forNorm ? 0.0008267816 : 0.000674193709375};
+    const double c[] = {
+        0.9999999985, forNorm ? 4.0000001935 : 4.000003096,      3.9999959541, 1.777809969, 0.4443189384, 0.0713758187,
+        0.0075942968, forNorm ? 0.0008267816 : 0.000674193709375};
     const double d[] = {0.3989422809,
                         0.0124667783,
                         0.0017623668,
@@ -78,10 +79,12 @@ double besselI0(double x, bool forNorm) {
                         0.0051246015};
     double sum = 0;
     if (x < 4) {
-        for (int i = 7; i >= 0; --i) sum = sum * (x / 4 * (x / 4)) + c[i];
+        for (int i = 7; i >= 0; --i)
+            sum = sum * (x / 4 * (x / 4)) + c[i];
         return sum;
     }
-    for (int i = 12; i >= 0; --i) sum = sum * (4 / x) + d[i];
+    for (int i = 12; i >= 0; --i)
+        sum = sum * (4 / x) + d[i];
     return std::exp(x) / std::sqrt(x) * sum;
 }
 
@@ -103,7 +106,8 @@ std::vector<double> windowValues(const Window& w, int n) {
         return values;
     }
     if (w.base == "WinBartlett") {
-        for (int k = 0; k < n / 2; ++k) set(k, k * (2.0 / (n - 1)));
+        for (int k = 0; k < n / 2; ++k)
+            set(k, k * (2.0 / (n - 1)));
         return values;
     }
     const bool isHamming = w.base == "WinHamming";
@@ -113,7 +117,8 @@ std::vector<double> windowValues(const Window& w, int n) {
     h[1] = h[0] * std::cos(theta);
     h[2] = 2 * std::cos(theta) * h[1] - h[0];
     h[3] = 2 * std::cos(theta) * h[2] - h[1];
-    for (size_t k = 2; k < h.size() - 2; ++k) h[k + 2] = 2 * std::cos(2 * theta) * h[k] - h[k - 2];
+    for (size_t k = 2; k < h.size() - 2; ++k)
+        h[k + 2] = 2 * std::cos(2 * theta) * h[k] - h[k - 2];
     double alpha = w.alpha;
     if (w.base == "WinBlackmanStd") alpha = -0.16;
     if (w.base == "WinBlackmanOpt") alpha = -std::pow(0.5 / std::cos(M_PI / (n - 1)), 2);
@@ -179,7 +184,8 @@ std::string firstWrong(const Window& w, const std::vector<double>& values, const
     return {};
 }
 
-// ---- Tests -----------------------------------------------------------------------------------------------------------
+// ---- Tests
+// -----------------------------------------------------------------------------------------------------------
 
 // By every level at some address; the lowest level against the definition, the others against it.
 void check(Stage& stage, const Window& w, Operands& operands, int n, How how) {
@@ -232,7 +238,8 @@ void checkLengths(const std::vector<int>& lengths, int longest) {
             }
             How how;
             how.atEnd = random.below(2) == 0;
-            for (size_t& offset : how.offset) offset = random.below(64) / w.type.partBytes * w.type.partBytes;
+            for (size_t& offset : how.offset)
+                offset = random.below(64) / w.type.partBytes * w.type.partBytes;
             if (w.source != w.output && random.below(3) == 0) how.sameAs[w.output] = static_cast<int>(w.source);
             check(stage, w, operands, n, how);
             if (::testing::Test::HasFatalFailure()) break;
@@ -243,7 +250,8 @@ void checkLengths(const std::vector<int>& lengths, int longest) {
 
 TEST(Windows, Values) {
     std::vector<int> lengths = {255, 256, 257, 511, 777, 1023, 1024, 1025, 2047, 2049, 2300, 4000, 4096, 4097};
-    for (int n = 1; n <= 260; ++n) lengths.push_back(n);
+    for (int n = 1; n <= 260; ++n)
+        lengths.push_back(n);
     checkLengths(lengths, 4100);
 }
 

@@ -151,7 +151,8 @@ ZvpStatus bartlett(const T* src, T* dst, int len) {
 template <size_t count>
 double polynomial(const double (&coefficients)[count], double x) {
     double sum = coefficients[count - 1];
-    for (size_t i = count - 1; i != 0; --i) sum = sum * x + coefficients[i - 1];
+    for (size_t i = count - 1; i != 0; --i)
+        sum = sum * x + coefficients[i - 1];
     return sum;
 }
 

@@ -131,8 +131,7 @@ class Blackman {
 
     HWY_INLINE Doubles operator()(Doubles h) const {
         const DoubleLanes d;
-        const auto value =
-            hn::Sub(hn::Sub(hn::Set(d, constant_), h), hn::Mul(hn::Set(d, square_), hn::Mul(h, h)));
+        const auto value = hn::Sub(hn::Sub(hn::Set(d, constant_), h), hn::Mul(hn::Set(d, square_), hn::Mul(h, h)));
         return isScaled ? hn::Mul(value, hn::Set(d, scale_)) : value;
     }
     double middle() const { return isScaled ? scale_ : 1; }
@@ -217,14 +216,13 @@ HWY_INLINE Doubles polynomial(const double (&coefficients)[count], Doubles x) {
 HWY_INLINE Doubles besselI0(Doubles x) {
     // Not quite those of the normaliser: the difference belongs to the result.
     static constexpr double kSmall[] = {
-        0.9999999985, 4.000003096, 3.9999959541, 1.777809969, 0.4443189384, 0.0713758187, 0.0075942968,
-        0.000674193709375,
+        0.9999999985, 4.000003096,  3.9999959541, 1.777809969,
+        0.4443189384, 0.0713758187, 0.0075942968, 0.000674193709375,
     };
     static constexpr double kLarge[] = {
-        0.3989422809,  0.0124667783,        0.0017623668,  0.00026,
-        0.0022585681074049,                 -0.0128314822, 0.04958113163828737,
-        -0.1209940805, 0.18954771930079328, -0.1867783276, 0.1113315511,
-        -0.0366694767, 0.0051246015,
+        0.3989422809,        0.0124667783,  0.0017623668,        0.00026,       0.0022585681074049, -0.0128314822,
+        0.04958113163828737, -0.1209940805, 0.18954771930079328, -0.1867783276, 0.1113315511,       -0.0366694767,
+        0.0051246015,
     };
     const DoubleLanes d;
     const auto isSmall = hn::Lt(x, hn::Set(d, 4.0));
@@ -338,7 +336,8 @@ class Applier {
     static HWY_INLINE V select(V w, Lane lane) {
         using Index = std::conditional_t<sizeof(W) == 8, int64_t, int32_t>;
         alignas(kVectorBytes) Index indices[kLanes];
-        for (size_t i = 0; i < kLanes; ++i) indices[i] = static_cast<Index>(lane(i));
+        for (size_t i = 0; i < kLanes; ++i)
+            indices[i] = static_cast<Index>(lane(i));
         return hn::TableLookupLanes(w, hn::SetTableIndices(D(), indices));
     }
 
@@ -383,8 +382,7 @@ ZvpStatus window(const T* src, T* dst, size_t n, const Window& parameters) {
         const auto block = generator.next();
         // The values with room before them, for a reversed vector that ends with the first of them.
         alignas(kVectorBytes) W values[kLanes + kBlock] = {};
-        repeat<kBlock / kLanes>(
-            [&](size_t i) { hn::Store(Apply::values(block, i), d, values + kLanes + i * kLanes); });
+        repeat<kBlock / kLanes>([&](size_t i) { hn::Store(Apply::values(block, i), d, values + kLanes + i * kLanes); });
         const size_t rest = half - k;
         for (size_t i = 0; i < rest; i += kLanes) {
             const size_t count = rest - i < kLanes ? rest - i : kLanes;

@@ -16,13 +16,13 @@ inline constexpr size_t kCosineChains = 16;
 
 // With h(k) = c cos(k theta): w(k) = (constant - h(k) - square h(k)^2) scale.
 struct CosineWindow {
-    double start[4];       // h(0) to h(3)
-    double factor;         // 2 cos(2 theta): h(k + 2) = factor h(k) - h(k - 2)
-    double chainFactor;    // 2 cos(kCosineChains theta)
-    size_t chainFrom;      // before this k the recurrence runs in one chain; a multiple of kCosineChains
+    double start[4];    // h(0) to h(3)
+    double factor;      // 2 cos(2 theta): h(k + 2) = factor h(k) - h(k - 2)
+    double chainFactor; // 2 cos(kCosineChains theta)
+    size_t chainFrom;   // before this k the recurrence runs in one chain; a multiple of kCosineChains
     double constant;
-    double square;         // Blackman windows only
-    double scale;          // those of 16-bit data only
+    double square; // Blackman windows only
+    double scale;  // those of 16-bit data only
 };
 
 // w(k) = k step
