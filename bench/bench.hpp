@@ -161,6 +161,7 @@ class Row {
 void registerArithmetic();
 void registerInitialisation();
 void registerTelephony();
+void registerWindows();
 
 } // namespace bench
 

@@ -38,6 +38,7 @@ int main(int argc, char** argv) {
     bench::registerArithmetic();
     bench::registerInitialisation();
     bench::registerTelephony();
+    bench::registerWindows();
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
 }

@@ -40,6 +40,16 @@ void divideScaled(const T* a, const T* b, T* dst, int n, int scaleFactor);
 template <class T>
 void divideConstantScaled(const T* a, T val, T* dst, int n, int scaleFactor);
 
+// With the vector math library's cosine for each element; Kaiser with the series for each.
+template <class T>
+void hann(const T* a, T* dst, int n);
+template <class T>
+void hamming(const T* a, T* dst, int n);
+template <class T>
+void blackman(const T* a, T* dst, int n);
+template <class T>
+void kaiser(const T* a, T* dst, int n, float alpha);
+
 void copy(const float* a, float* dst, int n);
 void triad(const float* a, const float* b, float val, float* dst, int n);
 

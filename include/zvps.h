@@ -9,5 +9,6 @@
 #include "zvps/memory.h"
 #include "zvps/status.h"
 #include "zvps/types.h"
+#include "zvps/windows.h"
 
 #endif

@@ -12,6 +12,7 @@ namespace zvps {
     extern const ProductKernels productKernels;                                                                        \
     extern const QuotientKernels quotientKernels;                                                                      \
     extern const SumKernels sumKernels;                                                                                \
+    extern const WindowKernels windowKernels;                                                                          \
     }
 ZVPS_DECLARE_TABLES(v2)
 ZVPS_DECLARE_TABLES(v3)
@@ -23,7 +24,7 @@ namespace {
 #define ZVPS_TABLES(level)                                                                                             \
     {                                                                                                                  \
         &level::compandingKernels, &level::goertzelKernels, &level::initialisationKernels, &level::productKernels,     \
-            &level::quotientKernels, &level::sumKernels,                                                               \
+            &level::quotientKernels, &level::sumKernels, &level::windowKernels,                                        \
     }
 constexpr Kernels levels[] = {ZVPS_TABLES(v2), ZVPS_TABLES(v3), ZVPS_TABLES(v4)};
 #undef ZVPS_TABLES

@@ -9,6 +9,7 @@ struct InitialisationKernels;
 struct ProductKernels;
 struct QuotientKernels;
 struct SumKernels;
+struct WindowKernels;
 
 // One table of function pointers per family.
 struct Kernels {
@@ -18,6 +19,7 @@ struct Kernels {
     const ProductKernels* products;
     const QuotientKernels* quotients;
     const SumKernels* sums;
+    const WindowKernels* windows;
 };
 
 enum class Level { v2, v3, v4 };
