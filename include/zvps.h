@@ -3,9 +3,11 @@
 #define ZVPS_H
 
 #include "zvps/arithmetic.h"
+#include "zvps/convert.h"
 #include "zvps/initialisation.h"
 #include "zvps/memory.h"
 #include "zvps/status.h"
+#include "zvps/threshold.h"
 #include "zvps/types.h"
 
 #endif

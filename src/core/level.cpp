@@ -6,10 +6,12 @@ namespace zvps {
 
 #define ZVPS_DECLARE_TABLES(level)                                                                                     \
     namespace level {                                                                                                  \
+    extern const ConversionKernels conversionKernels;                                                                  \
     extern const InitialisationKernels initialisationKernels;                                                          \
     extern const ProductKernels productKernels;                                                                        \
     extern const QuotientKernels quotientKernels;                                                                      \
     extern const SumKernels sumKernels;                                                                                \
+    extern const ThresholdKernels thresholdKernels;                                                                    \
     }
 ZVPS_DECLARE_TABLES(v2)
 ZVPS_DECLARE_TABLES(v3)
@@ -19,7 +21,10 @@ ZVPS_DECLARE_TABLES(v4)
 namespace {
 
 #define ZVPS_TABLES(level)                                                                                             \
-    { &level::initialisationKernels, &level::productKernels, &level::quotientKernels, &level::sumKernels }
+    {                                                                                                                  \
+        &level::conversionKernels, &level::initialisationKernels, &level::productKernels, &level::quotientKernels,     \
+            &level::sumKernels, &level::thresholdKernels                                                            \
+    }
 constexpr Kernels levels[] = {ZVPS_TABLES(v2), ZVPS_TABLES(v3), ZVPS_TABLES(v4)};
 #undef ZVPS_TABLES
 

@@ -3,17 +3,21 @@
 
 namespace zvps {
 
+struct ConversionKernels;
 struct InitialisationKernels;
 struct ProductKernels;
 struct QuotientKernels;
 struct SumKernels;
+struct ThresholdKernels;
 
 // One table of function pointers per family.
 struct Kernels {
+    const ConversionKernels* conversions;
     const InitialisationKernels* initialisation;
     const ProductKernels* products;
     const QuotientKernels* quotients;
     const SumKernels* sums;
+    const ThresholdKernels* thresholds;
 };
 
 enum class Level { v2, v3, v4 };

@@ -18,6 +18,8 @@ HWY_INLINE auto widened(D d, V v) {
     using To = Element<D>;
     if constexpr (std::is_same_v<From, To>) {
         return v;
+    } else if constexpr (std::is_same_v<To, double> && std::is_integral_v<From> && sizeof(From) <= 4) {
+        return hn::PromoteTo(d, widened(hn::Rebind<int32_t, D>(), v));
     } else if constexpr (std::is_floating_point_v<To> && std::is_integral_v<From>) {
         return hn::ConvertTo(d, widened(hn::RebindToSigned<D>(), v));
     } else {

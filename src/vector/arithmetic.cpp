@@ -1,6 +1,7 @@
 #include "zvps/arithmetic.h"
 
 #include "core/checks.hpp"
+#include "core/elements.hpp"
 #include "core/level.hpp"
 #include "core/scaled.hpp"
 #include "vector/products.table.hpp"
@@ -16,41 +17,6 @@
 
 namespace zvps {
 namespace {
-
-// ---- Elements: complex ones as pairs of their parts ----
-
-template <class T, class = void>
-struct PartOf {
-    using Type = T;
-};
-template <class T>
-struct PartOf<T, std::void_t<decltype(T::re)>> {
-    using Type = decltype(T::re);
-};
-template <class T>
-using Part = typename PartOf<T>::Type;
-
-template <class T>
-const Part<T>* parts(const T* p) {
-    return reinterpret_cast<const Part<T>*>(p);
-}
-template <class T>
-Part<T>* parts(T* p) {
-    return reinterpret_cast<Part<T>*>(p);
-}
-template <class T>
-size_t partCount(int len) {
-    return static_cast<size_t>(len) * (sizeof(T) / sizeof(Part<T>));
-}
-
-template <class T>
-Pair<Part<T>> pairOf(T val) {
-    if constexpr (std::is_same_v<T, Part<T>>) {
-        return makePair(val, val);
-    } else {
-        return makePair(val.re, val.im);
-    }
-}
 
 // Operands as kernels take them: pointers to parts, and constants as they are.
 template <class T>
