@@ -48,7 +48,7 @@ HWY_INLINE V floorAverage(D d, V a, V b) {
     }
 }
 
-// v * 2^-shift for 1 <= shift <= kBits<T>, to nearest, ties to even.
+// v * 2^-shift for 1 <= shift <= kBits<T>, less for signed T, to nearest, ties to even.
 template <class D, class V>
 HWY_INLINE V roundShift(D d, V v, int shift) {
     using T = Element<D>;

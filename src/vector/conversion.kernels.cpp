@@ -96,7 +96,7 @@ ZvpStatus shift(const S* src, D* dst, size_t n, int places) {
 template <class Limits, class S, class D>
 constexpr ShiftKernels<S, D> shiftKernels() {
     return {shift<Limits, Shift::none, S, D>, shift<Limits, Shift::down, S, D>, shift<Limits, Shift::up, S, D>,
-            kBits<S>};
+            kBits<S> - (std::is_signed_v<S> ? 1 : 0)};
 }
 
 template <class Source, class Limits, ZvpRoundMode mode, bool kTwice, class S, class F, class D>

@@ -163,11 +163,14 @@ class LimitComplex {
     HWY_INLINE V operator()(D d, V v) const {
         const V squares = m_magnitudes.squares(d, v);
         auto far = m_magnitudes.areFar(d, squares);
-        V limited = hn::Mul(v, m_magnitudes.factors(d, squares));
+        // No part is larger than the magnitude, which matters next to the type's largest number.
+        const V level = hn::Set(d, m_level);
+        const V scaled = hn::Mul(v, m_magnitudes.factors(d, squares));
+        V limited = hn::Min(hn::Max(scaled, hn::Neg(level)), level);
         if constexpr (side == Side::below) {
             const V magnitudes = hn::Abs(v);
             const auto zero = hn::Eq(hn::Max(magnitudes, hn::Reverse2(d, magnitudes)), hn::Zero(d));
-            limited = hn::IfThenElse(zero, hn::OddEven(hn::Zero(d), hn::Set(d, m_level)), limited);
+            limited = hn::IfThenElse(zero, hn::OddEven(hn::Zero(d), level), limited);
             far = hn::AndNot(zero, far);
         }
         const auto beyond = m_magnitudes.areBeyond(d, squares);
