@@ -52,14 +52,11 @@ inline constexpr size_t kLanes32 = kVectorBytes / 4;
 inline constexpr size_t kBytes24 = 3 * kLanes32;
 using Bytes = Vec<uint8_t, kVectorBytes>;
 
-// For each block the places its bytes come from, 0x80 for a zero.
-HWY_INLINE Bytes shuffled(Bytes v, const uint8_t (&evenBlock)[16], const uint8_t (&oddBlock)[16]) {
-    const Lanes<uint8_t, kVectorBytes> d;
-    alignas(kVectorBytes) uint8_t places[kVectorBytes];
-    for (size_t i = 0; i < kVectorBytes; ++i)
-        places[i] = (i / 16 % 2 == 0 ? evenBlock : oddBlock)[i % 16];
-    return hn::TableLookupBytes(v, hn::Load(d, places));
-}
+// Places for a permutation of a full vector, as constants: the compiler does not make them of a loop by itself.
+template <class T>
+struct alignas(kVectorBytes) Places {
+    T at[kVectorBytes / sizeof(T)]{};
+};
 
 template <bool kSigned>
 struct Packed24 {
@@ -85,7 +82,7 @@ struct Packed24 {
 
   private:
     // Where the elements start in an odd block: AVX2 loads it from within the kBytes24 bytes.
-    static constexpr uint8_t kOddStart = HWY_TARGET == HWY_AVX2 ? 4 : 0;
+    static constexpr size_t kOddStart = HWY_TARGET == HWY_AVX2 ? 4 : 0;
 
     static HWY_INLINE Bytes blocks(const uint8_t* from) {
 #if HWY_TARGET <= HWY_AVX3
@@ -105,19 +102,23 @@ struct Packed24 {
         return Bytes{_mm_set_epi64x(high, low)};
 #endif
     }
-    static HWY_INLINE Vec<int32_t, kLanes32> unpacked(Bytes blocks) {
-        const Lanes<int32_t, kLanes32> d;
-        constexpr uint8_t o = kOddStart;
-        if constexpr (kSigned) {
-            const Bytes high = shuffled(blocks, {0x80, 0, 1, 2, 0x80, 3, 4, 5, 0x80, 6, 7, 8, 0x80, 9, 10, 11},
-                                        {0x80, o, o + 1, o + 2, 0x80, o + 3, o + 4, o + 5, 0x80, o + 6, o + 7, o + 8,
-                                         0x80, o + 9, o + 10, o + 11});
-            return hn::ShiftRight<8>(hn::BitCast(d, high));
-        } else {
-            return hn::BitCast(d, shuffled(blocks, {0, 1, 2, 0x80, 3, 4, 5, 0x80, 6, 7, 8, 0x80, 9, 10, 11, 0x80},
-                                           {o, o + 1, o + 2, 0x80, o + 3, o + 4, o + 5, 0x80, o + 6, o + 7, o + 8, 0x80,
-                                            o + 9, o + 10, o + 11, 0x80}));
+    // The elements in the upper bytes of the lanes where they are signed, else in the lower ones; 0x80 gives a zero.
+    static constexpr Places<uint8_t> unpackedPlaces() {
+        Places<uint8_t> places;
+        for (size_t i = 0; i < kVectorBytes; ++i) {
+            const size_t byte = i % 4;
+            const size_t start = (i / 16 % 2 == 0 ? 0 : kOddStart) + i % 16 / 4 * 3;
+            const bool isZero = byte == (kSigned ? 0 : 3);
+            places.at[i] = static_cast<uint8_t>(isZero ? 0x80 : start + byte - (kSigned ? 1 : 0));
         }
+        return places;
+    }
+    static HWY_INLINE Vec<int32_t, kLanes32> unpacked(Bytes blocks) {
+        static constexpr Places<uint8_t> kPlaces = unpackedPlaces();
+        const Lanes<uint8_t, kVectorBytes> d;
+        const auto lanes =
+            hn::BitCast(Lanes<int32_t, kLanes32>(), hn::TableLookupBytes(blocks, hn::Load(d, kPlaces.at)));
+        return kSigned ? hn::ShiftRight<8>(lanes) : lanes;
     }
 };
 
@@ -133,19 +134,30 @@ struct Packed24Target {
     }
 
   private:
+    static constexpr Places<uint8_t> packedPlaces() {
+        Places<uint8_t> places;
+        for (size_t i = 0; i < kVectorBytes; ++i)
+            places.at[i] = static_cast<uint8_t>(i % 16 < 12 ? i % 16 / 3 * 4 + i % 16 % 3 : 0x80);
+        return places;
+    }
+    // Three of four 32-bit lanes.
+    static constexpr Places<uint32_t> packedOrder() {
+        Places<uint32_t> order;
+        for (uint32_t i = 0; i < 3 * kLanes32 / 4; ++i)
+            order.at[i] = i / 3 * 4 + i % 3;
+        return order;
+    }
     static HWY_INLINE Bytes packed(Vec<int32_t, kLanes32> v) {
         const Lanes<uint8_t, kVectorBytes> d;
-        constexpr uint8_t places[16] = {0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, 0x80, 0x80, 0x80, 0x80};
-        const Bytes blocks = shuffled(hn::BitCast(d, v), places, places);
-#if HWY_TARGET <= HWY_AVX2
-        const Lanes<uint32_t, kLanes32> d32;
-        alignas(kVectorBytes) uint32_t order[kLanes32];
-        for (uint32_t i = 0; i < kLanes32; ++i)
-            order[i] = i < 3 * kLanes32 / 4 ? i / 3 * 4 + i % 3 : 3;
-        return hn::BitCast(d, hn::TableLookupLanes(hn::BitCast(d32, blocks), hn::SetTableIndices(d32, order)));
-#else
-        return blocks;
-#endif
+        static constexpr Places<uint8_t> kPlaces = packedPlaces();
+        const Bytes blocks = hn::TableLookupBytes(hn::BitCast(d, v), hn::Load(d, kPlaces.at));
+        if constexpr (kVectorBytes == 16) {
+            return blocks;
+        } else {
+            const Lanes<uint32_t, kLanes32> d32;
+            static constexpr Places<uint32_t> kOrder = packedOrder();
+            return hn::BitCast(d, hn::TableLookupLanes(hn::BitCast(d32, blocks), hn::SetTableIndices(d32, kOrder.at)));
+        }
     }
     static HWY_INLINE void write(Bytes v, uint8_t* to) {
 #if HWY_TARGET <= HWY_AVX3
@@ -290,11 +302,16 @@ HWY_INLINE auto narrowed(D d, V v) {
     using W = hn::TFromV<V>;
     if constexpr (sizeof(T) == sizeof(W)) {
         return v;
+#if HWY_TARGET <= HWY_AVX3
+    } else if constexpr (sizeof(W) == 8) {
+        return hn::Vec<D>{_mm512_cvtsepi64_epi32(v.raw)};
+#else
     } else if constexpr (sizeof(W) == 8) {
         const hn::Rebind<W, D> dw;
         const auto limited = hn::Min(hn::Max(v, hn::Set(dw, W{Range<T>::kLeast})), hn::Set(dw, W{Range<T>::kMost}));
         return hn::BitCast(
             d, hn::TruncateTo(hn::RebindToUnsigned<D>(), hn::BitCast(hn::RebindToUnsigned<decltype(dw)>(), limited)));
+#endif
     } else {
         return hn::DemoteTo(d, v);
     }
@@ -311,21 +328,26 @@ HWY_INLINE auto packedBlocks(V a, V b) {
 }
 
 // Blocks of 16 bytes that hold R vectors' parts in turn, put into the vectors' order.
+template <size_t R>
+constexpr Places<uint32_t> orderOfParts() {
+    constexpr size_t kBlocks = kVectorBytes / 16;
+    constexpr size_t kPart = 4 / R;
+    Places<uint32_t> order;
+    for (size_t i = 0; i < kLanes32; ++i) {
+        const size_t vector = i / (kBlocks * kPart);
+        const size_t block = i / kPart % kBlocks;
+        order.at[i] = static_cast<uint32_t>(block * 4 + vector * kPart + i % kPart);
+    }
+    return order;
+}
 template <size_t R, class D, class V>
 HWY_INLINE V inOrder(D d, V v) {
     if constexpr (kVectorBytes == 16) {
         return v;
     } else {
         const Lanes<uint32_t, kLanes32> d32;
-        constexpr size_t kBlocks = kVectorBytes / 16;
-        constexpr size_t kPart = 4 / R;
-        alignas(kVectorBytes) uint32_t order[kLanes32];
-        for (size_t i = 0; i < kLanes32; ++i) {
-            const size_t vector = i / (kBlocks * kPart);
-            const size_t block = i / kPart % kBlocks;
-            order[i] = static_cast<uint32_t>(block * 4 + vector * kPart + i % kPart);
-        }
-        return hn::BitCast(d, hn::TableLookupLanes(hn::BitCast(d32, v), hn::SetTableIndices(d32, order)));
+        static constexpr Places<uint32_t> kOrder = orderOfParts<R>();
+        return hn::BitCast(d, hn::TableLookupLanes(hn::BitCast(d32, v), hn::SetTableIndices(d32, kOrder.at)));
     }
 }
 
