@@ -391,30 +391,48 @@ struct RoundTo {
 
     template <class D, class V>
     HWY_INLINE auto operator()(D d, const V& v) const {
+        if constexpr (kFindsUnfit) {
+            const auto result = narrowed(d, forEach(v, [this](auto one) HWY_ATTR {
+                                             const hn::DFromV<decltype(one)> df;
+                                             return rounded32(df, scaled(df, one));
+                                         }));
+            const auto least = hn::Set(d, Limits::kLeast);
+            if (HWY_LIKELY(hn::AllFalse(d, hn::Eq(result, least)))) return result;
+        }
         return narrowed(d, forEach(v, [this](auto one) HWY_ATTR { return integers(one); }));
     }
 
   private:
     static constexpr F kMost = static_cast<F>(Limits::kMost);
+    // A result of the least signed integer may come from a number that a conversion cannot represent: without one, the
+    // limits and NaNs need no care.
+    static constexpr bool kFindsUnfit =
+        sizeof(F) == 4 && (std::is_same_v<Limits, Range<int8_t>> || std::is_same_v<Limits, Range<int16_t>> ||
+                           std::is_same_v<Limits, Range<int32_t>>);
     // Whether conversion and narrowing by themselves give 0 for a negative number, and so for a NaN.
     static constexpr bool kUnsigned = Limits::kLeast == 0;
 
+    template <class D, class V>
+    HWY_INLINE V scaled(D d, V v) const {
+        const V once = hn::Mul(v, hn::Set(d, factor));
+        if constexpr (kTwice) return hn::Mul(once, hn::Set(d, second));
+        return once;
+    }
     template <class V>
     HWY_INLINE auto integers(V v) const {
         const hn::DFromV<V> d;
-        auto scaled = hn::Mul(v, hn::Set(d, factor));
-        if constexpr (kTwice) scaled = hn::Mul(scaled, hn::Set(d, second));
-        if constexpr (!kUnsigned) scaled = hn::IfThenElseZero(hn::Eq(v, v), scaled);
+        auto number = scaled(d, v);
+        if constexpr (!kUnsigned) number = hn::IfThenElseZero(hn::Eq(v, v), number);
         if constexpr (std::is_same_v<Limits, Range24s> || std::is_same_v<Limits, Range24u>)
-            scaled = hn::Max(scaled, hn::Set(d, F{Limits::kLeast}));
+            number = hn::Max(number, hn::Set(d, F{Limits::kLeast}));
         if constexpr (Limits::kMost == std::numeric_limits<int64_t>::max()) {
-            return rounded64(d, scaled);
+            return rounded64(d, number);
         } else if constexpr (Limits::kMost == std::numeric_limits<int32_t>::max() && sizeof(F) == 4) {
             const Lanes<int32_t, hn::MaxLanes(d)> di;
-            const auto beyond = hn::RebindMask(di, hn::Ge(scaled, hn::Set(d, 0x1p31f)));
-            return hn::IfThenElse(beyond, hn::Set(di, std::numeric_limits<int32_t>::max()), rounded32(d, scaled));
+            const auto beyond = hn::RebindMask(di, hn::Ge(number, hn::Set(d, 0x1p31f)));
+            return hn::IfThenElse(beyond, hn::Set(di, std::numeric_limits<int32_t>::max()), rounded32(d, number));
         } else {
-            return rounded32(d, hn::Min(hn::Set(d, kMost), scaled));
+            return rounded32(d, hn::Min(hn::Set(d, kMost), number));
         }
     }
 

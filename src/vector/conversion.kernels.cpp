@@ -7,6 +7,11 @@ namespace zvps::ZVPS_LEVEL {
 namespace {
 
 struct Value {
+    template <class D>
+    HWY_INLINE auto operator()(D d, const Several<Vec<double, kLanes32 / 2>, 2>& v) const {
+        const hn::Half<D> half;
+        return hn::Combine(d, hn::DemoteTo(half, v.v[1]), hn::DemoteTo(half, v.v[0]));
+    }
     template <class D, class V>
     HWY_INLINE auto operator()(D d, V v) const {
         using From = hn::TFromV<V>;
@@ -24,6 +29,13 @@ struct Value {
 template <class Source, class S, class D>
 ZvpStatus convert(const S* src, D* dst, size_t n) {
     Value op;
+    if constexpr (sizeof(D) < sizeof(S)) {
+        constexpr size_t N = kVectorBytes / sizeof(D);
+        if (n >= N) {
+            mapVectors<1, 1, N>(op, dst, n, InParts<Source>{Source{src}});
+            return zvpStsOk;
+        }
+    }
     map(op, dst, n, Source{src});
     return zvpStsOk;
 }
@@ -47,7 +59,7 @@ ZvpStatus convertTimes(const S* src, D* dst, size_t n, D factor) {
 
 // Integers of Limits into elements of D, which are bytes for 24 bits.
 template <class Limits, class Op, class Source, class D>
-void narrow(Op op, D* dst, size_t n, const Source& source) {
+HWY_INLINE void narrow(Op op, D* dst, size_t n, const Source& source) {
     constexpr size_t N = kVectorBytes / sizeof(D);
     if constexpr (std::is_same_v<Limits, Range24s> || std::is_same_v<Limits, Range24u>) {
         mapTo24(op, dst, n, source);
