@@ -159,6 +159,7 @@ class Row {
 
 // One file a family.
 void registerArithmetic();
+void registerConversion();
 void registerInitialisation();
 void registerTelephony();
 void registerWindows();

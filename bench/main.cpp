@@ -36,6 +36,7 @@ int main(int argc, char** argv) {
     bench::chooseVolkImplementations();
     bench::registerMachine();
     bench::registerArithmetic();
+    bench::registerConversion();
     bench::registerInitialisation();
     bench::registerTelephony();
     bench::registerWindows();

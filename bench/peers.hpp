@@ -3,6 +3,7 @@
 #pragma once
 
 #include "zvps/types.h"
+#include <cstdint>
 
 // Loops as a careful user writes them.
 namespace plain {
@@ -49,6 +50,15 @@ template <class T>
 void blackman(const T* a, T* dst, int n);
 template <class T>
 void kaiser(const T* a, T* dst, int n, float alpha);
+// Conversions: the values, rounded to nearest even and saturated, saturated, and half precision.
+template <class S, class D>
+void convert(const S* a, D* dst, int n);
+template <class S, class D>
+void convertRounded(const S* a, D* dst, int n, S factor);
+template <class S, class D>
+void convertSaturated(const S* a, D* dst, int n);
+void fromHalf(const uint16_t* a, float* dst, int n);
+void toHalf(const float* a, uint16_t* dst, int n);
 
 void copy(const float* a, float* dst, int n);
 void triad(const float* a, const float* b, float val, float* dst, int n);
@@ -82,5 +92,15 @@ template <class T>
 void addProduct(const T* a, const T* b, T* dst, int n);
 template <class T>
 void absolute(const T* a, T* dst, int n);
+
+// Conversions: the values, rounded to nearest even and saturated, saturated, and half precision.
+template <class S, class D>
+void convert(const S* a, D* dst, int n);
+template <class S, class D>
+void convertRounded(const S* a, D* dst, int n, S factor);
+template <class S, class D>
+void convertSaturated(const S* a, D* dst, int n);
+void fromHalf(const uint16_t* a, float* dst, int n);
+void toHalf(const float* a, uint16_t* dst, int n);
 
 } // namespace eigen

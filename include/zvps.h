@@ -4,10 +4,12 @@
 
 #include "zvps/arithmetic.h"
 #include "zvps/companding.h"
+#include "zvps/convert.h"
 #include "zvps/goertzel.h"
 #include "zvps/initialisation.h"
 #include "zvps/memory.h"
 #include "zvps/status.h"
+#include "zvps/threshold.h"
 #include "zvps/types.h"
 #include "zvps/windows.h"
 

@@ -1,5 +1,7 @@
-// Elements as kernels see them: complex ones as pairs of their parts.
+// Elements as kernels take them: complex ones as pairs of their parts.
 #pragma once
+
+#include "core/scaled.hpp"
 
 #include <cstddef>
 #include <type_traits>
@@ -28,6 +30,15 @@ Part<T>* parts(T* p) {
 template <class T>
 size_t partCount(int len) {
     return static_cast<size_t>(len) * (sizeof(T) / sizeof(Part<T>));
+}
+
+template <class T>
+Pair<Part<T>> pairOf(T val) {
+    if constexpr (std::is_same_v<T, Part<T>>) {
+        return makePair(val, val);
+    } else {
+        return makePair(val.re, val.im);
+    }
 }
 
 } // namespace zvps

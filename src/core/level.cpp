@@ -7,11 +7,13 @@ namespace zvps {
 #define ZVPS_DECLARE_TABLES(level)                                                                                     \
     namespace level {                                                                                                  \
     extern const CompandingKernels compandingKernels;                                                                  \
+    extern const ConversionKernels conversionKernels;                                                                  \
     extern const GoertzelKernels goertzelKernels;                                                                      \
     extern const InitialisationKernels initialisationKernels;                                                          \
     extern const ProductKernels productKernels;                                                                        \
     extern const QuotientKernels quotientKernels;                                                                      \
     extern const SumKernels sumKernels;                                                                                \
+    extern const ThresholdKernels thresholdKernels;                                                                    \
     extern const WindowKernels windowKernels;                                                                          \
     }
 ZVPS_DECLARE_TABLES(v2)
@@ -23,8 +25,9 @@ namespace {
 
 #define ZVPS_TABLES(level)                                                                                             \
     {                                                                                                                  \
-        &level::compandingKernels, &level::goertzelKernels, &level::initialisationKernels, &level::productKernels,     \
-            &level::quotientKernels, &level::sumKernels, &level::windowKernels,                                        \
+        &level::compandingKernels, &level::conversionKernels, &level::goertzelKernels, &level::initialisationKernels,  \
+            &level::productKernels, &level::quotientKernels, &level::sumKernels, &level::thresholdKernels,             \
+            &level::windowKernels,                                                                                     \
     }
 constexpr Kernels levels[] = {ZVPS_TABLES(v2), ZVPS_TABLES(v3), ZVPS_TABLES(v4)};
 #undef ZVPS_TABLES

@@ -4,21 +4,25 @@
 namespace zvps {
 
 struct CompandingKernels;
+struct ConversionKernels;
 struct GoertzelKernels;
 struct InitialisationKernels;
 struct ProductKernels;
 struct QuotientKernels;
 struct SumKernels;
+struct ThresholdKernels;
 struct WindowKernels;
 
 // One table of function pointers per family.
 struct Kernels {
     const CompandingKernels* companding;
+    const ConversionKernels* conversions;
     const GoertzelKernels* goertzel;
     const InitialisationKernels* initialisation;
     const ProductKernels* products;
     const QuotientKernels* quotients;
     const SumKernels* sums;
+    const ThresholdKernels* thresholds;
     const WindowKernels* windows;
 };
 

@@ -18,6 +18,8 @@ HWY_INLINE auto widened(D d, V v) {
     using To = Element<D>;
     if constexpr (std::is_same_v<From, To>) {
         return v;
+    } else if constexpr (std::is_same_v<To, double> && std::is_integral_v<From> && sizeof(From) <= 4) {
+        return hn::PromoteTo(d, widened(hn::Rebind<int32_t, D>(), v));
     } else if constexpr (std::is_floating_point_v<To> && std::is_integral_v<From>) {
         return hn::ConvertTo(d, widened(hn::RebindToSigned<D>(), v));
     } else {
@@ -46,7 +48,7 @@ HWY_INLINE V floorAverage(D d, V a, V b) {
     }
 }
 
-// v * 2^-shift for 1 <= shift <= kBits<T>, to nearest, ties to even.
+// v * 2^-shift for 1 <= shift <= kBits<T>, less for signed T, to nearest, ties to even.
 template <class D, class V>
 HWY_INLINE V roundShift(D d, V v, int shift) {
     using T = Element<D>;

@@ -304,6 +304,28 @@ HWY_NOINLINE Op mapLong(Op op, T* dst, size_t n, Sources... sources) {
     return op;
 }
 
+// The part of map() for n >= kVectors * N lanes.
+template <size_t kPeriod, size_t kVectors, size_t N, class Op, class T, class... Sources>
+HWY_INLINE void mapVectors(Op& op, T* dst, size_t n, const Sources&... sources) {
+    constexpr size_t kStep = kVectors * N;
+    const Lanes<T, N> d;
+    constexpr size_t kAlignFrom = kAlignFromBytes / sizeof(T);
+    constexpr size_t kStreamFrom = kStreamFromBytes / (sizeof(T) + ... + Sources::kReadBytes);
+    if (HWY_UNLIKELY(n >= kAlignFrom &&
+                     (reinterpret_cast<uintptr_t>(dst) % (N * sizeof(T)) != 0 || n >= kStreamFrom))) {
+        op = mapLong<kPeriod, kVectors, N>(op, dst, n, sources...);
+        return;
+    }
+    const size_t last = n - kStep;
+    const auto tail = op(d, loadVectors<kVectors, N>(sources, last)...);
+    size_t i = 0;
+    do { // at least once, which does no harm to a single vector and spares its branch to all
+        storeVectors<isLight<Op>>(op(d, loadVectors<kVectors, N>(sources, i)...), d, dst + i);
+        i += kStep;
+    } while (i < last);
+    storeVectors<isLight<Op>>(tail, d, dst + last);
+}
+
 // dst[i] = op(sources[i]...) for n lanes, with op called on vectors. kPeriod: 2 where lanes belong together in pairs.
 // kWorkBytes: the width of the op's inner lanes where that is more than any operand's. kVectors: 2 for an op that takes
 // two vectors of each source at once (Two). The destination may be the same as a source: the vectors at the two ends,
@@ -317,21 +339,7 @@ HWY_INLINE void map(Op& op, T* dst, size_t n, const Sources&... sources) {
         storeFirstOf(op(d, loadFirstVectors<kVectors, N>(sources, n)...), d, dst, n);
         return;
     }
-    constexpr size_t kAlignFrom = kAlignFromBytes / sizeof(T);
-    constexpr size_t kStreamFrom = kStreamFromBytes / (sizeof(T) + ... + Sources::kReadBytes);
-    if (HWY_UNLIKELY(n >= kAlignFrom &&
-                     (reinterpret_cast<uintptr_t>(dst) % (N * sizeof(T)) != 0 || n >= kStreamFrom))) {
-        op = mapLong<largest(kPeriod, Sources::kPeriod...), kVectors, N>(op, dst, n, sources...);
-        return;
-    }
-    const size_t last = n - kStep;
-    const auto tail = op(d, loadVectors<kVectors, N>(sources, last)...);
-    size_t i = 0;
-    do { // at least once, which does no harm to a single vector and spares its branch to all
-        storeVectors<isLight<Op>>(op(d, loadVectors<kVectors, N>(sources, i)...), d, dst + i);
-        i += kStep;
-    } while (i < last);
-    storeVectors<isLight<Op>>(tail, d, dst + last);
+    mapVectors<largest(kPeriod, Sources::kPeriod...), kVectors, N>(op, dst, n, sources...);
 }
 
 } // namespace zvps::ZVPS_LEVEL

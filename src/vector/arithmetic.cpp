@@ -18,17 +18,6 @@
 namespace zvps {
 namespace {
 
-// ---- Operands ----
-
-template <class T>
-Pair<Part<T>> pairOf(T val) {
-    if constexpr (std::is_same_v<T, Part<T>>) {
-        return makePair(val, val);
-    } else {
-        return makePair(val.re, val.im);
-    }
-}
-
 // Operands as kernels take them: pointers to parts, and constants as they are.
 template <class T>
 const Part<T>* operand(const T* vector) {

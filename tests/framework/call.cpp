@@ -137,7 +137,26 @@ Operands randomOperands(const Function& f, size_t count, Random& random) {
                 fillRandom(*argument.type, result.values[i].bytes.data(), 1, random);
             } while (f.rejectsZeroConstant() && isZero(*argument.type, result.values[i].bytes.data()));
         } else if (argument.role == Role::roundMode) {
-            result.values[i].set(static_cast<int>(random.below(3)));
+            int mode = 0;
+            do mode = static_cast<int>(random.below(4));
+            while (f.rejectsRoundMode(mode));
+            result.values[i].set(mode);
+        }
+        if (argument.name == "relOp") result.values[i].set(random.below(2) == 0 ? 0 : 4);
+        if (argument.name == "level" && f.rejectsNegativeLevel()) {
+            withPartType(*argument.type, [&](auto level) {
+                level = result.values[i].get<decltype(level)>();
+                using Limits = std::numeric_limits<decltype(level)>;
+                if (level < 0) level = level < -Limits::max() ? Limits::max() : static_cast<decltype(level)>(-level);
+                result.values[i].set(level);
+            });
+        }
+        if (argument.name == "levelGT") {
+            withPartType(*argument.type, [&](auto level) {
+                const auto levelLT = result.values[i - 2].get<decltype(level)>();
+                level = result.values[i].get<decltype(level)>();
+                if (level < levelLT) std::swap(result.values[i - 2], result.values[i]);
+            });
         }
     }
     return result;

@@ -19,6 +19,12 @@ const std::vector<Function>& functions() {
         };
         const auto isMissing = [](const Function& f) { return f.address == nullptr; };
         all.erase(std::remove_if(all.begin(), all.end(), isMissing), all.end());
+        for (Function& f : all) {
+            if (f.name.find("24") == std::string::npos) continue;
+            for (Argument& argument : f.arguments) {
+                if (argument.type == &kElement8u) argument.type = &kElement24;
+            }
+        }
         return all;
     }();
     return built;
@@ -41,13 +47,24 @@ size_t Function::indexOf(Role role) const {
 }
 
 bool Function::isElementwise() const {
-    static constexpr std::string_view kFamilies[] = {"arithmetic", "companding", "initialisation"};
+    static constexpr std::string_view kFamilies[] = {"arithmetic", "companding", "convert", "initialisation", "threshold"};
     return std::find(std::begin(kFamilies), std::end(kFamilies), family) != std::end(kFamilies) && call != nullptr &&
            hasRole(Role::length) && !hasRole(Role::other) && (hasRole(Role::destination) || hasRole(Role::inOut));
 }
 
 bool Function::rejectsZeroConstant() const {
     return base() == "DivC" && name != "zvpsDivC_64s_ISfs";
+}
+
+bool Function::rejectsNegativeLevel() const {
+    static constexpr std::string_view kMagnitudes[] = {"Threshold_LTAbs", "Threshold_GTAbs", "Threshold_LTInv"};
+    return family == "threshold" && (arguments[0].type->parts == 2 || std::find(std::begin(kMagnitudes), std::end(kMagnitudes),
+                                                                                base()) != std::end(kMagnitudes));
+}
+
+bool Function::rejectsRoundMode(int mode) const {
+    if (family == "arithmetic") return mode < zvpRndZero || mode > zvpRndFinancial;
+    return !hasRole(Role::scaleFactor) && mode == zvpRndFinancial; // to half precision
 }
 
 bool Function::acceptsNegativeLength() const {

@@ -43,6 +43,9 @@ inline constexpr const ElementType* kElementType = nullptr;
 ZVPS_TEST_ELEMENTS(ZVPS_TEST_ELEMENT)
 #undef ZVPS_TEST_ELEMENT
 
+// Three bytes, which pass as its parts.
+inline constexpr ElementType kElement24 = {"24", 1, 3, false, false};
+
 // action(T{}) for the type T of the element's parts.
 template <class Action>
 decltype(auto) withPartType(const ElementType& type, Action action) {
@@ -119,6 +122,8 @@ struct Function {
     bool isElementwise() const;
     // Exceptions among them.
     bool rejectsZeroConstant() const;
+    bool rejectsNegativeLevel() const;
+    bool rejectsRoundMode(int mode) const;
     bool acceptsNegativeLength() const;
 };
 
