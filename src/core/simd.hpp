@@ -319,10 +319,13 @@ HWY_INLINE void mapVectors(Op& op, T* dst, size_t n, const Sources&... sources) 
     const size_t last = n - kStep;
     const auto tail = op(d, loadVectors<kVectors, N>(sources, last)...);
     size_t i = 0;
-    do { // at least once, which does no harm to a single vector and spares its branch to all
-        storeVectors<isLight<Op>>(op(d, loadVectors<kVectors, N>(sources, i)...), d, dst + i);
-        i += kStep;
-    } while (i < last);
+    // Light operations at least once, which does no harm to a single vector and spares its branch to all.
+    if (isLight<Op> || last != 0) {
+        do {
+            storeVectors<isLight<Op>>(op(d, loadVectors<kVectors, N>(sources, i)...), d, dst + i);
+            i += kStep;
+        } while (i < last);
+    }
     storeVectors<isLight<Op>>(tail, d, dst + last);
 }
 

@@ -30,8 +30,7 @@ Pair<T> operand(Pair<T> constant) {
 
 // ---- Calls ----
 
-// Operands
-// stand in the order of the kernel's, which with the destination last is the order of the checks too.
+// Operands stand in the order of the kernel's, which with the destination last is the order of the checks too.
 
 template <class T>
 bool isMissing(const T* vector) {

@@ -28,50 +28,36 @@ struct Scaled {
 };
 
 template <class Op, class = void>
-inline constexpr int kRoomUpTo = 0;
+inline constexpr bool hasRoom = false;
 template <class Op>
-inline constexpr int kRoomUpTo<Op, std::void_t<decltype(Op::kRoomUpTo)>> = Op::kRoomUpTo;
+inline constexpr bool hasRoom<Op, std::void_t<decltype(Op::kRoomUpTo)>> = (Op::kRoomUpTo > 1);
 
-template <class Op, Scaling scaling, class SourceA, class SourceB, class A, class B, class D>
+// What becomes of the results: they replace the destination, which may also be the operation's third operand.
+enum class Use { store, accumulate };
+
+template <Use use, class Op, Scaling scaling, class SourceA, class SourceB, class A, class B, class D>
 ZvpStatus binaryKernel(A a, B b, D* dst, size_t n, int shift) {
-    if constexpr (scaling == Scaling::down && kRoomUpTo < Op >> 1) {
-        if (shift <= kRoomUpTo<Op>) return binaryKernel<Op, Scaling::downInRoom, SourceA, SourceB>(a, b, dst, n, shift);
+    if constexpr (scaling == Scaling::down && hasRoom<Op>) {
+        if (shift <= Op::kRoomUpTo) {
+            return binaryKernel<use, Op, Scaling::downInRoom, SourceA, SourceB>(a, b, dst, n, shift);
+        }
     }
     Scaled<Op, scaling> op{shift};
-    map<Op::kPeriod>(op, dst, n, SourceA{a}, SourceB{b});
+    if constexpr (use == Use::accumulate) {
+        map<Op::kPeriod>(op, dst, n, SourceA{a}, SourceB{b}, Vector<D>{dst});
+    } else {
+        map<Op::kPeriod>(op, dst, n, SourceA{a}, SourceB{b});
+    }
     return zvpStsOk;
 }
 
-// The destination is the third operand as well.
-template <class Op, Scaling scaling, class SourceA, class SourceB, class A, class B, class D>
-ZvpStatus accumulateKernel(A a, B b, D* dst, size_t n, int shift) {
-    if constexpr (scaling == Scaling::down && kRoomUpTo < Op >> 1) {
-        if (shift <= kRoomUpTo<Op>)
-            return accumulateKernel<Op, Scaling::downInRoom, SourceA, SourceB>(a, b, dst, n, shift);
-    }
-    Scaled<Op, scaling> op{shift};
-    map<Op::kPeriod>(op, dst, n, SourceA{a}, SourceB{b}, Vector<D>{dst});
-    return zvpStsOk;
-}
-
-template <class Op, class SourceA, class SourceB, class A, class B, class D>
+template <Use use, class Op, class SourceA, class SourceB, class A, class B, class D>
 constexpr ScaledKernels<A, B, D> binaryKernels() {
     return {
-        binaryKernel<Op, Scaling::exact, SourceA, SourceB, A, B, D>,
-        binaryKernel<Op, Scaling::halved, SourceA, SourceB, A, B, D>,
-        binaryKernel<Op, Scaling::down, SourceA, SourceB, A, B, D>,
-        binaryKernel<Op, Scaling::up, SourceA, SourceB, A, B, D>,
-        Op::kLastShift,
-    };
-}
-
-template <class Op, class SourceA, class SourceB, class A, class B, class D>
-constexpr ScaledKernels<A, B, D> accumulateKernels() {
-    return {
-        accumulateKernel<Op, Scaling::exact, SourceA, SourceB, A, B, D>,
-        accumulateKernel<Op, Scaling::halved, SourceA, SourceB, A, B, D>,
-        accumulateKernel<Op, Scaling::down, SourceA, SourceB, A, B, D>,
-        accumulateKernel<Op, Scaling::up, SourceA, SourceB, A, B, D>,
+        binaryKernel<use, Op, Scaling::exact, SourceA, SourceB, A, B, D>,
+        binaryKernel<use, Op, Scaling::halved, SourceA, SourceB, A, B, D>,
+        binaryKernel<use, Op, Scaling::down, SourceA, SourceB, A, B, D>,
+        binaryKernel<use, Op, Scaling::up, SourceA, SourceB, A, B, D>,
         Op::kLastShift,
     };
 }

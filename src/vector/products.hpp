@@ -92,12 +92,6 @@ struct FromWide {
     }
 };
 
-// The odd 32-bit lanes in the place of the even ones.
-template <class V>
-HWY_INLINE V oddToEven(V v) {
-    return hn::DupOdd(v);
-}
-
 template <class D, class V>
 HWY_INLINE auto wideProducts(D d, V a, V b) {
     using T = Element<D>;
@@ -110,7 +104,7 @@ HWY_INLINE auto wideProducts(D d, V a, V b) {
     } else if constexpr (sizeof(T) == 2) {
         return interleavedHalves(d, hn::Mul(a, b), hn::MulHigh(a, b));
     } else {
-        return widePair(hn::MulEven(a, b), hn::MulEven(oddToEven(a), oddToEven(b)));
+        return widePair(hn::MulEven(a, b), hn::MulEven(hn::DupOdd(a), hn::DupOdd(b)));
     }
 }
 
@@ -183,8 +177,8 @@ struct MulComplex : FromWide<MulComplex<T>> {
             const auto im = withoutOverflow(dw, pairSums(dw, x, swapped));
             return widePair(hn::InterleaveLower(dw, re, im), hn::InterleaveUpper(dw, re, im));
         } else {
-            const V odd = oddToEven(x);
-            const auto re = hn::Sub(hn::MulEven(x, y), hn::MulEven(odd, oddToEven(y)));
+            const V odd = hn::DupOdd(x);
+            const auto re = hn::Sub(hn::MulEven(x, y), hn::MulEven(odd, hn::DupOdd(y)));
             const auto im = hn::Add(hn::MulEven(x, swapped), hn::MulEven(odd, y));
             return widePair(re, withoutOverflow(dw, im));
         }

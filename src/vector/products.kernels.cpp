@@ -77,21 +77,23 @@ ZvpStatus mulC_64s(int64_t multiplier, int64_t* dst, size_t n, int64_t shift) {
 extern const ProductKernels productKernels;
 const ProductKernels productKernels = {
 #define ZVPS_KERNELS(slot, op, source1, source2, type1, type2, result)                                                 \
-    binaryKernels<op, source1<type1>, source2<type2>, source1##Argument<type1>, source2##Argument<type2>, result>(),
+    binaryKernels<Use::store, op, source1<type1>, source2<type2>, source1##Argument<type1>, source2##Argument<type2>,  \
+                  result>(),
     ZVPS_SCALED_PRODUCTS(ZVPS_KERNELS)
 #undef ZVPS_KERNELS
 #define ZVPS_KERNELS(slot, op, source1, source2, type1, type2, result)                                                 \
-    accumulateKernels<op, source1<type1>, source2<type2>, source1##Argument<type1>, source2##Argument<type2>, result>(),
+    binaryKernels<Use::accumulate, op, source1<type1>, source2<type2>, source1##Argument<type1>,                       \
+                  source2##Argument<type2>, result>(),
         ZVPS_SCALED_ACCUMULATIONS(ZVPS_KERNELS)
 #undef ZVPS_KERNELS
 #define ZVPS_KERNEL(slot, op, source1, source2, type1, type2, result)                                                  \
-    binaryKernel<op, Scaling::exact, source1<type1>, source2<type2>, source1##Argument<type1>,                         \
+    binaryKernel<Use::store, op, Scaling::exact, source1<type1>, source2<type2>, source1##Argument<type1>,             \
                  source2##Argument<type2>, result>,
             ZVPS_PLAIN_PRODUCTS(ZVPS_KERNEL)
 #undef ZVPS_KERNEL
 #define ZVPS_KERNEL(slot, op, source1, source2, type1, type2, result)                                                  \
-    accumulateKernel<op, Scaling::exact, source1<type1>, source2<type2>, source1##Argument<type1>,                     \
-                     source2##Argument<type2>, result>,
+    binaryKernel<Use::accumulate, op, Scaling::exact, source1<type1>, source2<type2>, source1##Argument<type1>,        \
+                 source2##Argument<type2>, result>,
                 ZVPS_PLAIN_ACCUMULATIONS(ZVPS_KERNEL)
 #undef ZVPS_KERNEL
                     mulC_32f16s,

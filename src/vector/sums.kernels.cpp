@@ -59,12 +59,13 @@ ZvpStatus absolute(const T* src, T* dst, size_t n) {
 extern const SumKernels sumKernels;
 const SumKernels sumKernels = {
 #define ZVPS_KERNELS(slot, op, source1, source2, type)                                                                 \
-    binaryKernels<op<type>, source1<type>, source2<type>, source1##Argument<type>, source2##Argument<type>, type>(),
+    binaryKernels<Use::store, op<type>, source1<type>, source2<type>, source1##Argument<type>,                         \
+                  source2##Argument<type>, type>(),
     ZVPS_SCALED_SUMS(ZVPS_KERNELS)
 #undef ZVPS_KERNELS
 #define ZVPS_KERNEL(slot, op, source1, source2, type1, type2, result)                                                  \
-    binaryKernel<Plain##op<result>, Scaling::exact, source1<type1>, source2<type2>, source1##Argument<type1>,          \
-                 source2##Argument<type2>, result>,
+    binaryKernel<Use::store, Plain##op<result>, Scaling::exact, source1<type1>, source2<type2>,                        \
+                 source1##Argument<type1>, source2##Argument<type2>, result>,
         ZVPS_PLAIN_SUMS(ZVPS_KERNEL)
 #undef ZVPS_KERNEL
 #define ZVPS_KERNEL(slot, type) absolute<type>,
