@@ -23,8 +23,7 @@ D* destination(const V& v) {
 #define FROM(S) source<Zvp##S>(v)
 #define TO(D) destination<Zvp##D>(v)
 
-#define ROW(CODE, SUFFIX, S, D)                                                                                        \
-    Row<Wider<Zvp##S, Zvp##D>>("Convert_" #CODE SUFFIX, 2, lengths)
+#define ROW(CODE, SUFFIX, S, D) Row<Wider<Zvp##S, Zvp##D>>("Convert_" #CODE SUFFIX, 2, lengths)
 #define CONVERT(CODE, S, D)                                                                                            \
     ROW(CODE, "", S, D)                                                                                                \
         .with("ours", BENCH_CALL(zvpsConvert_##CODE(FROM(S), TO(D), v.n)))                                             \

@@ -17,7 +17,8 @@ void* zvpMalloc(int64_t size);
 void zvpFree(void* ptr);
 
 /* How many threads a function of the library may use now: what the OpenMP runtime would give a parallel region at this
-   point (OMP_NUM_THREADS, OMP_THREAD_LIMIT, omp_set_num_threads), never more than zvpSetNumThreads allows, at least 1. */
+   point (OMP_NUM_THREADS, OMP_THREAD_LIMIT, omp_set_num_threads), never more than zvpSetNumThreads allows, at least
+   1. */
 int ownGetNumThreads(void);
 
 /* Lets the library use at most `count` threads, in the whole process; a count below 1 lifts the limit again. Safe to

@@ -15,7 +15,8 @@ namespace {
 
 static_assert(std::numeric_limits<long double>::digits >= 64);
 
-// ---- Elements by their codes -----------------------------------------------------------------------------------------
+// ---- Elements by their codes
+// -----------------------------------------------------------------------------------------
 
 template <class T>
 T load(const unsigned char* element) {
@@ -69,7 +70,8 @@ Limits limitsOf(const std::string& code) {
 unsigned halfOf(long double value, bool toNearest) {
     static const std::vector<long double> magnitudes = [] {
         std::vector<long double> all;
-        for (unsigned bits = 0; bits < 0x7C00; ++bits) all.push_back(valueOfHalf(bits));
+        for (unsigned bits = 0; bits < 0x7C00; ++bits)
+            all.push_back(valueOfHalf(bits));
         all.push_back(65536);
         return all;
     }();
@@ -90,7 +92,8 @@ long double rounded(long double value, int mode) {
     return mode == zvpRndZero ? std::trunc(value) : std::round(value);
 }
 
-// ---- What a function computes ----------------------------------------------------------------------------------------
+// ---- What a function computes
+// ----------------------------------------------------------------------------------------
 
 struct Conversion {
     const Function* function;
@@ -117,13 +120,15 @@ struct Conversion {
             }
             std::memcpy(result, &stored, 2);
         } else {
-            if (function->name.find("32s24s") != std::string::npos) scaleFactor = std::clamp<int64_t>(scaleFactor, -31, 31);
+            if (function->name.find("32s24s") != std::string::npos)
+                scaleFactor = std::clamp<int64_t>(scaleFactor, -31, 31);
             // Beyond this every number is 0 or out of range.
             const int scale = static_cast<int>(std::clamp<int64_t>(scaleFactor, -4000, 4000));
             const Limits limits = limitsOf(to);
             const long double exact = std::ldexp(value, -scale);
             long double stored = 0;
-            if (!std::isnan(exact)) stored = std::clamp(rounded(exact, rounds ? mode : zvpRndNear), limits.least, limits.most);
+            if (!std::isnan(exact))
+                stored = std::clamp(rounded(exact, rounds ? mode : zvpRndNear), limits.least, limits.most);
             const uint64_t bits = stored < 0 ? -static_cast<uint64_t>(-stored) : static_cast<uint64_t>(stored);
             std::memcpy(result, &bits, bytesOf(to));
         }
@@ -168,7 +173,8 @@ Bytes critical(const Conversion& c, int64_t scaleFactor, Random& random) {
             if (random.below(2) == 0) {
                 target += random.below(2) == 0 ? limits.least : limits.most;
             } else { // of any magnitude
-                target += std::floor(std::ldexp(limits.most, -static_cast<int>(random.below(static_cast<size_t>(bitsOf(c.to))))));
+                target += std::floor(
+                    std::ldexp(limits.most, -static_cast<int>(random.below(static_cast<size_t>(bitsOf(c.to))))));
             }
         }
         const long double wanted = std::ldexp(target, scale);
@@ -194,11 +200,12 @@ Bytes critical(const Conversion& c, int64_t scaleFactor, Random& random) {
 }
 
 TEST(Conversion, Values) {
-    std::vector<int> scaleFactors = {0,    1,    -1,  2,    3,     -3,   7,     -8,   10,    15,    16,   17,      -14,    -16,
-                                     23,   24,   -23, 31,   32,    33,   -30,   -31,  -32,   -33,   40,   -40,     63,     64,
-                                     65,   -63,  100, -100, 112,   113,  -112,  -113, 125,   126,   127,  128,     130,    -125,
-                                     -126, -127, 149, -149, -150,  -180, 200,   -200, 252,   -252,  253,  300,     -300,   1000,
-                                     1008, 1022, 1023, 1024, -1008, -1022, -1023, 1080, -1080, -1140, 2100, INT_MAX, INT_MIN};
+    std::vector<int> scaleFactors = {0,     1,     -1,    2,    3,     -3,    7,    -8,      10,     15,   16,   17,
+                                     -14,   -16,   23,    24,   -23,   31,    32,   33,      -30,    -31,  -32,  -33,
+                                     40,    -40,   63,    64,   65,    -63,   100,  -100,    112,    113,  -112, -113,
+                                     125,   126,   127,   128,  130,   -125,  -126, -127,    149,    -149, -150, -180,
+                                     200,   -200,  252,   -252, 253,   300,   -300, 1000,    1008,   1022, 1023, 1024,
+                                     -1008, -1022, -1023, 1080, -1080, -1140, 2100, INT_MAX, INT_MIN};
     Stage stage(65536 * 8);
     size_t tested = 0;
     for (const Conversion& c : conversions()) {
@@ -217,7 +224,8 @@ TEST(Conversion, Values) {
                 if (c.rounds) operands.values[c.function->indexOf(Role::roundMode)].set(mode);
                 std::vector<Bytes> wanted = operands.vectors;
                 for (size_t i = 0; i < operands.count; ++i) {
-                    c.store(&operands.vectors[0][i * bytesOf(c.from)], &wanted[1][i * bytesOf(c.to)], mode, scaleFactor);
+                    c.store(&operands.vectors[0][i * bytesOf(c.from)], &wanted[1][i * bytesOf(c.to)], mode,
+                            scaleFactor);
                 }
                 for (const Level level : levels()) {
                     useLevel(level);

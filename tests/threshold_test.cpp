@@ -28,7 +28,8 @@ bool isBelow(const std::string& base, int relOp) {
     return base == "Threshold" ? relOp == 0 : base.find("LT") != std::string::npos;
 }
 
-// ---- Real elements: exact --------------------------------------------------------------------------------------------
+// ---- Real elements: exact
+// --------------------------------------------------------------------------------------------
 
 template <class T>
 T expectedReal(const std::string& base, T x, const Parameters<T>& p) {
@@ -44,14 +45,17 @@ T expectedReal(const std::string& base, T x, const Parameters<T>& p) {
     return isBelow(base, p.relOp) ? (x < p.level ? p.level : x) : (x > p.level ? p.level : x);
 }
 
-// ---- Complex elements ------------------------------------------------------------------------------------------------
+// ---- Complex elements
+// ------------------------------------------------------------------------------------------------
 
 // part * level / sqrt(square) to nearest, by comparing squares.
 int16_t exactPart(int part, int level, int64_t square) {
     const Wide twice = Wide{2} * std::abs(part) * level;
-    int64_t whole = std::max<int64_t>(0, static_cast<int64_t>(std::abs(part) * static_cast<double>(level) /
-                                                              std::sqrt(static_cast<double>(square))) - 2);
-    while (Wide{2 * whole + 1} * (2 * whole + 1) * square < twice * twice) ++whole;
+    int64_t whole = std::max<int64_t>(
+        0,
+        static_cast<int64_t>(std::abs(part) * static_cast<double>(level) / std::sqrt(static_cast<double>(square))) - 2);
+    while (Wide{2 * whole + 1} * (2 * whole + 1) * square < twice * twice)
+        ++whole;
     return static_cast<int16_t>(part < 0 ? -whole : whole);
 }
 
@@ -82,9 +86,11 @@ template <class T>
 bool isNear(long double re, long double im, Complex<T> y) {
     using Limits = std::numeric_limits<T>;
     const long double magnitude = std::hypot(re, im);
-    const long double bound = std::fmax(8 * Limits::epsilon() * magnitude, 2 * static_cast<long double>(Limits::denorm_min()));
+    const long double bound =
+        std::fmax(8 * Limits::epsilon() * magnitude, 2 * static_cast<long double>(Limits::denorm_min()));
     const auto near = [&](long double wanted, T part) {
-        if (std::isinf(part)) return std::fabs(wanted) + bound >= Limits::max() && std::signbit(wanted) == std::signbit(part);
+        if (std::isinf(part))
+            return std::fabs(wanted) + bound >= Limits::max() && std::signbit(wanted) == std::signbit(part);
         return std::fabs(wanted - part) <= bound;
     };
     return near(re, y.re) && near(im, y.im);
@@ -119,12 +125,15 @@ bool isExpected(const std::string& base, Complex<T> x, Complex<T> y, const Param
         if (isClose && isNear<T>(re, im, y)) return true;
         if (!replaces) return isSame(x, y);
         if (isZero) return y.re == p.level && y.im == 0;
-        return std::isfinite(y.re) && std::isfinite(y.im) && isNear<T>(re / magnitude * level, im / magnitude * level, y);
+        return std::isfinite(y.re) && std::isfinite(y.im) &&
+               isNear<T>(re / magnitude * level, im / magnitude * level, y);
     }
-    return (isClose && isSame(x, y)) || isSame(replaces ? p.complexValue : x, y) || (isClose && isSame(p.complexValue, y));
+    return (isClose && isSame(x, y)) || isSame(replaces ? p.complexValue : x, y) ||
+           (isClose && isSame(p.complexValue, y));
 }
 
-// ---- Sweeps ----------------------------------------------------------------------------------------------------------
+// ---- Sweeps
+// ----------------------------------------------------------------------------------------------------------
 
 template <class T>
 void setParameters(const Function& f, Operands& operands, const Parameters<T>& p) {
@@ -146,7 +155,8 @@ void setParameters(const Function& f, Operands& operands, const Parameters<T>& p
 template <class Action>
 void withThresholdType(const ElementType& type, Action action) {
     withPartType(type, [&](auto part) {
-        if constexpr (std::is_signed_v<decltype(part)> && sizeof(part) > 1 && !std::is_same_v<decltype(part), int64_t>) {
+        if constexpr (std::is_signed_v<decltype(part)> && sizeof(part) > 1 &&
+                      !std::is_same_v<decltype(part), int64_t>) {
             action(part);
         }
     });
@@ -178,24 +188,27 @@ class Thresholds : public ::testing::Test {
                 if (f.arguments[0].type->parts == 1) {
                     const T x = element<T>(source.data(), i), y = element<T>(stage.vector(output), i);
                     const T wanted = expectedReal(f.base(), x, p);
-                    isFine = (wanted == y && std::signbit(static_cast<double>(wanted)) == std::signbit(static_cast<double>(y))) ||
+                    isFine = (wanted == y &&
+                              std::signbit(static_cast<double>(wanted)) == std::signbit(static_cast<double>(y))) ||
                              (wanted != wanted && y != y);
                     dividesByZero = dividesByZero || (x == 0 && p.level == 0);
                 } else {
-                    const auto x = element<Complex<T>>(source.data(), i), y = element<Complex<T>>(stage.vector(output), i);
+                    const auto x = element<Complex<T>>(source.data(), i),
+                               y = element<Complex<T>>(stage.vector(output), i);
                     isFine = isExpected(f.base(), x, y, p);
                     dividesByZero = dividesByZero || (x.re == 0 && x.im == 0 && p.level == 0);
                 }
                 if (!isFine) {
                     text = difference(*f.arguments[0].type, &source[i * f.arguments[0].type->bytes()],
-                                      stage.vector(output) + i * f.arguments[0].type->bytes(), 1) + " (from the source)";
+                                      stage.vector(output) + i * f.arguments[0].type->bytes(), 1) +
+                           " (from the source)";
                 }
             }
             dividesByZero = dividesByZero && f.base() == "Threshold_LTInv";
             if (status != (dividesByZero ? zvpStsDivByZero : zvpStsOk)) text += ", status " + std::to_string(status);
             if (text.empty()) continue;
-            ADD_FAILURE() << f.name << " by " << levelName(level) << ", level " << +p.level << ", relOp " << p.relOp << ": "
-                          << text;
+            ADD_FAILURE() << f.name << " by " << levelName(level) << ", level " << +p.level << ", relOp " << p.relOp
+                          << ": " << text;
             return false;
         }
         return true;
@@ -211,8 +224,10 @@ void placeNearLevel(const ElementType& type, Operands& operands, T level, Random
         unsigned char* const at = &operands.vectors[0][i * type.bytes()];
         if constexpr (std::is_floating_point_v<T>) {
             const double angle = static_cast<double>(random.below(4096)) / 600;
-            const T magnitude = level * (1 + static_cast<T>(static_cast<int>(random.below(9)) - 4) * std::numeric_limits<T>::epsilon());
-            const Complex<T> pair{magnitude * static_cast<T>(std::cos(angle)), magnitude * static_cast<T>(std::sin(angle))};
+            const T magnitude =
+                level * (1 + static_cast<T>(static_cast<int>(random.below(9)) - 4) * std::numeric_limits<T>::epsilon());
+            const Complex<T> pair{magnitude * static_cast<T>(std::cos(angle)),
+                                  magnitude * static_cast<T>(std::sin(angle))};
             const T real = random.below(2) == 0 ? magnitude : -magnitude;
             if (type.parts == 2) {
                 std::memcpy(at, &pair, sizeof(pair));
@@ -231,7 +246,8 @@ template <class T>
 std::vector<T> levelsOf() {
     using Limits = std::numeric_limits<T>;
     if constexpr (std::is_floating_point_v<T>) {
-        std::vector<T> result = {0, 1, 5, T(0.3), -2, Limits::max(), Limits::min(), Limits::denorm_min(), Limits::min() / 8};
+        std::vector<T> result = {
+            0, 1, 5, T(0.3), -2, Limits::max(), Limits::min(), Limits::denorm_min(), Limits::min() / 8};
         for (int exponent = 10; exponent < Limits::max_exponent; exponent += Limits::max_exponent / 12) {
             result.push_back(std::ldexp(T(1.7), exponent));
             result.push_back(std::ldexp(T(1.3), -exponent));
@@ -257,7 +273,8 @@ TEST_F(Thresholds, Values) {
                 placeNearLevel(type, operands, level, random);
                 const T other = levelsOf<T>()[random.below(levelsOf<T>().size())];
                 for (const int relOp : {0, 4}) {
-                    const Parameters<T> p{level, 3, std::min(level, other), 7, std::max(level, other), -9, {11, -12}, relOp};
+                    const Parameters<T> p{level,     3,    std::min(level, other), 7, std::max(level, other), -9,
+                                          {11, -12}, relOp};
                     setParameters(f, operands, p);
                     if (!isRight(f, operands, p)) return;
                 }
@@ -277,7 +294,8 @@ TEST_F(Thresholds, NearTies) {
             for (int round = 0; round < 3000; ++round) {
                 const int64_t level = 1 + static_cast<int64_t>(random.below(32767));
                 const int64_t odd = 2 * static_cast<int64_t>(random.below(static_cast<size_t>(level))) + 1;
-                long double rest = std::sqrt(static_cast<long double>(4 * level * level - odd * odd)) / static_cast<long double>(odd);
+                long double rest =
+                    std::sqrt(static_cast<long double>(4 * level * level - odd * odd)) / static_cast<long double>(odd);
                 std::vector<Complex<int16_t>> elements;
                 int64_t p0 = 0, q0 = 1, p1 = 1, q1 = 0; // q / p approaches the ratio
                 for (int step = 0; step < 20; ++step) {
@@ -311,7 +329,8 @@ TEST_F(Thresholds, Errors) {
             Operands operands = randomOperands(f, 40, random);
             const auto expect = [&](const Parameters<T>& p, ZvpStatus wanted) {
                 setParameters(f, operands, p);
-                EXPECT_EQ(stage.call(f, operands, 0, 40, {}), wanted) << f.name << ", level " << +p.level << ", relOp " << p.relOp;
+                EXPECT_EQ(stage.call(f, operands, 0, 40, {}), wanted)
+                    << f.name << ", level " << +p.level << ", relOp " << p.relOp;
                 EXPECT_EQ(differences(f, stage, operands.vectors, 0, 40), "") << f.name;
                 How how;
                 how.length = 0;
@@ -321,7 +340,8 @@ TEST_F(Thresholds, Errors) {
             };
             if (f.rejectsNegativeLevel()) expect({-1, 0, 0, 0, 0, 0, {0, 0}, 1}, zvpStsBadThresholdLevel);
             if (f.base() == "Threshold") {
-                for (const int relOp : {1, 2, 3, 5, -1}) expect({1, 0, 0, 0, 0, 0, {0, 0}, relOp}, zvpStsBadArg);
+                for (const int relOp : {1, 2, 3, 5, -1})
+                    expect({1, 0, 0, 0, 0, 0, {0, 0}, relOp}, zvpStsBadArg);
             }
             if (f.base() == "Threshold_LTValGTVal") expect({0, 0, 2, 0, 1, 0, {0, 0}, 0}, zvpStsBadThresholdOrder);
         });

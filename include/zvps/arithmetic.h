@@ -1,13 +1,14 @@
 /* Element-wise arithmetic: sums, differences, products, quotients of two vectors or of a vector and a constant.
 
    Arguments. Sources stand before the destination, then the length (elements; a complex pair counts as one), further
-   parameters, scaleFactor last. Forms ending in I or ISfs work in place on pSrcDst. Any alignment of the element type is
-   fine; the destination may be the same vector as any source, but must not overlap one in another way.
+   parameters, scaleFactor last. Forms ending in I or ISfs work in place on pSrcDst. Any alignment of the element type
+   is fine; the destination may be the same vector as any source, but must not overlap one in another way.
 
-   Scaling. A form ending in Sfs stores the exact result times 2^-scaleFactor, rounded to nearest with ties to even, then
-   saturated to the destination's range. Every int is a valid scaleFactor: positive ones divide, negative ones multiply.
-   Integer forms without it store the exact result, saturated. The two parts of a complex result are rounded and
-   saturated each by itself. Floating-point forms are the IEEE operations of the element type, each rounded by itself.
+   Scaling. A form ending in Sfs stores the exact result times 2^-scaleFactor, rounded to nearest with ties to even,
+   then saturated to the destination's range. Every int is a valid scaleFactor: positive ones divide, negative ones
+   multiply. Integer forms without it store the exact result, saturated. The two parts of a complex result are rounded
+   and saturated each by itself. Floating-point forms are the IEEE operations of the element type, each rounded by
+   itself.
 
    Statuses. Null pointers in argument order (zvpStsNullPtr), then a length below 1 (zvpStsBadSize), then what the group
    names. Nothing is written on an error. zvpStsDivByZero is a warning: the whole vector is written first.
@@ -250,8 +251,8 @@ ZvpStatus zvpsMulC_Low_32f16s(const Zvp32f* pSrc, Zvp32f val, Zvp16s* pDst, int 
 
 /* Quotient by a constant: pDst[n] = pSrc[n] / val, a division also in floating point. val = 0 (complex: both parts)
    gives zvpStsDivByZeroErr and writes nothing.
-   DivC_64s_ISfs multiplies by a 63-bit fixed-point reciprocal, so its quotient may differ from the exact one in the last
-   place of large results. val = 0 saturates every element by its sign, leaves zeros and returns zvpStsDivByZero. A
+   DivC_64s_ISfs multiplies by a 63-bit fixed-point reciprocal, so its quotient may differ from the exact one in the
+   last place of large results. val = 0 saturates every element by its sign, leaves zeros and returns zvpStsDivByZero. A
    length of 0 gives zvpStsBadSize; a negative length is not an error: val = 0 then treats the first element, any other
    val none. */
 ZvpStatus zvpsDivC_8u_Sfs(const Zvp8u* pSrc, Zvp8u val, Zvp8u* pDst, int len, int scaleFactor);

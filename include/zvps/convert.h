@@ -1,15 +1,16 @@
-/* Conversion between element types: integers of 8 to 64 bits, packed 24-bit integers, half, single and double precision.
+/* Conversion between element types: integers of 8 to 64 bits, packed 24-bit integers, half to double precision.
 
    Arguments. The source, the destination, the length in elements, then the rounding mode, then scaleFactor last. Any
-   alignment of the element type is fine. The destination may be the same vector as the source where the elements of both
-   have the same size; otherwise they must not overlap.
+   alignment of the element type is fine. The destination may be the same vector as the source where the elements of
+   both have the same size; otherwise they must not overlap.
 
-   24-bit elements are three bytes each, least significant first, two's complement when signed (24s); a vector of them is
-   passed as a pointer to bytes, of any alignment, and nothing beyond its last byte is read or written. Half-precision
-   elements (16f) are IEEE binary16 in 16-bit containers; subnormal ones are converted exactly in both directions.
+   24-bit elements are three bytes each, least significant first, two's complement when signed (24s); a vector of them
+   is passed as a pointer to bytes, of any alignment, and nothing beyond its last byte is read or written.
+   Half-precision elements (16f) are IEEE binary16 in 16-bit containers; subnormal ones are converted exactly in both
+   directions.
 
-   Scaling. A form ending in Sfs multiplies by 2^-scaleFactor: positive scale factors divide, negative ones multiply, and
-   every int is valid.
+   Scaling. A form ending in Sfs multiplies by 2^-scaleFactor: positive scale factors divide, negative ones multiply,
+   and every int is valid.
 
    Statuses. Null pointers in argument order (zvpStsNullPtr), then a length below 1 (zvpStsBadSize), then what the group
    names. Nothing is written on an error.
@@ -26,8 +27,8 @@ extern "C" {
 #endif
 #pragma GCC visibility push(default)
 
-/* The same value in another type. Exact, but for 32s32f, 64s64f and 64f32f, which round to nearest, ties to even (64f32f
-   to infinity beyond the largest single). NaNs stay NaNs. */
+/* The same value in another type. Exact, but for 32s32f, 64s64f and 64f32f, which round to nearest, ties to even
+   (64f32f to infinity beyond the largest single). NaNs stay NaNs. */
 ZvpStatus zvpsConvert_8s16s(const Zvp8s* pSrc, Zvp16s* pDst, int len);
 ZvpStatus zvpsConvert_8s32f(const Zvp8s* pSrc, Zvp32f* pDst, int len);
 ZvpStatus zvpsConvert_8u32f(const Zvp8u* pSrc, Zvp32f* pDst, int len);
@@ -77,8 +78,8 @@ ZvpStatus zvpsConvert_64f64s_Sfs(const Zvp64f* pSrc, Zvp64s* pDst, int len, ZvpR
 ZvpStatus zvpsConvert_16f16s_Sfs(const Zvp16f* pSrc, Zvp16s* pDst, int len, ZvpRoundMode rndMode, int scaleFactor);
 
 /* To half precision. rndMode 1 (zvpRndNear) rounds to nearest with ties to even, to infinity from a magnitude of 65520
-   up; 2 (zvpRndFinancial) gives zvpStsBadRoundMode; every other value truncates, finite values beyond the largest half to
-   65504 with their sign. NaNs stay NaNs. */
+   up; 2 (zvpRndFinancial) gives zvpStsBadRoundMode; every other value truncates, finite values beyond the largest half
+   to 65504 with their sign. NaNs stay NaNs. */
 ZvpStatus zvpsConvert_16s16f(const Zvp16s* pSrc, Zvp16f* pDst, int len, ZvpRoundMode rndMode);
 ZvpStatus zvpsConvert_32f16f(const Zvp32f* pSrc, Zvp16f* pDst, int len, ZvpRoundMode rndMode);
 

@@ -1,9 +1,9 @@
 /* Windows: a vector multiplied by a symmetric window of its own length.
 
-   Arguments. The source stands before the destination, then the length (elements; a complex pair counts as one, both its
-   parts are multiplied by the same value), then the window's parameter. Forms ending in I or ISfs work in place on
-   pSrcDst. Any alignment of the element type is fine; the destination may be the same vector as the source, but must not
-   overlap it in another way.
+   Arguments. The source stands before the destination, then the length (elements; a complex pair counts as one, both
+   its parts are multiplied by the same value), then the window's parameter. Forms ending in I or ISfs work in place on
+   pSrcDst. Any alignment of the element type is fine; the destination may be the same vector as the source, but must
+   not overlap it in another way.
 
    Values. w[n] = w[len-1-n], with theta = 2 pi / (len-1). They are computed in double precision and rounded once to the
    precision in which they are applied: that of floating-point data, single for 16-bit data, whose products are rounded
@@ -14,8 +14,8 @@
    length, from 3e-13 at 1024 elements to 8e-10 at 65536. Double-precision data get exactly this recurrence; in single
    precision the values of windows of 64 to 131072 elements may differ from it by a unit in the last place.
 
-   The middle element of an odd length is copied, but Kaiser's multiplied by its value. At a length of 3 all windows with
-   zero end points (Bartlett, Hann, Blackman) give {0, pSrc[1], 0}, whatever the other elements.
+   The middle element of an odd length is copied, but Kaiser's multiplied by its value. At a length of 3 all windows
+   with zero end points (Bartlett, Hann, Blackman) give {0, pSrc[1], 0}, whatever the other elements.
 
    Statuses. Null pointers (zvpStsNullPtr), then a length below the window's least (zvpStsBadSize), then what the group
    names. Nothing is written on an error.
@@ -118,9 +118,9 @@ ZvpStatus zvpsWinBlackmanOpt_64f_I(Zvp64f* pSrcDst, int len);
 ZvpStatus zvpsWinBlackmanOpt_64fc(const Zvp64fc* pSrc, Zvp64fc* pDst, int len);
 ZvpStatus zvpsWinBlackmanOpt_64fc_I(Zvp64fc* pSrcDst, int len);
 
-/* w[n] = I0(alpha sqrt(n (len-1-n))) / I0(beta) with beta = |alpha * (len-1)| / 2, that product in single precision. I0 is
-   approximated by two polynomials, below 4 and above, with coefficients for the divisor that differ slightly from those
-   for the dividend, so that the middle is not quite 1. A single element is copied. len >= 1; beta > 308 gives
+/* w[n] = I0(alpha sqrt(n (len-1-n))) / I0(beta) with beta = |alpha * (len-1)| / 2, that product in single precision. I0
+   is approximated by two polynomials, below 4 and above, with coefficients for the divisor that differ slightly from
+   those for the dividend, so that the middle is not quite 1. A single element is copied. len >= 1; beta > 308 gives
    zvpStsBadKaiserAlpha. */
 ZvpStatus zvpsWinKaiser_16s(const Zvp16s* pSrc, Zvp16s* pDst, int len, Zvp32f alpha);
 ZvpStatus zvpsWinKaiser_16s_I(Zvp16s* pSrcDst, int len, Zvp32f alpha);
