@@ -8,7 +8,6 @@
 #include <cmath>
 #include <limits>
 #include <map>
-#include <regex>
 
 namespace zvps::test {
 namespace {
@@ -139,9 +138,13 @@ std::vector<Conversion> conversions() {
     std::vector<Conversion> result;
     for (const Function& f : functions()) {
         if (f.family != "convert") continue;
-        std::smatch match;
-        if (!std::regex_search(f.name, match, std::regex("_([0-9]+[usf])([0-9]+[usf])"))) continue;
-        result.push_back({&f, match[1], match[2], f.hasRole(Role::scaleFactor), f.hasRole(Role::roundMode)});
+        // Convert_FROMTO and Convert_FROMTO_Sfs; a code is a width and a letter.
+        const size_t from = f.name.find('_') + 1;
+        const std::string codes = f.name.substr(from, f.name.find('_', from) - from);
+        const size_t to = codes.find_first_of("usf") + 1;
+        if (to == codes.size()) continue;
+        result.push_back(
+            {&f, codes.substr(0, to), codes.substr(to), f.hasRole(Role::scaleFactor), f.hasRole(Role::roundMode)});
     }
     return result;
 }
