@@ -235,8 +235,9 @@ void placeNearLevel(const ElementType& type, Operands& operands, T level, Random
                 std::memcpy(at, &real, sizeof(real));
             }
         } else {
-            T parts[2] = {static_cast<T>(level + static_cast<T>(random.below(3)) - 1), static_cast<T>(random.below(3))};
-            if (random.below(2) == 0) parts[0] = static_cast<T>(-parts[0]);
+            // Around the level and its negative, as integers wrap.
+            const int64_t near = int64_t{level} + static_cast<int64_t>(random.below(3)) - 1;
+            const T parts[2] = {static_cast<T>(random.below(2) == 0 ? -near : near), static_cast<T>(random.below(3))};
             std::memcpy(at, parts, type.bytes());
         }
     }
