@@ -36,8 +36,7 @@ Complex<T> load(const ElementType& type, const unsigned char* element) {
     });
 }
 
-// ---- What a function computes
-// ----------------------------------------------------------------------------------------
+// ---- What a function computes ----
 
 enum class Kind { sum, difference, product, quotient, absolute };
 
@@ -72,8 +71,7 @@ Meaning meaningOf(const Function& f) {
     return m;
 }
 
-// ---- Integers
-// --------------------------------------------------------------------------------------------------------
+// ---- Integers ----
 
 // numerator / denominator * 2^-scale, rounded by the mode, saturated.
 Wide scaled(Wide numerator, Wide denominator, int64_t scale, ZvpRoundMode mode, Wide low, Wide high) {
@@ -148,8 +146,7 @@ Wide scaledReciprocalProduct(int64_t value, int64_t divisor, int64_t scale, Wide
     return scaled(value * (divisor < 0 ? -rounded : rounded), 1, scale + k + 63, zvpRndNear, low, high);
 }
 
-// ---- Floating point
-// --------------------------------------------------------------------------------------------------
+// ---- Floating point ----
 
 template <class T>
 Complex<T> floatResult(Kind kind, Complex<T> x, Complex<T> y, bool isComplexX, bool isComplexY) {
@@ -191,8 +188,7 @@ bool isQuotient(Complex<T> actual, Complex<T> x, Complex<T> y) {
     return isNear(re, actual.re) && isNear(im, actual.im);
 }
 
-// ---- The oracle
-// ------------------------------------------------------------------------------------------------------
+// ---- The oracle ----
 
 struct Expected {
     std::vector<Bytes> outputs;
@@ -276,8 +272,7 @@ Expected expected(const Function& f, const Operands& operands) {
     return result;
 }
 
-// ---- Sweeps
-// ----------------------------------------------------------------------------------------------------------
+// ---- Sweeps ----
 
 class Arithmetic : public ::testing::TestWithParam<std::string> {
   protected:

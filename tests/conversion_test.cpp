@@ -14,8 +14,7 @@ namespace {
 
 static_assert(std::numeric_limits<long double>::digits >= 64);
 
-// ---- Elements by their codes
-// -----------------------------------------------------------------------------------------
+// ---- Elements by their codes ----
 
 template <class T>
 T load(const unsigned char* element) {
@@ -91,8 +90,7 @@ long double rounded(long double value, int mode) {
     return mode == zvpRndZero ? std::trunc(value) : std::round(value);
 }
 
-// ---- What a function computes
-// ----------------------------------------------------------------------------------------
+// ---- What a function computes ----
 
 struct Conversion {
     const Function* function;

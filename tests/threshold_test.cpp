@@ -28,8 +28,7 @@ bool isBelow(const std::string& base, int relOp) {
     return base == "Threshold" ? relOp == 0 : base.find("LT") != std::string::npos;
 }
 
-// ---- Real elements: exact
-// --------------------------------------------------------------------------------------------
+// ---- Real elements: exact ----
 
 template <class T>
 T expectedReal(const std::string& base, T x, const Parameters<T>& p) {
@@ -38,15 +37,16 @@ T expectedReal(const std::string& base, T x, const Parameters<T>& p) {
     if (base == "Threshold_LTVal") return x < p.level ? p.value : x;
     if (base == "Threshold_GTVal") return x > p.level ? p.value : x;
     const long double magnitude = std::fabs(static_cast<long double>(x));
-    const T signedLevel = x < 0 ? static_cast<T>(-p.level) : p.level;
-    if (base == "Threshold_GTAbs") return magnitude > p.level ? signedLevel : x;
-    if (base == "Threshold_LTAbs") return magnitude < p.level ? signedLevel : x;
-    if (base == "Threshold_LTInv") return T{1} / (magnitude < p.level ? signedLevel : x);
+    const auto signedLevel = [&] {
+        return x < 0 ? static_cast<T>(-p.level) : p.level;
+    }; // where levels are not negative
+    if (base == "Threshold_GTAbs") return magnitude > p.level ? signedLevel() : x;
+    if (base == "Threshold_LTAbs") return magnitude < p.level ? signedLevel() : x;
+    if (base == "Threshold_LTInv") return T{1} / (magnitude < p.level ? signedLevel() : x);
     return isBelow(base, p.relOp) ? (x < p.level ? p.level : x) : (x > p.level ? p.level : x);
 }
 
-// ---- Complex elements
-// ------------------------------------------------------------------------------------------------
+// ---- Complex elements ----
 
 // part * level / sqrt(square) to nearest, by comparing squares.
 int16_t exactPart(int part, int level, int64_t square) {
@@ -132,8 +132,7 @@ bool isExpected(const std::string& base, Complex<T> x, Complex<T> y, const Param
            (isClose && isSame(p.complexValue, y));
 }
 
-// ---- Sweeps
-// ----------------------------------------------------------------------------------------------------------
+// ---- Sweeps ----
 
 template <class T>
 void setParameters(const Function& f, Operands& operands, const Parameters<T>& p) {

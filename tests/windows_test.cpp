@@ -11,8 +11,7 @@
 namespace zvps::test {
 namespace {
 
-// ---- What a function computes
-// ----------------------------------------------------------------------------------------
+// ---- What a function computes ----
 
 // A window function with everything that decides its values but the length.
 struct Window {
@@ -184,8 +183,7 @@ std::string firstWrong(const Window& w, const std::vector<double>& values, const
     return {};
 }
 
-// ---- Tests
-// -----------------------------------------------------------------------------------------------------------
+// ---- Tests ----
 
 // By every level at some address; the lowest level against the definition, the others against it.
 void check(Stage& stage, const Window& w, Operands& operands, int n, How how) {
