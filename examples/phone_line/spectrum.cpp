@@ -19,9 +19,10 @@ Spectrum measureSpectrum(const Signal& signal) {
     const int length = static_cast<int>(std::lround(signal.rate / spectrum.width));
     const double windowSum = (length - 1) / 2.0;
     std::vector<Zvp32f> block(static_cast<size_t>(length));
+    const int copied = std::min(length, signal.length());
     int blocks = 0;
     for (int begin = 0; begin == 0 || begin <= signal.length() - length; begin += length / 2) {
-        check(zvpsCopy_32f(signal.samples.data() + begin, block.data(), std::min(length, signal.length() - begin)));
+        check(zvpsCopy_32f(signal.samples.data() + begin, block.data() + (length - copied) / 2, copied));
         check(zvpsWinHann_32f_I(block.data(), length));
         for (size_t band = 0; band < spectrum.power.size(); band += 2) {
             const Zvp32f frequencies[2] = {static_cast<Zvp32f>(spectrum.centre(band) / signal.rate),

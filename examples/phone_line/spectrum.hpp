@@ -15,5 +15,5 @@ struct Spectrum {
 };
 
 // From 0 to 4 kHz or half the rate, whichever is less. Averages over blocks with a Hann window that overlap by half; a
-// shorter signal is continued with zeros.
+// shorter signal stands in the middle of one.
 Spectrum measureSpectrum(const Signal& signal);
