@@ -4,7 +4,7 @@
 #include <limits>
 
 namespace {
-constexpr Zvp32f kFullScale = 32768.0f; // of 16 bits
+constexpr int kFullScaleBits = 15; // full scale is 2^15 in 16 bits
 }
 
 Gain Gain::fromDecibels(double decibels) {
@@ -27,7 +27,7 @@ Line::Line(const Signal& sent, const LineSettings& settings)
 void Line::run() {
     const int length = sent_.length();
     // To 16 bits: rounded, and clipped beyond full scale.
-    check(zvpsMulC_32f16s_Sfs(sent_.samples.data(), kFullScale, digital_.data(), length, 0));
+    check(zvpsConvert_32f16s_Sfs(sent_.samples.data(), digital_.data(), length, zvpRndNear, -kFullScaleBits));
     // The echo: a late and quieter copy, mixed in with saturation.
     check(zvpsCopy_16s(digital_.data(), mixed_.data(), length));
     if (echoLength() > 0) {
@@ -56,10 +56,17 @@ Signal Line::reference() const {
     return result;
 }
 
+std::vector<Zvp16s> companded(const std::vector<Zvp16s>& samples, const Law& law) {
+    const int length = static_cast<int>(samples.size());
+    std::vector<Zvp8u> codes(samples.size());
+    std::vector<Zvp16s> result(samples.size());
+    check(law.compress(samples.data(), codes.data(), length));
+    check(law.expand(codes.data(), result.data(), length));
+    return result;
+}
+
 Signal toSignal(const std::vector<Zvp16s>& samples, int rate) {
-    const std::vector<Zvp16s> zeros(samples.size());
     Signal signal{rate, std::vector<Zvp32f>(samples.size())};
-    check(zvpsAdd_16s32f(samples.data(), zeros.data(), signal.samples.data(), signal.length()));
-    check(zvpsMulC_32f_I(1 / kFullScale, signal.samples.data(), signal.length()));
+    check(zvpsConvert_16s32f_Sfs(samples.data(), signal.samples.data(), signal.length(), kFullScaleBits));
     return signal;
 }

@@ -26,6 +26,8 @@ class Line {
     // Sends the signal down the line; repeating it gives the same samples again.
     void run();
 
+    // The signal in 16 bits, as it enters the line.
+    const std::vector<Zvp16s>& digital() const { return digital_; }
     const std::vector<Zvp16s>& received() const { return received_; }
     Gain gain() const { return gain_; }
     Gain echo() const { return echo_; }
@@ -45,6 +47,18 @@ class Line {
     int delay_; // samples
     std::vector<Zvp16s> digital_, late_, mixed_, received_;
 };
+
+// How the network codes a sample in 8 bits.
+struct Law {
+    const char* name;
+    ZvpStatus (*compress)(const Zvp16s*, Zvp8u*, int);
+    ZvpStatus (*expand)(const Zvp8u*, Zvp16s*, int);
+};
+constexpr Law kMuLaw{"mu-law", zvpsLinToMuLaw_16s8u, zvpsMuLawToLin_8u16s};
+constexpr Law kALaw{"A-law", zvpsLinToALaw_16s8u, zvpsALawToLin_8u16s};
+
+// What is left of the samples after they were coded and decoded again.
+std::vector<Zvp16s> companded(const std::vector<Zvp16s>& samples, const Law& law);
 
 // The 16-bit samples as a signal of full scale 1.
 Signal toSignal(const std::vector<Zvp16s>& samples, int rate);

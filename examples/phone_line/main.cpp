@@ -1,5 +1,6 @@
 // phone_line: what a telephone line does to a speech recording.
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -10,6 +11,7 @@
 #include "output_file.hpp"
 #include "picture.hpp"
 #include "recording.hpp"
+#include "spectrum.hpp"
 
 namespace {
 constexpr char kHelp[] = "usage: phone_line [OPTION...] RECORDING.wav\n"
@@ -68,6 +70,18 @@ Options parse(int argc, char** argv) {
     return options;
 }
 
+std::string codingText(const Line& line, const Law& law, int rate) {
+    const Signal decoded = toSignal(companded(line.digital(), law), rate);
+    const Noise noise = measureNoise(decoded, toSignal(line.digital(), rate), {});
+    return std::string(law.name) + " " + powerDecibels(noise.ratio) + " dB";
+}
+
+std::string strongestText(const Spectrum& spectrum) {
+    const size_t band = spectrum.strongest();
+    return std::to_string(std::lround(spectrum.centre(band))) + " Hz (" + powerDecibels(spectrum.power[band]) +
+           " dBFS)";
+}
+
 void run(const Options& options) {
     const std::string wavName = options.output + ".wav", pngName = options.output + ".png";
     const Recording recording = readRecording(options.input, options.channel);
@@ -85,6 +99,7 @@ void run(const Options& options) {
     const auto clippedCount = std::count(clipped.begin(), clipped.end(), true);
     const Level before = measureLevel(sent), after = measureLevel(received);
     const Noise noise = measureNoise(received, reference, clipped);
+    const Spectrum spectrumBefore = measureSpectrum(sent), spectrumAfter = measureSpectrum(received);
     const std::string clippedText =
         std::to_string(clippedCount) + (clippedCount == 1 ? " sample" : " samples") + " clipped";
 
@@ -92,7 +107,8 @@ void run(const Options& options) {
     writeRecording(wav.temporary(), sent.rate, line.received());
     drawPicture(png.temporary(), "phone_line: " + std::filesystem::path(options.input).filename().string(),
                 {{"before", "peak " + amplitudeDecibels(before.peak) + " dBFS", sent, {}},
-                 {"after", "peak " + amplitudeDecibels(after.peak) + " dBFS, " + clippedText, received, clipped}});
+                 {"after", "peak " + amplitudeDecibels(after.peak) + " dBFS, " + clippedText, received, clipped}},
+                spectrumBefore, spectrumAfter);
     wav.commit();
     png.commit();
 
@@ -114,6 +130,10 @@ void run(const Options& options) {
     std::printf("accuracy   16 bits against floating point: signal to noise %s dB where nothing is clipped,\n"
                 "           largest error %.2f of a 16-bit step\n",
                 powerDecibels(noise.ratio).c_str(), noise.largestError * 32768);
+    std::printf("coding     in 8 bits, signal to noise: %s, %s\n", codingText(line, kMuLaw, sent.rate).c_str(),
+                codingText(line, kALaw, sent.rate).c_str());
+    std::printf("spectrum   strongest at %s before, %s after\n", strongestText(spectrumBefore).c_str(),
+                strongestText(spectrumAfter).c_str());
     std::printf("speed      %.3f ms, %.0f million samples a second (the best of several runs)\n", seconds * 1e3,
                 sent.length() / seconds / 1e6);
     std::printf("written    %s\n           %s\n", wavName.c_str(), pngName.c_str());

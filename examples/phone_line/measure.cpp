@@ -10,7 +10,7 @@
 namespace {
 std::string decibels(double value) {
     char text[32];
-    std::snprintf(text, sizeof text, "%.1f", value);
+    std::snprintf(text, sizeof text, "%.1f", std::round(value * 10) / 10 + 0.0); // + 0.0: no -0.0
     return text;
 }
 } // namespace
@@ -29,7 +29,7 @@ Noise measureNoise(const Signal& signal, const Signal& reference, const std::vec
     check(zvpsSub_32f(reference.samples.data(), signal.samples.data(), error.data(), signal.length()));
     double signalPower = 0, noisePower = 0, largest = 0;
     for (size_t i = 0; i < error.size(); ++i) {
-        if (excluded[i]) continue;
+        if (!excluded.empty() && excluded[i]) continue;
         const double wanted = reference.samples[i], unwanted = error[i];
         signalPower += wanted * wanted;
         noisePower += unwanted * unwanted;

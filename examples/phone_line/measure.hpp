@@ -16,7 +16,7 @@ struct Noise {
     double ratio;        // signal to noise, as a quotient of powers; infinite without noise
     double largestError; // full scale is 1
 };
-// What `signal` adds to `reference`, over the samples that are not `excluded`.
+// What `signal` adds to `reference`, over the samples that are not `excluded`; if that is empty, over all.
 Noise measureNoise(const Signal& signal, const Signal& reference, const std::vector<bool>& excluded);
 
 // The shortest of several runs, in seconds.

@@ -13,7 +13,7 @@ struct Colour {
     uint8_t red, green, blue;
 };
 constexpr Colour kPaper{255, 255, 255}, kFrame{246, 248, 250}, kGrid{218, 224, 230}, kInk{36, 41, 47},
-    kFaint{101, 109, 118}, kWave{31, 111, 180}, kClipped{215, 58, 47};
+    kFaint{101, 109, 118}, kWave{31, 111, 180}, kBefore{168, 178, 189}, kClipped{215, 58, 47};
 
 constexpr int kWidth = 1400, kPanelHeight = 360, kHeadingHeight = 50;
 constexpr int kLeft = 90, kRight = 24, kAbove = 40, kBelow = 62; // margins of a panel's axes
@@ -85,54 +85,77 @@ std::string number(double value, int decimals) {
     return text;
 }
 
-// The step of a time axis: 1, 2 or 5 times a power of ten, so that about ten marks stand on it.
-double axisStep(double seconds) {
-    const double rough = seconds / 10, power = std::pow(10, std::floor(std::log10(rough)));
+// The step of an axis: 1, 2 or 5 times a power of ten, so that about ten marks stand on it.
+double axisStep(double span) {
+    const double rough = span / 10, power = std::pow(10, std::floor(std::log10(rough)));
     for (const double factor : {1.0, 2.0, 5.0})
         if (factor * power >= rough) return factor * power;
     return 10 * power;
 }
 
+// The frame of a panel, its grid and what is written around it.
 class Axes {
+  protected:
+    Axes(Canvas& canvas, int top) : canvas_(canvas), top_(top + kAbove), bottom_(top + kPanelHeight - kBelow) {}
+
+    int columns() const { return kWidth - kRight - kLeft; }
+    double inside(double y) const { return std::clamp<double>(y, top_, bottom_); }
+
+    void background() { canvas_.fill(kLeft, top_, kWidth - kRight, bottom_, kFrame); }
+
+    void level(double y, const std::string& label) {
+        const int line = static_cast<int>(std::lround(y));
+        canvas_.fill(kLeft, line, kWidth - kRight, line + 1, kGrid);
+        canvas_.text(kLeft - 10 - Canvas::textWidth(label, 2), line - 7, label, kFaint);
+    }
+
+    // Marks from 0 at the left to `span` at the right.
+    void scale(double span, const std::string& unit) {
+        const double step = axisStep(span);
+        const int decimals = std::max(0, static_cast<int>(-std::floor(std::log10(step) + 1e-9)));
+        for (int i = 0; i * step <= span; ++i) {
+            const int x = kLeft + static_cast<int>(i * step / span * (columns() - 1));
+            canvas_.fill(x, top_, x + 1, bottom_ + 6, kGrid);
+            const std::string label = number(i * step, decimals);
+            // The last label of a full axis stays inside the picture.
+            const int width = Canvas::textWidth(label, 2);
+            canvas_.text(std::min(x - width / 2, kWidth - width - 4), bottom_ + 12, label, kFaint);
+        }
+        canvas_.text(kLeft + (columns() - Canvas::textWidth(unit, 2)) / 2, bottom_ + 34, unit, kFaint);
+    }
+
+    void title(const std::string& text) { canvas_.text(kLeft, top_ - 26, text, kInk); }
+
+    // Right-aligned in the title's line; the position where it begins.
+    int note(const std::string& text, int right, Colour colour) {
+        const int x = right - Canvas::textWidth(text, 2);
+        canvas_.text(x, top_ - 26, text, colour);
+        return x;
+    }
+
+    Canvas& canvas_;
+    int top_, bottom_;
+};
+
+class Waveform : Axes {
   public:
-    Axes(Canvas& canvas, int top, const Panel& panel)
-        : canvas_(canvas), panel_(panel), top_(top + kAbove), bottom_(top + kPanelHeight - kBelow) {}
+    Waveform(Canvas& canvas, int top, const Panel& panel) : Axes(canvas, top), panel_(panel) {}
 
     void draw() {
-        grid();
+        background();
+        for (const double value : {-1.0, -0.5, 0.0, 0.5, 1.0})
+            level(y(value), (value > 0 ? "+" : "") + number(value, 1));
+        scale(panel_.signal.seconds(), "seconds; full scale is 1");
         wave();
         marks();
-        canvas_.text(kLeft, top_ - 26, panel_.title, kInk);
-        canvas_.text(kWidth - kRight - Canvas::textWidth(panel_.note, 2), top_ - 26, panel_.note,
-                     marked() ? kClipped : kFaint);
+        title(panel_.title);
+        note(panel_.note, kWidth - kRight, marked() ? kClipped : kFaint);
     }
 
   private:
     // Full scale lies a little inside the frame.
     double y(double value) const { return (top_ + bottom_) / 2.0 - value * (bottom_ - top_) / 2.0 / 1.08; }
-    double inside(double y) const { return std::clamp<double>(y, top_, bottom_); }
-    int columns() const { return kWidth - kRight - kLeft; }
     bool marked() const { return std::count(panel_.clipped.begin(), panel_.clipped.end(), true) > 0; }
-
-    void grid() {
-        canvas_.fill(kLeft, top_, kWidth - kRight, bottom_, kFrame);
-        for (const double value : {-1.0, -0.5, 0.0, 0.5, 1.0}) {
-            const int line = static_cast<int>(std::lround(y(value)));
-            canvas_.fill(kLeft, line, kWidth - kRight, line + 1, kGrid);
-            const std::string label = (value > 0 ? "+" : "") + number(value, 1);
-            canvas_.text(kLeft - 10 - Canvas::textWidth(label, 2), line - 7, label, kFaint);
-        }
-        const double seconds = panel_.signal.seconds(), step = axisStep(seconds);
-        const int decimals = std::max(0, static_cast<int>(-std::floor(std::log10(step) + 1e-9)));
-        for (int i = 0; i * step <= seconds; ++i) {
-            const int x = kLeft + static_cast<int>(i * step / seconds * (columns() - 1));
-            canvas_.fill(x, top_, x + 1, bottom_ + 6, kGrid);
-            const std::string label = number(i * step, decimals);
-            canvas_.text(x - Canvas::textWidth(label, 2) / 2, bottom_ + 12, label, kFaint);
-        }
-        const std::string unit = "seconds; full scale is 1";
-        canvas_.text(kLeft + (columns() - Canvas::textWidth(unit, 2)) / 2, bottom_ + 34, unit, kFaint);
-    }
 
     // Where column x begins, in samples.
     double position(int x) const { return static_cast<double>(panel_.signal.length() - 1) * x / columns(); }
@@ -169,19 +192,63 @@ class Axes {
         }
     }
 
-    Canvas& canvas_;
     const Panel& panel_;
-    int top_, bottom_;
+};
+
+// Two spectra as bars, side by side in each band.
+class Bands : Axes {
+  public:
+    Bands(Canvas& canvas, int top, const Spectrum& before, const Spectrum& after)
+        : Axes(canvas, top), before_(before), after_(after) {}
+
+    void draw() {
+        background();
+        for (int decibels = 0; decibels >= -80; decibels -= 20)
+            level(y(decibels), number(decibels, 0));
+        scale(before_.top(), "hertz; decibels of a full-scale sine");
+        bars(before_, 0.12, kBefore);
+        bars(after_, 0.5, kWave);
+        title("spectrum");
+        const int x = key("after", kWidth - kRight, kWave);
+        key("before", x - 30, kBefore);
+    }
+
+  private:
+    double y(double decibels) const { return top_ + (kHighest - decibels) / (kHighest - kLowest) * (bottom_ - top_); }
+
+    // Bars that begin at a share of their band's width and take 0.38 of it.
+    void bars(const Spectrum& spectrum, double share, Colour colour) {
+        const double width = static_cast<double>(columns()) / Spectrum::kBands;
+        for (size_t band = 0; band < spectrum.power.size(); ++band) {
+            const int left = kLeft + static_cast<int>((static_cast<double>(band) + share) * width);
+            const double top = inside(y(10 * std::log10(spectrum.power[band])));
+            for (int x = left; x < left + static_cast<int>(0.38 * width); ++x)
+                canvas_.column(x, top, bottom_, colour);
+        }
+    }
+
+    // A square of the colour and its meaning; the position where it begins.
+    int key(const std::string& meaning, int right, Colour colour) {
+        const int x = note(meaning, right, kFaint) - 24;
+        canvas_.fill(x, top_ - 26, x + 14, top_ - 12, colour);
+        return x;
+    }
+
+    static constexpr double kHighest = 6, kLowest = -90; // dB
+    const Spectrum& before_;
+    const Spectrum& after_;
 };
 } // namespace
 
-void drawPicture(const std::filesystem::path& path, const std::string& heading, const std::vector<Panel>& panels) {
-    Canvas canvas(kWidth, kHeadingHeight + static_cast<int>(panels.size()) * kPanelHeight);
+void drawPicture(const std::filesystem::path& path, const std::string& heading, const std::vector<Panel>& panels,
+                 const Spectrum& before, const Spectrum& after) {
+    Canvas canvas(kWidth, kHeadingHeight + static_cast<int>(panels.size() + 1) * kPanelHeight);
     canvas.text(kLeft, 18, heading, kInk, 3);
     int top = kHeadingHeight;
     for (const Panel& panel : panels) {
-        Axes(canvas, top, panel).draw();
+        Waveform(canvas, top, panel).draw();
         top += kPanelHeight;
     }
+    Bands(canvas, top, before, after).draw();
     canvas.write(path);
 }

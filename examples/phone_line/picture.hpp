@@ -1,4 +1,4 @@
-// The signal before and after as a PNG.
+// The signal before and after, and both spectra, as a PNG.
 #pragma once
 
 #include <filesystem>
@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "signal.hpp"
+#include "spectrum.hpp"
 
 struct Panel {
     std::string title;
@@ -14,5 +15,6 @@ struct Panel {
     std::vector<bool> clipped; // marked in the picture; empty: nothing is
 };
 
-// Draws the panels one below the other, each with its own axes.
-void drawPicture(const std::filesystem::path& path, const std::string& heading, const std::vector<Panel>& panels);
+// Draws the panels one below the other, each with its own axes, and the spectra, of the same bands, below them.
+void drawPicture(const std::filesystem::path& path, const std::string& heading, const std::vector<Panel>& panels,
+                 const Spectrum& before, const Spectrum& after);

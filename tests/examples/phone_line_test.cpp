@@ -166,6 +166,32 @@ TEST_F(PhoneLine, clipsCountsAndEchoes) {
     EXPECT_GE(image.height, 400u);
 }
 
+// A sine in the middle of a band, at full scale and so weak that the laws' smallest steps count: A-law's is twice
+// mu-law's.
+TEST_F(PhoneLine, reportsTheNoiseOfCodingAndTheSpectrum) {
+    const struct {
+        double level, muLaw, aLaw; // dB
+    } cases[] = {{0, 38.5, 38.5}, {-60, 20.5, 13.5}};
+    for (const auto& [level, muLaw, aLaw] : cases) {
+        SCOPED_TRACE(level);
+        std::vector<double> sine;
+        for (int i = 0; i < 16000; ++i)
+            sine.push_back(std::pow(10, level / 20) * 0.9999 * std::sin(2 * M_PI * 1062.5 * i / 16000));
+        record("sine.wav", SF_FORMAT_FLOAT, 1, sine);
+        ASSERT_EQ(run("sine.wav --gain -20 --echo -60"), 0) << err_;
+        const auto after = [&](const std::string& text) {
+            const size_t found = out_.find(text);
+            return found == std::string::npos ? NAN : std::strtod(out_.c_str() + found + text.size(), nullptr);
+        };
+        EXPECT_NEAR(after("mu-law "), muLaw, 1) << out_;
+        EXPECT_NEAR(after(" A-law "), aLaw, 1) << out_;
+        EXPECT_NEAR(after("strongest at "), 1062.5, 0.6) << out_;
+        EXPECT_NEAR(after(" Hz ("), level, 0.11) << out_;
+        EXPECT_NEAR(after("before, "), 1062.5, 0.6) << out_;
+        EXPECT_NEAR(after("before, 1063 Hz ("), level - 20, 1) << out_; // where a sample is a few steps high
+    }
+}
+
 TEST_F(PhoneLine, refusesBadInputWithOneLineAndLeavesNothingBehind) {
     record("good.wav", SF_FORMAT_PCM_16, 1, tone(4000));
     record("none.wav", SF_FORMAT_PCM_16, 1, {});
