@@ -37,12 +37,11 @@ T expectedReal(const std::string& base, T x, const Parameters<T>& p) {
     if (base == "Threshold_LTVal") return x < p.level ? p.value : x;
     if (base == "Threshold_GTVal") return x > p.level ? p.value : x;
     const long double magnitude = std::fabs(static_cast<long double>(x));
-    const auto signedLevel = [&] {
-        return x < 0 ? static_cast<T>(-p.level) : p.level;
-    }; // where levels are not negative
+    // Only for the bases whose levels are not negative.
+    const auto signedLevel = [&] { return static_cast<T>(x < 0 ? -p.level : p.level); };
     if (base == "Threshold_GTAbs") return magnitude > p.level ? signedLevel() : x;
     if (base == "Threshold_LTAbs") return magnitude < p.level ? signedLevel() : x;
-    if (base == "Threshold_LTInv") return T{1} / (magnitude < p.level ? signedLevel() : x);
+    if (base == "Threshold_LTInv") return static_cast<T>(T{1} / (magnitude < p.level ? signedLevel() : x));
     return isBelow(base, p.relOp) ? (x < p.level ? p.level : x) : (x > p.level ? p.level : x);
 }
 
