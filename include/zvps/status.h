@@ -72,7 +72,7 @@ static inline const char* zvpsStatusText(ZvpStatus status) {
     case zvpStsBadTapsScale: return "integer taps carry a negative scale factor";
     case zvpStsBadFftOrder: return "the transform order is out of range";
     case zvpStsBadFftFlag: return "the transform's normalisation flag is not 1, 2, 4 or 8";
-    case zvpStsContextMismatch: return "the specification or state object is of another kind or not initialised";
+    case zvpStsContextMismatch: return "the object is of another kind or not initialised";
     case zvpStsBadThresholdOrder: return "the lower threshold level lies above the upper one";
     case zvpStsBadThresholdLevel: return "the threshold level is negative";
     case zvpStsBadDelayIndex: return "the delay-line index is out of range";
