@@ -46,8 +46,7 @@ Random::Random(std::string_view purpose) : state_(seed()) {
         state_ = state_ * 1099511628211u + static_cast<unsigned char>(c);
 }
 
-// ---- Operands
-// --------------------------------------------------------------------------------------------------------
+// ---- Operands ----
 
 namespace {
 
@@ -188,8 +187,7 @@ void replaceZeros(const Function& f, Operands& operands) {
     }
 }
 
-// ---- Calls
-// -----------------------------------------------------------------------------------------------------------
+// ---- Calls ----
 
 namespace {
 
@@ -315,8 +313,7 @@ std::string differences(const Function& f, const Stage& stage, const std::vector
     return stage.damage();
 }
 
-// ---- Levels
-// ----------------------------------------------------------------------------------------------------------
+// ---- Levels ----
 
 const std::vector<Level>& levels() {
     static const std::vector<Level> supported = [] {

@@ -26,8 +26,7 @@ class Random {
     uint64_t state_;
 };
 
-// ---- Operands
-// --------------------------------------------------------------------------------------------------------
+// ---- Operands ----
 
 using Bytes = std::vector<unsigned char>;
 
@@ -47,8 +46,7 @@ bool isZero(const ElementType& type, const unsigned char* element);
 // Ones in the place of the zeros among the vectors' elements.
 void replaceZeros(const Function& f, Operands& operands);
 
-// ---- Calls
-// -----------------------------------------------------------------------------------------------------------
+// ---- Calls ----
 
 // Where a call's vectors lie, and what is wrong with its arguments.
 struct How {
@@ -97,8 +95,7 @@ std::string difference(const ElementType& type, const unsigned char* expected, c
 std::string differences(const Function& f, const Stage& stage, const std::vector<Bytes>& expected, size_t first,
                         size_t count);
 
-// ---- Levels
-// ----------------------------------------------------------------------------------------------------------
+// ---- Levels ----
 
 // The levels that this processor can run.
 const std::vector<Level>& levels();

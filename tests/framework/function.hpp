@@ -13,8 +13,7 @@
 
 namespace zvps::test {
 
-// ---- Elements
-// --------------------------------------------------------------------------------------------------------
+// ---- Elements ----
 
 struct ElementType {
     const char* code;
@@ -70,8 +69,7 @@ decltype(auto) withPartType(const ElementType& type, Action action) {
     }
 }
 
-// ---- Functions
-// -------------------------------------------------------------------------------------------------------
+// ---- Functions ----
 
 enum class Role { source, destination, inOut, constant, length, scaleFactor, roundMode, other };
 
@@ -130,8 +128,7 @@ struct Function {
 // All functions that the public headers declare, those not built aside.
 const std::vector<Function>& functions();
 
-// ---- Deduction
-// -------------------------------------------------------------------------------------------------------
+// ---- Deduction ----
 
 template <class T>
 constexpr Role roleByType() {
