@@ -56,4 +56,7 @@ enum {
     zvpRndFinancial = 2 /* to nearest, ties away from zero */
 };
 
+/* A choice between algorithms, where a function documents one; any value is accepted. */
+typedef int32_t ZvpHintAlgorithm;
+
 #endif

@@ -8,12 +8,17 @@ namespace zvps {
     namespace level {                                                                                                  \
     extern const CompandingKernels compandingKernels;                                                                  \
     extern const ConversionKernels conversionKernels;                                                                  \
+    extern const DotKernels dotKernels;                                                                                \
+    extern const ExtremesKernels extremesKernels;                                                                      \
     extern const GoertzelKernels goertzelKernels;                                                                      \
     extern const InitialisationKernels initialisationKernels;                                                          \
+    extern const LogKernels logKernels;                                                                                \
+    extern const NormKernels normKernels;                                                                              \
     extern const ProductKernels productKernels;                                                                        \
     extern const QuotientKernels quotientKernels;                                                                      \
     extern const SumKernels sumKernels;                                                                                \
     extern const ThresholdKernels thresholdKernels;                                                                    \
+    extern const TotalKernels totalKernels;                                                                            \
     extern const WindowKernels windowKernels;                                                                          \
     }
 ZVPS_DECLARE_TABLES(v2)
@@ -25,9 +30,10 @@ namespace {
 
 #define ZVPS_TABLES(level)                                                                                             \
     {                                                                                                                  \
-        &level::compandingKernels, &level::conversionKernels, &level::goertzelKernels, &level::initialisationKernels,  \
+        &level::compandingKernels, &level::conversionKernels, &level::dotKernels, &level::extremesKernels,             \
+            &level::goertzelKernels, &level::initialisationKernels, &level::logKernels, &level::normKernels,           \
             &level::productKernels, &level::quotientKernels, &level::sumKernels, &level::thresholdKernels,             \
-            &level::windowKernels,                                                                                     \
+            &level::totalKernels, &level::windowKernels,                                                               \
     }
 constexpr Kernels levels[] = {ZVPS_TABLES(v2), ZVPS_TABLES(v3), ZVPS_TABLES(v4)};
 #undef ZVPS_TABLES

@@ -5,24 +5,34 @@ namespace zvps {
 
 struct CompandingKernels;
 struct ConversionKernels;
+struct DotKernels;
+struct ExtremesKernels;
 struct GoertzelKernels;
 struct InitialisationKernels;
+struct LogKernels;
+struct NormKernels;
 struct ProductKernels;
 struct QuotientKernels;
 struct SumKernels;
 struct ThresholdKernels;
+struct TotalKernels;
 struct WindowKernels;
 
 // One table of function pointers per family.
 struct Kernels {
     const CompandingKernels* companding;
     const ConversionKernels* conversions;
+    const DotKernels* dots;
+    const ExtremesKernels* extremes;
     const GoertzelKernels* goertzel;
     const InitialisationKernels* initialisation;
+    const LogKernels* logarithms;
+    const NormKernels* norms;
     const ProductKernels* products;
     const QuotientKernels* quotients;
     const SumKernels* sums;
     const ThresholdKernels* thresholds;
+    const TotalKernels* totals;
     const WindowKernels* windows;
 };
 

@@ -71,7 +71,8 @@ decltype(auto) withPartType(const ElementType& type, Action action) {
 
 // ---- Functions ----
 
-enum class Role { source, destination, inOut, constant, length, scaleFactor, roundMode, other };
+// `result`: a pointer to a single element that the function writes.
+enum class Role { source, destination, inOut, result, constant, length, scaleFactor, roundMode, other };
 
 struct Argument {
     Role role = Role::other;
@@ -79,7 +80,9 @@ struct Argument {
     std::string name;
 
     bool isVector() const { return role == Role::source || isOutput(); }
-    bool isOutput() const { return role == Role::destination || role == Role::inOut; }
+    bool isOutput() const { return role == Role::destination || role == Role::inOut || role == Role::result; }
+    // Of a vector in a call on `count` elements.
+    size_t elements(size_t count) const { return role == Role::result ? 1 : count; }
 };
 
 // An argument of a call: a pointer or a constant.
@@ -118,7 +121,12 @@ struct Function {
 
     // Vectors of one length and constants; each output element is a function of the input elements beside it.
     bool isElementwise() const;
+    // A few results from vectors of one length.
+    bool isReduction() const;
     // Exceptions among them.
+    bool isUnchecked() const;
+    bool isOptional(const Argument& argument) const; // may be null
+    int leastLength() const;
     bool rejectsZeroConstant() const;
     bool rejectsNegativeLevel() const;
     bool rejectsRoundMode(int mode) const;
