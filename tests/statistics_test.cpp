@@ -54,10 +54,10 @@ Wide saturated(const ElementType& type, Wide value) {
     });
 }
 
-// |value| < 2^70
+// |value| < 2^64
 Wide scaled(Wide value, int scaleFactor) {
     if (scaleFactor > 100) return 0;
-    if (scaleFactor <= 0) return value * (Wide{1} << std::min(-std::max(scaleFactor, -50), 50));
+    if (scaleFactor <= 0) return value * (Wide{1} << std::min(-std::max(scaleFactor, -63), 63));
     const Wide divisor = Wide{1} << scaleFactor;
     Wide quotient = value / divisor;
     Wide rest = value % divisor;
@@ -125,7 +125,8 @@ Expected nearly(const Call& call, Real re, Real im, Real magnitudes, bool isSing
 Expected roundedDouble(const Call& call, Real value) {
     const Real factor = call.scaleFactor >= 1023 ? 0 : std::ldexp(1.0L, -std::max(call.scaleFactor, -1100));
     const Real scaledValue = value == 0 ? 0 : value * factor;
-    const Real low = static_cast<Real>(saturated(call.result, INT_MIN)), high = static_cast<Real>(saturated(call.result, INT_MAX));
+    const Real low = static_cast<Real>(saturated(call.result, INT_MIN)),
+               high = static_cast<Real>(saturated(call.result, INT_MAX));
     const Real limited = std::fmin(std::fmax(scaledValue, low), high);
     return {{limited, 0}, limited == low || limited == high ? 0 : 0.5L + 1e-12L * std::fabs(limited)};
 }
@@ -168,7 +169,8 @@ std::vector<Expected> expectedSum(const Call& call) {
             sum.im += x.im;
         }
         const Wide n = static_cast<Wide>(call.n);
-        if (isMean) return {exact(call, scaledMean(sum.re, n, call.scaleFactor), scaledMean(sum.im, n, call.scaleFactor))};
+        if (isMean)
+            return {exact(call, scaledMean(sum.re, n, call.scaleFactor), scaledMean(sum.im, n, call.scaleFactor))};
         return {exact(call, scaled(sum.re, call.scaleFactor), scaled(sum.im, call.scaleFactor))};
     }
     const Real n = isMean ? static_cast<Real>(call.n) : 1;
@@ -194,14 +196,18 @@ std::vector<Expected> expectedIntegerNorm(const Call& call, bool isDifference) {
     }
     const std::string kind = call.base.substr(call.base.find('_') + 1);
     const int shift = std::min(-std::max(call.scaleFactor, -31), 31);
-    if (kind == "Inf") return {exact(call, call.scaleFactor > 31 ? 0 : call.scaleFactor > 0 ? peak >> call.scaleFactor : peak << shift)};
+    if (kind == "Inf")
+        return {exact(call, call.scaleFactor > 31  ? 0
+                            : call.scaleFactor > 0 ? peak >> call.scaleFactor
+                                                   : peak << shift)};
     if (kind == "L1") return {exact(call, scaled(sum, call.scaleFactor))};
     if (kind == "L2Sqr") return {exact(call, scaled(squares, call.scaleFactor))};
     const Real root = std::sqrt(static_cast<Real>(squares));
     if (!call.isScaled()) return {{{root, 0}, FLT_EPSILON * root}};
     const Real whole = std::floor(std::fmin(std::ldexp(root, -(call.scaleFactor % 32)), 2147483647.0L));
     // Where the root of the sum in double is the next integer already.
-    const Real double_ = std::floor(std::fmin(std::ldexp(std::sqrt(static_cast<double>(squares)), -(call.scaleFactor % 32)), 2147483647.0));
+    const Real double_ = std::floor(
+        std::fmin(std::ldexp(std::sqrt(static_cast<double>(squares)), -(call.scaleFactor % 32)), 2147483647.0));
     return {{{double_, 0}, std::fabs(double_ - whole) <= 1 ? 0.0L : -1}};
 }
 
@@ -211,7 +217,9 @@ std::vector<Expected> expectedNorm(const Call& call) {
     const auto x = call.vector<Real>(0);
     const auto y = isDifference ? call.vector<Real>(1) : std::vector<Complex<Real>>(call.n, {0, 0});
     const bool isSingle = call.source.partBytes == 4 && call.result.partBytes == 4;
-    const auto subtracted = [&](Real a, Real b) { return isSingle ? static_cast<float>(a - b) : call.source.partBytes == 4 ? a - b : static_cast<double>(a - b); };
+    const auto subtracted = [&](Real a, Real b) {
+        return isSingle ? static_cast<float>(a - b) : call.source.partBytes == 4 ? a - b : static_cast<double>(a - b);
+    };
     Real peak = 0, sum = 0, squares = 0;
     for (size_t i = 0; i < call.n; ++i) {
         const Real d = std::hypot(subtracted(x[i].re, y[i].re), subtracted(x[i].im, y[i].im));
@@ -250,7 +258,9 @@ std::vector<Expected> expectedDotProduct(const Call& call) {
         sum.re += p.re;
         sum.im += p.im;
     }
-    const auto finished = [&](Wide value) { return scaled(static_cast<int64_t>(value), std::min(call.scaleFactor, 31)); };
+    const auto finished = [&](Wide value) {
+        return scaled(static_cast<int64_t>(value), std::min(call.scaleFactor, 31));
+    };
     if (!call.isScaled() && call.result.isFloat) {
         return {{{static_cast<Real>(sum.re), static_cast<Real>(sum.im)},
                  FLT_EPSILON * std::hypot(static_cast<Real>(sum.re), static_cast<Real>(sum.im))}};
@@ -289,7 +299,8 @@ std::vector<Expected> expectedResults(const Call& call) {
     if (call.hasBase("CountInRange")) {
         size_t count = 0;
         for (const auto& x : call.vector<Wide>(0))
-            count += x.re > constant<int>(call.f, call.operands, "lowerBound") && x.re < constant<int>(call.f, call.operands, "upperBound");
+            count += x.re > constant<int>(call.f, call.operands, "lowerBound") &&
+                     x.re < constant<int>(call.f, call.operands, "upperBound");
         return {{{static_cast<Real>(count), 0}, 0}};
     }
     return expectedExtremes(call);
@@ -303,7 +314,13 @@ class Statistics : public ::testing::Test {
 
     // By all levels. False after a failure.
     bool isRight(const Function& f, const Operands& operands, int scaleFactor) {
-        const Call call{f, operands, f.base(), *f.arguments[0].type, *f.arguments[f.indexOf(Role::result)].type, operands.count, scaleFactor};
+        const Call call{f,
+                        operands,
+                        f.base(),
+                        *f.arguments[0].type,
+                        *f.arguments[f.indexOf(Role::result)].type,
+                        operands.count,
+                        scaleFactor};
         const auto expected = expectedResults(call);
         for (const Level level : levels()) {
             useLevel(level);
@@ -315,14 +332,18 @@ class Statistics : public ::testing::Test {
                 const Expected& wanted = expected.at(k++);
                 const ElementType& type = *f.arguments[i].type;
                 const auto actual = numbers<Real>(type, stage.vector(i), 1)[0];
-                if (isNear(wanted.value.re, actual.re, wanted.slack) && isNear(wanted.value.im, actual.im, wanted.slack)) continue;
+                if (isNear(wanted.value.re, actual.re, wanted.slack) &&
+                    isNear(wanted.value.im, actual.im, wanted.slack))
+                    continue;
                 std::ostringstream out;
                 out.precision(20);
-                out << f.arguments[i].name << ": expected " << wanted.value.re << ", " << wanted.value.im << " within " << wanted.slack << ", got " << actual.re << ", " << actual.im;
+                out << f.arguments[i].name << ": expected " << wanted.value.re << ", " << wanted.value.im << " within "
+                    << wanted.slack << ", got " << actual.re << ", " << actual.im;
                 text = out.str();
             }
             if (text.empty()) continue;
-            ADD_FAILURE() << f.name << " by " << levelName(level) << ", len " << operands.count << ", scale factor " << scaleFactor << ": " << text;
+            ADD_FAILURE() << f.name << " by " << levelName(level) << ", len " << operands.count << ", scale factor "
+                          << scaleFactor << ": " << text;
             return false;
         }
         return true;
@@ -333,7 +354,8 @@ class Statistics : public ::testing::Test {
   private:
     static bool isNear(Real wanted, Real actual, Real slack) {
         if (slack != 0) return std::fabs(actual - wanted) <= slack;
-        return (wanted == actual && std::signbit(wanted) == std::signbit(actual)) || (wanted != wanted && actual != actual);
+        return (wanted == actual && std::signbit(wanted) == std::signbit(actual)) ||
+               (wanted != wanted && actual != actual);
     }
 };
 
@@ -345,7 +367,8 @@ Operands suitableOperands(const Function& f, size_t count, Random& random) {
         if (f.arguments[i].role != Role::source || !f.arguments[i].type->isFloat) continue;
         withPartType(*f.arguments[i].type, [&](auto part) {
             for (size_t k = 0; k < operands.vectors[i].size(); k += sizeof(part)) {
-                part = std::ldexp(static_cast<decltype(part)>(static_cast<int64_t>(random())), static_cast<int>(random.below(20)) - 70);
+                part = static_cast<decltype(part)>(std::ldexp(static_cast<double>(static_cast<int64_t>(random())),
+                                                              static_cast<int>(random.below(20)) - 70));
                 std::memcpy(&operands.vectors[i][k], &part, sizeof(part));
             }
         });
@@ -376,7 +399,8 @@ TEST_F(Statistics, Values) {
                     });
                 }
             }
-            for (const int scaleFactor : {0, 1, 2, 7, 13, 20, 31, 32, 35, 62, 64, 65, 1023, INT_MAX, -1, -3, -17, -31, -32, -63, -1024, INT_MIN}) {
+            for (const int scaleFactor : {0,  1,    2,       7,  13, 20,  31,  32,  35,  62,    64,
+                                          65, 1023, INT_MAX, -1, -3, -17, -31, -32, -63, -1024, INT_MIN}) {
                 if (length > 2000 && scaleFactor != 0 && random.below(10) != 0) continue;
                 operands.setScaleFactor(f, scaleFactor);
                 if (!isRight(f, operands, scaleFactor)) return;
@@ -399,7 +423,8 @@ TEST_F(Statistics, FirstOfEqualExtremes) {
                 for (size_t k = 0; k < operands.count; ++k) {
                     const size_t value = random.below(rare) == 0 ? random.below(5) : 2;
                     part = static_cast<decltype(part)>(value);
-                    if (std::is_signed_v<decltype(part)> && random.below(2) == 0) part = static_cast<decltype(part)>(-part);
+                    if (std::is_signed_v<decltype(part)> && random.below(2) == 0)
+                        part = static_cast<decltype(part)>(-part);
                     std::memcpy(&operands.vectors[0][k * sizeof(part)], &part, sizeof(part));
                 }
             });
@@ -446,7 +471,9 @@ TEST_F(Statistics, Millions) {
         EXPECT_EQ(narrow, -kLength * 32);
         EXPECT_EQ(zvpsMean_32s_Sfs(wide.data(), kLength, &narrow, 0), zvpStsOk);
         EXPECT_EQ(narrow, INT_MIN);
-        EXPECT_EQ(zvpsDotProd_16sc64sc(reinterpret_cast<const Zvp16sc*>(low.data()), reinterpret_cast<const Zvp16sc*>(low.data()), kLength / 2, &pair), zvpStsOk);
+        EXPECT_EQ(zvpsDotProd_16sc64sc(reinterpret_cast<const Zvp16sc*>(low.data()),
+                                       reinterpret_cast<const Zvp16sc*>(low.data()), kLength / 2, &pair),
+                  zvpStsOk);
         EXPECT_EQ(pair.re, 0);
         EXPECT_EQ(pair.im, int64_t{kLength / 2} << 31);
     }
@@ -457,9 +484,15 @@ TEST_F(Statistics, Rounding) {
         std::vector<Zvp32s> x;
         int scaleFactor;
         Zvp32s mean;
-    } means[] = {{{1, 2}, 0, 2},       {{-1, -2}, 0, -2}, {{2, 3}, 0, 2},
-                 {{1, 2}, 1, 1},       {{1, 2, 2}, -1, 3}, {{5}, -32, INT_MAX},
-                 {{0, -1}, -40, 0},    {{-1, -1}, -33, INT_MIN}, {{INT_MAX, INT_MAX, 1}, -1, INT_MAX},
+    } means[] = {{{1, 2}, 0, 2},
+                 {{-1, -2}, 0, -2},
+                 {{2, 3}, 0, 2},
+                 {{1, 2}, 1, 1},
+                 {{1, 2, 2}, -1, 3},
+                 {{5}, -32, INT_MAX},
+                 {{0, -1}, -40, 0},
+                 {{-1, -1}, -33, INT_MIN},
+                 {{INT_MAX, INT_MAX, 1}, -1, INT_MAX},
                  {{INT_MAX, INT_MAX, INT_MIN, INT_MIN, -1}, -1, -1}};
     for (const auto& c : means) {
         Zvp32s mean = 77;
@@ -501,7 +534,8 @@ TEST_F(Statistics, ElementwiseExtremes) {
         for (const Level level : levels()) {
             useLevel(level);
             EXPECT_EQ(stage.call(f, operands, 0, operands.count, {}), zvpStsOk);
-            EXPECT_EQ(std::memcmp(expected.data(), stage.vector(1), expected.size()), 0) << f.name << " by " << levelName(level);
+            EXPECT_EQ(std::memcmp(expected.data(), stage.vector(1), expected.size()), 0)
+                << f.name << " by " << levelName(level);
         }
     }
     EXPECT_EQ(tested, 11u);
@@ -522,8 +556,12 @@ void expectSumLn(const char* name, ZvpStatus (*function)(const T*, int, R*)) {
             } else {
                 const T fraction = 1 + static_cast<T>(random.below(1 << 20)) * Limits::epsilon();
                 const int exponents = Limits::max_exponent - Limits::min_exponent;
-                element = std::ldexp(fraction, round % 4 == 0 ? 0 : static_cast<int>(random.below(static_cast<size_t>(exponents))) + Limits::min_exponent);
-                if (round % 4 == 1 && random.below(100) == 0) element = Limits::denorm_min() * static_cast<T>(1 + random.below(1000));
+                element = std::ldexp(fraction, round % 4 == 0
+                                                   ? 0
+                                                   : static_cast<int>(random.below(static_cast<size_t>(exponents))) +
+                                                         Limits::min_exponent);
+                if (round % 4 == 1 && random.below(100) == 0)
+                    element = Limits::denorm_min() * static_cast<T>(1 + random.below(1000));
             }
         }
         size_t end = x.size();
@@ -531,7 +569,13 @@ void expectSumLn(const char* name, ZvpStatus (*function)(const T*, int, R*)) {
         Real wanted = 0;
         const size_t ending = random.below(7);
         if (ending > 0) {
-            const T endings[] = {0, -1, Limits::min(), Limits::lowest(), std::is_integral_v<T> ? T{0} : static_cast<T>(HUGE_VAL), std::is_integral_v<T> ? T{0} : static_cast<T>(NAN), static_cast<T>(-0.0)};
+            const T endings[] = {0,
+                                 -1,
+                                 Limits::min(),
+                                 Limits::lowest(),
+                                 std::is_integral_v<T> ? T{0} : static_cast<T>(HUGE_VAL),
+                                 std::is_integral_v<T> ? T{0} : static_cast<T>(NAN),
+                                 static_cast<T>(-0.0)};
             for (int i = 0; i < 3; ++i) {
                 const T element = endings[random.below(std::size(endings))];
                 if (element > 0 && std::isfinite(static_cast<double>(element))) continue;
@@ -542,7 +586,8 @@ void expectSumLn(const char* name, ZvpStatus (*function)(const T*, int, R*)) {
         }
         for (size_t i = 0; i < end; ++i)
             wanted += std::log(static_cast<Real>(x[i]));
-        Real slack = (static_cast<Real>(end) + 8) * DBL_EPSILON / 2 + std::fabs(wanted) * (2 * DBL_EPSILON + (sizeof(R) == 4 ? FLT_EPSILON / 2 : 0));
+        Real slack = (static_cast<Real>(end) + 8) * DBL_EPSILON / 2 +
+                     std::fabs(wanted) * (2 * DBL_EPSILON + (sizeof(R) == 4 ? FLT_EPSILON / 2 : 0));
         if (end < x.size()) {
             slack = 0;
             const double element = static_cast<double>(x[end]);
@@ -553,12 +598,17 @@ void expectSumLn(const char* name, ZvpStatus (*function)(const T*, int, R*)) {
         for (const Level level : levels()) {
             useLevel(level);
             R sum = 77;
-            ASSERT_EQ(function(x.data(), static_cast<int>(x.size()), &sum), wantedStatus) << name << " by " << levelName(level);
-            const bool isSpecial = std::isnan(wanted) ? std::isnan(sum) && (wantedStatus == zvpStsOk || std::signbit(sum)) : sum == wanted;
+            ASSERT_EQ(function(x.data(), static_cast<int>(x.size()), &sum), wantedStatus)
+                << name << " by " << levelName(level);
+            const bool isSpecial =
+                std::isnan(wanted) ? std::isnan(sum) && (wantedStatus == zvpStsOk || std::signbit(sum)) : sum == wanted;
             ASSERT_TRUE(isSpecial || std::fabs(sum - wanted) <= slack)
-                << name << " by " << levelName(level) << ", len " << x.size() << ", end " << end << ": expected " << wanted << ", got " << sum;
+                << name << " by " << levelName(level) << ", len " << x.size() << ", end " << end << ": expected "
+                << wanted << ", got " << sum;
             if (level == Level::v3) first = sum;
-            if (level == Level::v4) ASSERT_EQ(std::memcmp(&first, &sum, sizeof(R)), 0) << name;
+            if (level == Level::v4) {
+                ASSERT_EQ(std::memcmp(&first, &sum, sizeof(R)), 0) << name;
+            }
         }
     }
     useLevel(levels().back());

@@ -74,8 +74,7 @@ R RealDot(const A* src1, const B* src2, size_t n) {
 template <class V, class R, class A, class B>
 R MixedDot(const A* src1, const B* src2, size_t n) {
     Dot<V> op;
-    addAll<kLanesOf<V>>(op, 2 * n, TwiceEach<A, V>{src1},
-                        Values<Part<B>, V>{reinterpret_cast<const Part<B>*>(src2)});
+    addAll<kLanesOf<V>>(op, 2 * n, TwiceEach<A, V>{src1}, Values<Part<B>, V>{reinterpret_cast<const Part<B>*>(src2)});
     return resultOf<R, V, 2>(op.sums.template sum<2>());
 }
 
@@ -111,8 +110,9 @@ R ComplexDot(const T* src1, const T* src2, size_t n) {
 
 // ---- 16-bit integers ----
 
-// The least sum of two products is -2^31 + 2^16, the largest 2^31: with this more it is an unsigned number of 32 bits.
-inline constexpr uint32_t kOffset16 = 0x7FFF0000;
+// Sums of two products lie between -2^31 + 2^15, where one is subtracted, and 2^31: with this more they are unsigned
+// numbers of 32 bits.
+inline constexpr uint32_t kOffset16 = 0x7FFF8000;
 
 struct OffsetTotal {
     SplitTotal total;

@@ -21,8 +21,7 @@ const ExtremesKernels extremesKernels = {
         ZVPS_BOTH_EXTREMES(ZVPS_KERNELS)
 #undef ZVPS_KERNELS
 #define ZVPS_KERNELS(code)                                                                                             \
-    extremeKernels<Smaller, SaturatedMagnitudes, Zvp##code>(),                                                         \
-        extremeKernels<Larger, SaturatedMagnitudes, Zvp##code>(),
+    extremeKernels<Smaller, SaturatedMagnitudes, Zvp##code>(), extremeKernels<Larger, SaturatedMagnitudes, Zvp##code>(),
             ZVPS_EXTREMES_OF_MAGNITUDES(ZVPS_KERNELS)
 #undef ZVPS_KERNELS
 #define ZVPS_KERNEL(slot, operation, type) elementwiseExtreme<operation, type>,

@@ -16,9 +16,10 @@ namespace {
 class LogSum {
   public:
     void multiply(double factor, int64_t exponent = 0) {
-        int places;
-        mantissa_ = std::frexp(mantissa_ * factor, &places);
-        exponent_ += exponent + places;
+        // The factor by itself first: it may be subnormal.
+        int factorPlaces, places;
+        mantissa_ = std::frexp(mantissa_ * std::frexp(factor, &factorPlaces), &places);
+        exponent_ += exponent + factorPlaces + places;
     }
     double value() const {
         // Around 1, so that products near 1 keep their precision.

@@ -49,17 +49,14 @@ struct SplitProduct {
     // Of a block, whose mantissas have grown to 2^16 at most; this product's stay below 2.
     HWY_INLINE void add(const SplitProduct& block) {
         repeat<kInFlight>([&](size_t i) {
-            const auto bits =
-                hn::BitCast(FullLanes<int64_t>(), hn::Mul(mantissas.v[i], block.mantissas.v[i]));
+            const auto bits = hn::BitCast(FullLanes<int64_t>(), hn::Mul(mantissas.v[i], block.mantissas.v[i]));
             mantissas.v[i] = mantissaOf(bits);
             exponents.v[i] = hn::Add(exponents.v[i], hn::Add(block.exponents.v[i], exponentOf(bits)));
         });
         added += block.added + static_cast<int64_t>(kInFlight);
     }
     // Of a factor that comes in by a product with others, which may hide it.
-    HWY_INLINE void refuseNegative(Doubles x) {
-        refused = hn::Or(refused, hn::BitCast(FullLanes<int64_t>(), x));
-    }
+    HWY_INLINE void refuseNegative(Doubles x) { refused = hn::Or(refused, hn::BitCast(FullLanes<int64_t>(), x)); }
     HWY_INLINE bool isRefused() const {
         const FullLanes<int64_t> d;
         return !hn::AllFalse(d, hn::Lt(refused, hn::Zero(d)));
@@ -114,8 +111,8 @@ size_t logProduct(const T* src, size_t n, LogProduct* result) {
         i += count;
     }
     result->mantissa = hn::GetLane(product.mantissas.product());
-    result->exponent = hn::GetLane(product.exponents.sum()) -
-                       product.added * kExponentBias * static_cast<int64_t>(kLanesOf<double>);
+    result->exponent =
+        hn::GetLane(product.exponents.sum()) - product.added * kExponentBias * static_cast<int64_t>(kLanesOf<double>);
     return i;
 }
 

@@ -162,8 +162,8 @@ HWY_INLINE FullVec<int32_t> sumsOfProducts(FullVec<int16_t> a, FullVec<int16_t> 
     return FullVec<int32_t>{ZVPS_INTRINSIC(madd_epi16)(a.raw, b.raw)};
 }
 
-// The exact sum of up to 2^16 unsigned 32-bit integers in each lane, and in all lanes together: what is left of it in 32
-// bits, and the sum of the upper halves.
+// The exact sum of up to 2^16 unsigned 32-bit integers in each lane, and in all lanes together: what is left of it in
+// 32 bits, and the sum of the upper halves.
 struct SplitTotal {
     Partials<uint32_t> wrapped;
     Partials<uint32_t> upper;

@@ -189,8 +189,9 @@ ZVPS_MEAN_STD_DEV(64f)
 
 ZvpStatus zvpsCountInRange_32s(const Zvp32s* pSrc, int len, int* pCounts, Zvp32s lowerBound, Zvp32s upperBound) {
     if (const ZvpStatus status = zvps::checkVectors(len, pSrc, pCounts)) return status;
-    *pCounts = lowerBound < upperBound
-                   ? static_cast<int>(zvps::kernels().totals->countBetween(pSrc, zvps::count(len), lowerBound, upperBound))
-                   : 0;
+    *pCounts =
+        lowerBound < upperBound
+            ? static_cast<int>(zvps::kernels().totals->countBetween(pSrc, zvps::count(len), lowerBound, upperBound))
+            : 0;
     return zvpStsOk;
 }

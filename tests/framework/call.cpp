@@ -137,7 +137,8 @@ Operands randomOperands(const Function& f, size_t count, Random& random) {
             } while (f.rejectsZeroConstant() && isZero(*argument.type, result.values[i].bytes.data()));
         } else if (argument.role == Role::roundMode) {
             int mode = 0;
-            do mode = static_cast<int>(random.below(4));
+            do
+                mode = static_cast<int>(random.below(4));
             while (f.rejectsRoundMode(mode));
             result.values[i].set(mode);
         }
@@ -309,8 +310,7 @@ std::string differences(const Function& f, const Stage& stage, const std::vector
         if (!f.arguments[i].isOutput()) continue;
         const ElementType& type = *f.arguments[i].type;
         const size_t begin = f.arguments[i].role == Role::result ? 0 : first * type.bytes();
-        const std::string text =
-            difference(type, &expected[i][begin], stage.vector(i), f.arguments[i].elements(count));
+        const std::string text = difference(type, &expected[i][begin], stage.vector(i), f.arguments[i].elements(count));
         if (!text.empty()) return f.arguments[i].name + " " + text;
     }
     return stage.damage();

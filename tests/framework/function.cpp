@@ -47,7 +47,8 @@ size_t Function::indexOf(Role role) const {
 }
 
 bool Function::isElementwise() const {
-    static constexpr std::string_view kFamilies[] = {"arithmetic", "companding", "convert", "initialisation", "threshold"};
+    static constexpr std::string_view kFamilies[] = {"arithmetic", "companding", "convert", "initialisation",
+                                                     "threshold"};
     const bool isFamily = std::find(std::begin(kFamilies), std::end(kFamilies), family) != std::end(kFamilies);
     return (isFamily || family == "statistics") && call != nullptr && hasRole(Role::length) && !hasRole(Role::other) &&
            (hasRole(Role::destination) || hasRole(Role::inOut));
@@ -75,8 +76,9 @@ bool Function::rejectsZeroConstant() const {
 
 bool Function::rejectsNegativeLevel() const {
     static constexpr std::string_view kMagnitudes[] = {"Threshold_LTAbs", "Threshold_GTAbs", "Threshold_LTInv"};
-    return family == "threshold" && (arguments[0].type->parts == 2 || std::find(std::begin(kMagnitudes), std::end(kMagnitudes),
-                                                                                base()) != std::end(kMagnitudes));
+    return family == "threshold" &&
+           (arguments[0].type->parts == 2 ||
+            std::find(std::begin(kMagnitudes), std::end(kMagnitudes), base()) != std::end(kMagnitudes));
 }
 
 bool Function::rejectsRoundMode(int mode) const {

@@ -32,8 +32,9 @@ inline constexpr const ElementType* kElementType = nullptr;
 // X(code, part's code)
 #define ZVPS_TEST_ELEMENTS(X)                                                                                          \
     X(8u, 8u)                                                                                                          \
-    X(8s, 8s) X(16u, 16u) X(16s, 16s) X(32u, 32u) X(32s, 32s) X(64u, 64u) X(64s, 64s) X(32f, 32f) X(64f, 64f)          \
-        X(8sc, 8s) X(16sc, 16s) X(32sc, 32s) X(64sc, 64s) X(32fc, 32f) X(64fc, 64f)
+    X(8s, 8s)                                                                                                          \
+    X(16u, 16u) X(16s, 16s) X(32u, 32u) X(32s, 32s) X(64u, 64u) X(64s, 64s) X(32f, 32f) X(64f, 64f) X(8sc, 8s)         \
+        X(16sc, 16s) X(32sc, 32s) X(64sc, 64s) X(32fc, 32f) X(64fc, 64f)
 #define ZVPS_TEST_ELEMENT(TYPE, PART)                                                                                  \
     inline constexpr ElementType kElement##TYPE = {#TYPE, sizeof(Zvp##PART), sizeof(Zvp##TYPE) / sizeof(Zvp##PART),    \
                                                    std::is_floating_point_v<Zvp##PART>, std::is_signed_v<Zvp##PART>};  \
