@@ -161,6 +161,7 @@ class Row {
 void registerArithmetic();
 void registerConversion();
 void registerInitialisation();
+void registerStatistics();
 void registerTelephony();
 void registerWindows();
 

@@ -38,6 +38,7 @@ int main(int argc, char** argv) {
     bench::registerArithmetic();
     bench::registerConversion();
     bench::registerInitialisation();
+    bench::registerStatistics();
     bench::registerTelephony();
     bench::registerWindows();
     benchmark::RunSpecifiedBenchmarks();
