@@ -86,6 +86,8 @@ struct CrossedDot {
 
     HWY_INLINE void add(size_t i, FullVec<V> a, FullVec<V> b) {
         const FullLanes<V> d;
+        a = inRegister(a);
+        b = inRegister(b);
         straight.v[i] = plusProduct(d, straight.v[i], a, b);
         crossed.v[i] = plusProduct(d, crossed.v[i], a, hn::Reverse2(d, b));
     }
@@ -200,6 +202,8 @@ struct ComplexDot16Sums {
         const FullLanes<int32_t> d;
         const FullLanes<uint32_t> unsignedLanes;
         const FullLanes<int16_t> parts;
+        a = inRegister(a);
+        b = inRegister(b);
         const auto pairs = hn::BitCast(unsignedLanes, b);
         // re re - im im as re re + im (~im) + im, whose last sum takes a wrapped one before it back.
         const auto conjugates = hn::BitCast(parts, hn::Xor(pairs, hn::Set(unsignedLanes, 0xFFFF0000)));

@@ -92,7 +92,7 @@ template <class Work, size_t kBlock, class T, class... Bests>
 HWY_INLINE void search(const T* src, size_t n, Bests&... bests) {
     const FullLanes<T> d;
     constexpr size_t N = kLanesOf<T>;
-    const auto load = [&](size_t i) HWY_ATTR { return Work::of(d, hn::LoadU(d, src + i)); };
+    const auto load = [&](size_t i) HWY_ATTR { return inRegister(Work::of(d, hn::LoadU(d, src + i))); };
     for (size_t first = 0; first < n; first += kBlock) {
         const size_t end = n - first < kBlock ? n : first + kBlock;
         (bests.begin(), ...);

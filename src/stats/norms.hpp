@@ -6,16 +6,19 @@
 
 namespace zvps::ZVPS_LEVEL {
 
-// The largest magnitude; a NaN is none.
+// The largest value or magnitude, at least 0; a NaN is none: the processor's instruction gives its second operand where
+// the first is a NaN.
 template <class V>
 struct Peak {
     Partials<V> peaks;
 
-    HWY_INLINE void add(size_t i, FullVec<V> x) {
-        // The second operand is the result where the first is a NaN.
-        peaks.v[i] = hn::Max(hn::Abs(x), peaks.v[i]);
-    }
+    HWY_INLINE void add(size_t i, FullVec<V> x) { peaks.v[i] = hn::Max(x, peaks.v[i]); }
     HWY_INLINE Vec<V, 1> result() const { return peaks.largest(); }
+};
+
+template <class V>
+struct PeakOfMagnitudes : Peak<V> {
+    HWY_INLINE void add(size_t i, FullVec<V> x) { Peak<V>::add(i, hn::Abs(x)); }
 };
 
 template <class Op>
@@ -29,33 +32,55 @@ HWY_INLINE auto resultOf(const Op& op) -> decltype(op.sums.sum()) {
 
 // ---- Complex elements: values from pairs of parts ----
 
-// The source's parts i to i + 2 N - 1 in order, real and imaginary ones apart, go to join(re, im).
-template <size_t N, class V, class Join>
-HWY_INLINE Vec<V, N> joinedPairs(Vec<V, N> lower, Vec<V, N> upper, Join join) {
-    const Lanes<V, N> d;
-    return join(hn::ConcatEven(d, upper, lower), hn::ConcatOdd(d, upper, lower));
-}
-
-// re^2 + im^2, not fused.
+// re^2 + im^2 of all elements of two vectors.
 template <class V, class Source>
 struct SquaredModuli {
     Source source;
 
+    // In any order.
     template <size_t N>
     HWY_INLINE Vec<V, N> load(size_t i) const {
-        return squares<N>(source.template load<N>(2 * i), source.template load<N>(2 * i + N));
+        return fromHalves<N, false>(source.template load<N>(2 * i), source.template load<N>(2 * i + N));
     }
     template <size_t N>
     HWY_INLINE Vec<V, N> loadSome(size_t i, size_t n) const {
-        if (2 * n < N) return squares<N>(source.template loadSome<N>(2 * i, 2 * n), hn::Zero(Lanes<V, N>()));
-        return squares<N>(source.template load<N>(2 * i), source.template loadSome<N>(2 * i + N, 2 * n - N));
+        return someOf<N, false>(i, n);
+    }
+
+    // In the order of the elements.
+    template <size_t N>
+    HWY_INLINE Vec<V, N> loadInOrder(size_t i) const {
+        return fromHalves<N, true>(source.template load<N>(2 * i), source.template load<N>(2 * i + N));
+    }
+    template <size_t N>
+    HWY_INLINE Vec<V, N> loadSomeInOrder(size_t i, size_t n) const {
+        return someOf<N, true>(i, n);
     }
 
   private:
+    template <size_t N, bool isInOrder>
+    HWY_INLINE Vec<V, N> someOf(size_t i, size_t n) const {
+        if (2 * n < N) {
+            return fromHalves<N, isInOrder>(source.template loadSome<N>(2 * i, 2 * n), hn::Zero(Lanes<V, N>()));
+        }
+        return fromHalves<N, isInOrder>(source.template load<N>(2 * i),
+                                        source.template loadSome<N>(2 * i + N, 2 * n - N));
+    }
+    template <size_t N, bool isInOrder>
+    static HWY_INLINE Vec<V, N> fromHalves(Vec<V, N> lower, Vec<V, N> upper) {
+        const Lanes<V, N> d;
+        lower = inRegister(lower);
+        upper = inRegister(upper);
+        if constexpr (isInOrder) {
+            return sumOfSquares<N>(hn::ConcatEven(d, upper, lower), hn::ConcatOdd(d, upper, lower));
+        } else {
+            // Cheaper: nothing crosses the blocks of 16 bytes.
+            return sumOfSquares<N>(hn::OddEven(hn::DupEven(upper), lower), hn::OddEven(upper, hn::DupOdd(lower)));
+        }
+    }
     template <size_t N>
-    static HWY_INLINE Vec<V, N> squares(Vec<V, N> lower, Vec<V, N> upper) {
-        return joinedPairs<N, V>(hn::Mul(lower, lower), hn::Mul(upper, upper),
-                                 [](auto re, auto im) HWY_ATTR { return hn::Add(re, im); });
+    static HWY_INLINE Vec<V, N> sumOfSquares(Vec<V, N> re, Vec<V, N> im) {
+        return hn::MulAdd(re, re, hn::Mul(im, im));
     }
 };
 
@@ -65,11 +90,11 @@ struct Moduli {
 
     template <size_t N>
     HWY_INLINE Vec<V, N> load(size_t i) const {
-        return hn::Sqrt(squares.template load<N>(i));
+        return hn::Sqrt(squares.template loadInOrder<N>(i));
     }
     template <size_t N>
     HWY_INLINE Vec<V, N> loadSome(size_t i, size_t n) const {
-        return hn::Sqrt(squares.template loadSome<N>(i, n));
+        return hn::Sqrt(squares.template loadSomeInOrder<N>(i, n));
     }
 };
 
@@ -138,21 +163,17 @@ struct MagnitudesOfDifferences16 {
   private:
     template <size_t N>
     static HWY_INLINE Vec<uint16_t, N> magnitudes(Vec<int16_t, N> x, Vec<int16_t, N> y) {
+        x = inRegister(x);
+        y = inRegister(y);
         return hn::BitCast(Lanes<uint16_t, N>(), hn::Sub(hn::Max(x, y), hn::Min(x, y)));
     }
 };
 
-struct Peak16 {
-    Partials<uint16_t> peaks;
-
-    HWY_INLINE void add(size_t i, FullVec<uint16_t> x) { peaks.v[i] = hn::Max(x, peaks.v[i]); }
-};
-
 template <class Source>
 HWY_INLINE Zvp64s inf16(const Source& source, size_t n) {
-    Peak16 op;
+    Peak<uint16_t> op;
     addAll<kLanesOf<uint16_t>>(op, n, source);
-    return hn::GetLane(op.peaks.largest());
+    return hn::GetLane(op.result());
 }
 
 // Magnitudes less 2^15, which makes signed numbers of them; added to the sum again in the end.

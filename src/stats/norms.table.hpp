@@ -8,9 +8,9 @@
 // X(slot, element type, result type, operation, what it works on, type in which differences are taken, type of the
 // values). The squares of norms where a root would be the last step.
 #define ZVPS_NORMS(X)                                                                                                  \
-    X(inf_32f, Zvp32f, Zvp32f, Peak, Parts, Zvp32f, Zvp32f)                                                            \
+    X(inf_32f, Zvp32f, Zvp32f, PeakOfMagnitudes, Parts, Zvp32f, Zvp32f)                                                \
     X(infSquared_32fc, Zvp32fc, Zvp64f, Peak, SquaredModuli, Zvp32f, Zvp64f)                                           \
-    X(inf_64f, Zvp64f, Zvp64f, Peak, Parts, Zvp64f, Zvp64f)                                                            \
+    X(inf_64f, Zvp64f, Zvp64f, PeakOfMagnitudes, Parts, Zvp64f, Zvp64f)                                                \
     X(infSquared_64fc, Zvp64fc, Zvp64f, Peak, SquaredModuli, Zvp64f, Zvp64f)                                           \
     X(l1_32f, Zvp32f, Zvp64f, TotalOfMagnitudes, Parts, Zvp32f, Zvp64f)                                                \
     X(l1_32fc, Zvp32fc, Zvp64f, Total, Moduli, Zvp64f, Zvp64f)                                                         \

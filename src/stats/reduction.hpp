@@ -17,6 +17,13 @@ using FullLanes = Lanes<T, kLanesOf<T>>;
 template <class T>
 using FullVec = Vec<T, kLanesOf<T>>;
 
+// For values that are used twice: g++ would load them twice, and loads are what a reduction waits for.
+template <class V>
+HWY_INLINE V inRegister(V v) {
+    __asm__("" : "+v"(v.raw));
+    return v;
+}
+
 // ---- Sources of values ----
 
 // Elements of type T as values of type V. Behind a partial vector follow zeros.

@@ -66,6 +66,7 @@ struct MomentsOf {
     Partials<V> squares;
 
     HWY_INLINE void add(size_t i, FullVec<V> x) {
+        x = inRegister(x);
         sums.v[i] = hn::Add(sums.v[i], x);
         squares.v[i] = hn::MulAdd(x, x, squares.v[i]);
     }
@@ -83,6 +84,7 @@ struct Moments16 {
     SplitTotal squares;
 
     HWY_INLINE void add(size_t i, FullVec<int16_t> x) {
+        x = inRegister(x);
         sums.add(i, x);
         squares.add(i, hn::BitCast(FullLanes<uint32_t>(), sumsOfProducts(x, x)));
     }
