@@ -1,20 +1,21 @@
 /* Reductions of a vector to a few numbers: sums, means, deviations, norms, dot products, extremes, logarithms, counts.
 
    Arguments. The sources stand before the length (elements; a complex pair counts as one), then the results, then a
-   hint, bounds or the scale factor. Any alignment of the element type is fine; sources may be the same vector. A result
-   must not lie in a source.
+   hint, bounds or the scale factor. Any alignment of the element type is fine; sources may be the same vector. A
+   result must not lie in a source.
 
-   Scaling (Sfs). The exact result times 2^-scaleFactor, rounded to nearest with ties to even, saturated to the result's
-   type; any scale factor. Groups that round differently say so.
+   Scaling (Sfs). The exact result times 2^-scaleFactor, rounded to nearest with ties to even, saturated to the
+   result's type; any scale factor. Groups that round differently say so.
 
    Floating-point sums run in many partial sums, fused where the processor has the operation, and are added up in the
-   end: the result depends on the elements and the length alone, not on addresses, and is the same with AVX2 and AVX-512.
+   end: the result depends on the elements and the length alone, not on addresses, and is the same with AVX2 and
+   AVX-512.
 
-   Extremes. A NaN never replaces another element, and as the first element it stays: the result is then that NaN, its
-   index 0. Of equal elements, 0 and -0 among them, the first counts.
+   Extremes. A NaN never replaces another element, and as the first element it stays: the result is then that NaN,
+   its index 0. Of equal elements, 0 and -0 among them, the first counts.
 
-   Statuses. Null pointers (zvpStsNullPtr), then a length below 1 (zvpStsBadSize). Nothing is written on an error. SumLn
-   alone warns; its result is written then.
+   Statuses. Null pointers (zvpStsNullPtr), then a length below 1 (zvpStsBadSize). Nothing is written on an error.
+   SumLn alone warns; its result is written then.
 
    Threads. No state is kept; calls on different results may run at the same time. */
 #ifndef ZVPS_STATISTICS_H
@@ -52,9 +53,9 @@ ZvpStatus zvpsMean_64f(const Zvp64f* pSrc, int len, Zvp64f* pMean);
 ZvpStatus zvpsMean_64fc(const Zvp64fc* pSrc, int len, Zvp64fc* pMean);
 
 /* Standard deviation of a sample, sqrt((len S2 - S1^2) / (len (len - 1))) with S1 the sum of the elements and S2 that
-   of their squares; a negative difference counts as 0. Single precision is computed in double. 16-bit integers: S1, S2 and
-   their difference are exact, root and scaling in double, rounded to nearest with ties to even. A length below 2 gives
-   zvpStsBadSize. */
+   of their squares; a negative difference counts as 0. Single precision is computed in double. 16-bit integers: S1,
+   S2 and their difference are exact, root and scaling in double, rounded to nearest with ties to even. A length
+   below 2 gives zvpStsBadSize. */
 ZvpStatus zvpsStdDev_16s32s_Sfs(const Zvp16s* pSrc, int len, Zvp32s* pStdDev, int scaleFactor);
 ZvpStatus zvpsStdDev_16s_Sfs(const Zvp16s* pSrc, int len, Zvp16s* pStdDev, int scaleFactor);
 ZvpStatus zvpsStdDev_32f(const Zvp32f* pSrc, int len, Zvp32f* pStdDev);
@@ -68,8 +69,8 @@ ZvpStatus zvpsMeanStdDev_32f(const Zvp32f* pSrc, int len, Zvp32f* pMean, Zvp32f*
 ZvpStatus zvpsMeanStdDev_64f(const Zvp64f* pSrc, int len, Zvp64f* pMean, Zvp64f* pStdDev);
 
 /* Largest magnitude; a NaN is passed over. Complex elements: the modulus sqrt(re^2 + im^2), in double. Scale factors:
-   for this norm, exceptionally, digits shifted out are cut off; more than 31 places down give 0, and more than 31 places
-   up count as 31. */
+   for this norm, exceptionally, digits shifted out are cut off; more than 31 places down give 0, and more than 31
+   places up count as 31. */
 ZvpStatus zvpsNorm_Inf_16s32f(const Zvp16s* pSrc, int len, Zvp32f* pNorm);
 ZvpStatus zvpsNorm_Inf_16s32s_Sfs(const Zvp16s* pSrc, int len, Zvp32s* pNorm, int scaleFactor);
 ZvpStatus zvpsNorm_Inf_32f(const Zvp32f* pSrc, int len, Zvp32f* pNorm);
@@ -88,9 +89,9 @@ ZvpStatus zvpsNorm_L1_64f(const Zvp64f* pSrc, int len, Zvp64f* pNorm);
 ZvpStatus zvpsNorm_L1_64fc64f(const Zvp64fc* pSrc, int len, Zvp64f* pNorm);
 
 /* Root of the sum of the squares (L2), and the sum itself (L2Sqr). 16-bit integers: the sum is exact; L2Sqr is scaled,
-   L2 is the root in double, converted to single precision, or multiplied by 2^-scaleFactor, saturated and, exceptionally,
-   cut off to an integer; there the magnitude of the scale factor counts modulo 32. 32f: squared and summed in single
-   precision, otherwise in double. */
+   L2 is the root in double, converted to single precision, or multiplied by 2^-scaleFactor, saturated and,
+   exceptionally, cut off to an integer; there the magnitude of the scale factor counts modulo 32. 32f: squared and
+   summed in single precision, otherwise in double. */
 ZvpStatus zvpsNorm_L2Sqr_16s64s_Sfs(const Zvp16s* pSrc, int len, Zvp64s* pNorm, int scaleFactor);
 ZvpStatus zvpsNorm_L2_16s32f(const Zvp16s* pSrc, int len, Zvp32f* pNorm);
 ZvpStatus zvpsNorm_L2_16s32s_Sfs(const Zvp16s* pSrc, int len, Zvp32s* pNorm, int scaleFactor);
@@ -215,10 +216,10 @@ ZvpStatus zvpsMaxEvery_32f_I(const Zvp32f* pSrc, Zvp32f* pSrcDst, Zvp32u len);
 ZvpStatus zvpsMaxEvery_32s_I(const Zvp32s* pSrc, Zvp32s* pSrcDst, Zvp32u len);
 ZvpStatus zvpsMaxEvery_8u_I(const Zvp8u* pSrc, Zvp8u* pSrcDst, Zvp32u len);
 
-/* Sum of the natural logarithms, computed as the logarithm of the product, which cannot overflow: double precision
-   in all forms, rounded once to the result's type. The sum ends at the first element that is not positive and finite:
-   zero, of either sign, gives +infinity and the warning zvpStsLnZeroArg; a negative element the NaN with the sign bit set
-   and the warning zvpStsLnNegArg; +infinity gives +infinity and a NaN gives a NaN, both without a warning. */
+/* Sum of the natural logarithms, computed as the logarithm of the product, which cannot overflow: double precision in
+   all forms, rounded once to the result's type. The sum ends at the first element that is not positive and finite:
+   zero, of either sign, gives +infinity and the warning zvpStsLnZeroArg; a negative element the NaN with the sign
+   bit set and the warning zvpStsLnNegArg; +infinity gives +infinity and a NaN gives a NaN, both without a warning. */
 ZvpStatus zvpsSumLn_16s32f(const Zvp16s* pSrc, int len, Zvp32f* pSum);
 ZvpStatus zvpsSumLn_32f(const Zvp32f* pSrc, int len, Zvp32f* pSum);
 ZvpStatus zvpsSumLn_32f64f(const Zvp32f* pSrc, int len, Zvp64f* pSum);

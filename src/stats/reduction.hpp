@@ -85,6 +85,20 @@ HWY_INLINE void addAll(Op& op, size_t n, const Sources&... sources) {
 
 // ---- Partial results ----
 
+template <class T, size_t N>
+HWY_INLINE Vec<T, N / 2> upperHalf(Lanes<T, N> d, Vec<T, N> v) {
+    constexpr size_t kBytes = N * sizeof(T);
+    if constexpr (kBytes < 16) {
+        // What lies above the N lanes moves down behind the half, without harm.
+        const Lanes<T, 16 / sizeof(T)> full;
+        const Lanes<uint8_t, 16> bytes;
+        const auto all = hn::BitCast(bytes, Vec<T, 16 / sizeof(T)>{v.raw});
+        return Vec<T, N / 2>{hn::BitCast(full, hn::ShiftRightBytes<kBytes / 2>(bytes, all)).raw};
+    } else {
+        return hn::UpperHalf(hn::Half<decltype(d)>(), v);
+    }
+}
+
 // Lanes i, i + kTo, i + 2 kTo, ... joined into one by halves.
 template <size_t kTo, class T, size_t N, class Join>
 HWY_INLINE Vec<T, kTo> foldLanes(Lanes<T, N> d, Vec<T, N> v, Join join) {
@@ -92,7 +106,7 @@ HWY_INLINE Vec<T, kTo> foldLanes(Lanes<T, N> d, Vec<T, N> v, Join join) {
         return v;
     } else {
         const hn::Half<decltype(d)> half;
-        return foldLanes<kTo>(half, join(hn::LowerHalf(half, v), hn::UpperHalf(half, v)), join);
+        return foldLanes<kTo>(half, join(hn::LowerHalf(half, v), upperHalf(d, v)), join);
     }
 }
 
@@ -104,14 +118,18 @@ struct Partials {
         repeat<kInFlight>([&](size_t i) { v[i] = hn::Set(FullLanes<T>(), value); });
     }
 
+    template <class Join>
+    HWY_INLINE FullVec<T> joined(Join join) const {
+        FullVec<T> half[kInFlight / 2];
+        repeat<kInFlight / 2>([&](size_t i) { half[i] = join(v[i], v[i + kInFlight / 2]); });
+        if constexpr (kInFlight == 8) {
+            repeat<2>([&](size_t i) { half[i] = join(half[i], half[i + 2]); });
+        }
+        return join(half[0], half[1]);
+    }
     template <size_t kTo, class Join>
     HWY_INLINE Vec<T, kTo> folded(Join join) const {
-        FullVec<T> joined[kInFlight / 2];
-        repeat<kInFlight / 2>([&](size_t i) { joined[i] = join(v[i], v[i + kInFlight / 2]); });
-        if constexpr (kInFlight == 8) {
-            repeat<2>([&](size_t i) { joined[i] = join(joined[i], joined[i + 2]); });
-        }
-        return foldLanes<kTo>(FullLanes<T>(), join(joined[0], joined[1]), join);
+        return foldLanes<kTo>(FullLanes<T>(), joined(join), join);
     }
     template <size_t kTo = 1>
     HWY_INLINE Vec<T, kTo> sum() const {
