@@ -162,6 +162,7 @@ void registerArithmetic();
 void registerConversion();
 void registerFft();
 void registerInitialisation();
+void registerStatistics();
 void registerTelephony();
 void registerWindows();
 

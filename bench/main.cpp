@@ -39,6 +39,7 @@ int main(int argc, char** argv) {
     bench::registerConversion();
     bench::registerFft();
     bench::registerInitialisation();
+    bench::registerStatistics();
     bench::registerTelephony();
     bench::registerWindows();
     benchmark::RunSpecifiedBenchmarks();

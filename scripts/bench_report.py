@@ -16,7 +16,7 @@ IN_CACHE = (256, 1024, 4096)
 LARGE = 4 << 20
 SHORT = range(1, 65)
 DIVISION_TARGET = 4
-PEERS = ("plain", "volk", "eigen", "std")
+PEERS = ("plain", "volk", "eigen", "openblas", "std")
 
 
 class Results:
@@ -72,6 +72,10 @@ def is_fft(row):
     return row.startswith("FFT_")
 
 
+def is_reduction(row):
+    return re.match(r"(Sum|Mean|StdDev|Norm|DotProd|Min|Max|CountInRange)", row) is not None
+
+
 def is_in_cache(row):
     return "@" not in row and not is_division(row) and not is_fft(row)
 
@@ -102,7 +106,8 @@ def in_cache_table(results):
             ratio, peer, n = min(least)
             line += f" {ratio:.2f} {peer} {n}" + (" <" if ratio < 0.98 else "")
         lines.append(line)
-        kind = ("integers with scale factors" if "Sfs" in row else
+        kind = ("statistics" if is_reduction(row) else
+                "integers with scale factors" if "Sfs" in row else
                 "initialisation" if "std" in results.times[row] else "floating point")
         for n in IN_CACHE:
             if results.ratios(row, n):

@@ -49,6 +49,15 @@ using Lanes = hn::Simd<T, N, 0>;
 template <class T, size_t N>
 using Vec = hn::Vec<Lanes<T, N>>;
 
+// step(0), ..., step(count - 1), unrolled: so that g++ keeps arrays of vectors in registers.
+template <size_t count, class Step>
+HWY_INLINE void repeat(Step step) {
+    if constexpr (count != 0) {
+        repeat<count - 1>(step);
+        step(count - 1);
+    }
+}
+
 // ---- Partial vectors ----
 
 // The first n < N elements, zeros behind them; touches nothing beyond them.
