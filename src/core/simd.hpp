@@ -259,8 +259,8 @@ HWY_INLINE auto loadVectors(const Source& source, size_t i) {
     if constexpr (kVectors == 1) {
         return source.template load<N>(i);
     } else {
-        const auto lower = source.template load<N>(i);
-        return Two<std::remove_const_t<decltype(lower)>>{lower, source.template load<N>(i + N)};
+        // Not by way of a local variable: g++ takes copies of structures through memory.
+        return Two<decltype(source.template load<N>(i))>{source.template load<N>(i), source.template load<N>(i + N)};
     }
 }
 template <size_t kVectors, size_t N, class Source>
