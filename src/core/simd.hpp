@@ -240,8 +240,12 @@ struct Duplicated {
 
 // From here on a misaligned destination is worth a separate first vector.
 inline constexpr size_t kAlignFromBytes = 1024;
-// From here on, counting all vectors, a result has left the caches before anyone can read it: written past them.
-inline constexpr size_t kStreamFromBytes = size_t{24} << 20;
+// A result that has left the caches before anyone can read it is written past them. That saves reading its memory but
+// is slower while the caches take part in the writing, all the longer the less there is to read: measured, it pays once
+// what is written and four times what is read come to this. Copies and fills: from 12 and 60 MiB on.
+inline constexpr size_t kStreamFromBytes = size_t{60} << 20;
+template <class T, class... Sources>
+inline constexpr size_t kStreamFrom = kStreamFromBytes / (sizeof(T) + ... + (4 * Sources::kReadBytes));
 
 constexpr size_t larger(size_t a, size_t b) {
     return a < b ? b : a;
@@ -279,7 +283,6 @@ template <size_t kPeriod, size_t kVectors, size_t N, class Op, class T, class...
 HWY_NOINLINE Op mapLong(Op op, T* dst, size_t n, Sources... sources) {
     constexpr size_t kBytes = N * sizeof(T);
     constexpr size_t kStep = kVectors * N;
-    constexpr size_t kStreamFrom = kStreamFromBytes / (sizeof(T) + ... + Sources::kReadBytes);
     const Lanes<T, N> d;
     const size_t last = n - kStep;
     const auto tail = op(d, loadVectors<kVectors, N>(sources, last)...);
@@ -288,7 +291,7 @@ HWY_NOINLINE Op mapLong(Op op, T* dst, size_t n, Sources... sources) {
     const size_t lead = N - beyond / sizeof(T);
     const bool canAlign = beyond % sizeof(T) == 0 && lead % kPeriod == 0;
     size_t i = canAlign ? lead : kStep;
-    const bool toCache = n < kStreamFrom || !canAlign || (sources.startsAt(dst) || ...);
+    const bool toCache = n < kStreamFrom<T, Sources...> || !canAlign || (sources.startsAt(dst) || ...);
     if (kBytes < 16 || toCache) {
         for (; i < last; i += kStep) {
             storeVectors<isLight<Op>>(op(d, loadVectors<kVectors, N>(sources, i)...), d, dst + i);
@@ -310,9 +313,8 @@ HWY_INLINE void mapVectors(Op& op, T* dst, size_t n, const Sources&... sources) 
     constexpr size_t kStep = kVectors * N;
     const Lanes<T, N> d;
     constexpr size_t kAlignFrom = kAlignFromBytes / sizeof(T);
-    constexpr size_t kStreamFrom = kStreamFromBytes / (sizeof(T) + ... + Sources::kReadBytes);
     if (HWY_UNLIKELY(n >= kAlignFrom &&
-                     (reinterpret_cast<uintptr_t>(dst) % (N * sizeof(T)) != 0 || n >= kStreamFrom))) {
+                     (reinterpret_cast<uintptr_t>(dst) % (N * sizeof(T)) != 0 || n >= kStreamFrom<T, Sources...>))) {
         op = mapLong<kPeriod, kVectors, N>(op, dst, n, sources...);
         return;
     }
