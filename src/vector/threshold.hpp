@@ -23,6 +23,8 @@ HWY_INLINE auto isBeyond(V v, V level) {
 // Of floats, the minimum and the maximum are their second operand when one is a NaN or both are zeros.
 template <Side side, class T>
 struct Limit {
+    static constexpr bool kLight = true;
+
     T level;
 
     template <class D, class V>
@@ -34,6 +36,8 @@ struct Limit {
 
 template <Side side, class T>
 struct Replace {
+    static constexpr bool kLight = true;
+
     T level;
     T value;
 
@@ -45,6 +49,8 @@ struct Replace {
 
 template <class T>
 struct ReplaceBoth {
+    static constexpr bool kLight = true;
+
     Replace<Side::below, T> below;
     Replace<Side::above, T> above;
 
@@ -56,6 +62,8 @@ struct ReplaceBoth {
 
 template <Side side, class T>
 struct LimitMagnitude {
+    static constexpr bool kLight = true;
+
     T level;
 
     template <class D, class V>
