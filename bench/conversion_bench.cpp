@@ -8,9 +8,10 @@
 namespace bench {
 namespace {
 
-// A row's vectors have the wider of the two types; the narrower one takes the front of its own.
+// A row's vectors have the wider of the two types, the source's if they are equal; the narrower one takes the front of
+// its own.
 template <class S, class D>
-using Wider = std::conditional_t<(sizeof(S) > sizeof(D)), S, D>;
+using Wider = std::conditional_t<(sizeof(S) >= sizeof(D)), S, D>;
 template <class S, class V>
 const S* source(const V& v) {
     return reinterpret_cast<const S*>(v.a);

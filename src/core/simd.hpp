@@ -104,6 +104,11 @@ template <class Op, class = void>
 inline constexpr bool isLight = false;
 template <class Op>
 inline constexpr bool isLight<Op, std::void_t<decltype(Op::kLight)>> = Op::kLight;
+// A light one that shuffles its results stores them whole: taking halves is a shuffle more.
+template <class Op, class = void>
+inline constexpr bool storesHalves = isLight<Op>;
+template <class Op>
+inline constexpr bool storesHalves<Op, std::void_t<decltype(Op::kShuffles)>> = isLight<Op> && !Op::kShuffles;
 
 template <class V, class D, class T>
 HWY_INLINE void streamVectors(V v, D d, T* p) {
@@ -294,7 +299,7 @@ HWY_NOINLINE Op mapLong(Op op, T* dst, size_t n, Sources... sources) {
     const bool toCache = n < kStreamFrom<T, Sources...> || !canAlign || (sources.startsAt(dst) || ...);
     if (kBytes < 16 || toCache) {
         for (; i < last; i += kStep) {
-            storeVectors<isLight<Op>>(op(d, loadVectors<kVectors, N>(sources, i)...), d, dst + i);
+            storeVectors<storesHalves<Op>>(op(d, loadVectors<kVectors, N>(sources, i)...), d, dst + i);
         }
     } else {
         for (; i < last; i += kStep) {
@@ -302,8 +307,8 @@ HWY_NOINLINE Op mapLong(Op op, T* dst, size_t n, Sources... sources) {
         }
         hwy::FlushStream();
     }
-    storeVectors<isLight<Op>>(tail, d, dst + last);
-    storeVectors<isLight<Op>>(head, d, dst);
+    storeVectors<storesHalves<Op>>(tail, d, dst + last);
+    storeVectors<storesHalves<Op>>(head, d, dst);
     return op;
 }
 
@@ -324,11 +329,11 @@ HWY_INLINE void mapVectors(Op& op, T* dst, size_t n, const Sources&... sources) 
     // Light operations at least once, which does no harm to a single vector and spares its branch to all.
     if (isLight<Op> || last != 0) {
         do {
-            storeVectors<isLight<Op>>(op(d, loadVectors<kVectors, N>(sources, i)...), d, dst + i);
+            storeVectors<storesHalves<Op>>(op(d, loadVectors<kVectors, N>(sources, i)...), d, dst + i);
             i += kStep;
         } while (i < last);
     }
-    storeVectors<isLight<Op>>(tail, d, dst + last);
+    storeVectors<storesHalves<Op>>(tail, d, dst + last);
 }
 
 // dst[i] = op(sources[i]...) for n lanes, with op called on vectors. kPeriod: 2 where lanes belong together in pairs.

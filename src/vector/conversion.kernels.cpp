@@ -8,6 +8,7 @@ namespace {
 
 struct Value {
     static constexpr bool kLight = true;
+    static constexpr bool kShuffles = true;
 
     template <class D, class V>
     HWY_INLINE auto operator()(D d, V v) const {
@@ -37,6 +38,7 @@ ZvpStatus convert(const S* src, D* dst, size_t n) {
 template <class D>
 struct ScaledValue {
     static constexpr bool kLight = true;
+    static constexpr bool kShuffles = true;
 
     D factor;
 
@@ -73,6 +75,8 @@ enum class Shift { none, down, up };
 template <class Limits, Shift direction>
 struct Shifted {
     static constexpr bool kTakesTwo = false;
+    static constexpr bool kLight = direction == Shift::none;
+    static constexpr bool kShuffles = true;
 
     int shift;
 
