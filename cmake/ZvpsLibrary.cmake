@@ -29,7 +29,8 @@ function(zvps_add_library name)
 
   add_library(${name}_objects OBJECT ${arg_SOURCES})
   target_include_directories(${name}_objects PRIVATE src include)
-  target_compile_options(${name}_objects PRIVATE -march=x86-64-v2)
+  # Nothing throws; destructors would otherwise bring in the C++ library's run time.
+  target_compile_options(${name}_objects PRIVATE -march=x86-64-v2 -fno-exceptions)
   target_link_libraries(${name}_objects PRIVATE
     ${arg_LINK} zvps_warnings zvps_instrumentation zvps_arithmetic)
   set_target_properties(${name}_objects PROPERTIES CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
