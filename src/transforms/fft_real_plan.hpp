@@ -1,0 +1,60 @@
+// How a real FFT is cut into passes, and the tables they read: shared by the builder of specification objects and the
+// kernels of all levels.
+#pragma once
+
+#include <cstddef>
+
+namespace zvps {
+
+// N = rows x columns samples; the columns are transformed first, then the rows by complex passes.
+struct RealFftPlan {
+    size_t rows;
+    size_t columns;
+    size_t radix[3]; // of the complex passes, whose product is `columns`; 1 for none
+};
+
+constexpr RealFftPlan realFftPlan(int order) {
+    const int rows = order < 6 ? 3 : order < 8 ? 4 : 5;
+    const size_t columns = size_t{1} << (order - rows);
+    RealFftPlan plan = {size_t{1} << rows, columns, {columns, 1, 1}};
+    const int last = order - rows;
+    if (last > 8) {
+        plan.radix[0] = size_t{1} << (last / 3);
+        plan.radix[1] = size_t{1} << ((last + 1) / 3);
+        plan.radix[2] = size_t{1} << ((last + 2) / 3);
+    } else if (last > 4) {
+        plan.radix[0] = size_t{1} << (last / 2);
+        plan.radix[1] = size_t{1} << ((last + 1) / 2);
+    }
+    return plan;
+}
+
+// Twiddle factors of the columns come in blocks of this many bytes: the real parts of neighbouring columns, then their
+// imaginary parts.
+inline constexpr size_t kTwiddleBlockBytes = 64;
+
+template <class T>
+constexpr size_t realFftBlock(const RealFftPlan& plan) {
+    const size_t block = kTwiddleBlockBytes / sizeof(T);
+    return plan.columns < block ? plan.columns : block;
+}
+
+// The tables, one behind the other, by their numbers of values: cos and sin of 2 pi n k / N for column n and row
+// k = 1 .. rows/2 - 1; those that join the real values of the rows 0 and N1/2, cosines then sines; and those of the
+// complex passes but the last, by pairs.
+struct RealFftTables {
+    size_t columns;
+    size_t ends;
+    size_t pass[2];
+};
+
+constexpr RealFftTables realFftTables(const RealFftPlan& plan) {
+    const size_t first = plan.columns;
+    const size_t second = plan.columns / plan.radix[0];
+    return {2 * plan.columns * (plan.rows / 2 - 1),
+            plan.columns,
+            {plan.radix[1] == 1 ? 0 : 2 * (first - first / plan.radix[0]),
+             plan.radix[2] == 1 ? 0 : 2 * (second - second / plan.radix[1])}};
+}
+
+} // namespace zvps
