@@ -1,0 +1,44 @@
+// How a complex transform is cut into passes, and the tables that its kernels read.
+#pragma once
+
+#include "transforms/fft_spec.hpp"
+
+#include <cstddef>
+
+namespace zvps {
+
+inline constexpr int kMaxFftPasses = 6;
+
+// The radices of the passes, as powers of two, in their order.
+struct FftPlan {
+    int passes;
+    int orders[kMaxFftPasses];
+};
+
+// For orders from 6 on.
+template <class T>
+constexpr FftPlan fftPlan(int order) {
+    constexpr FftPlan plans[] = {
+        {2, {3, 3}},          {2, {4, 3}},          {2, {4, 4}},          {3, {3, 3, 3}},       {3, {4, 3, 3}},
+        {3, {4, 4, 3}},       {3, {4, 4, 4}},       {4, {4, 3, 3, 3}},    {4, {4, 4, 3, 3}},    {4, {4, 4, 4, 3}},
+        {4, {4, 4, 4, 4}},    {5, {4, 4, 3, 3, 3}},
+    };
+    return plans[order - 6];
+}
+
+// The twiddle factors of the passes after the first, one pass after the other: for each block of numbers k, and n1 from
+// 1 on, exp(-2 pi i n1 k / (s R)), the real parts of the block before the imaginary parts.
+template <class T>
+constexpr size_t fftTwiddleBlock(int firstOrder) {
+    const size_t lanes = 64 / sizeof(T);
+    const size_t radix = size_t{1} << firstOrder;
+    return radix < lanes ? radix : lanes;
+}
+
+// The bytes that the tables of a complex transform take, and the tables.
+template <class T>
+size_t fftTableBytes(int order);
+template <class T>
+void buildFftTables(int order, FftSpec<T>& spec, unsigned char* area, const T* quarterWave, int quarterWaveOrder);
+
+} // namespace zvps
