@@ -4,23 +4,11 @@
 // 2 N2 real values, which runs as a complex one of length N2 in the lane of row 0.
 #pragma once
 
-#include "core/simd.hpp"
 #include "transforms/fft.table.hpp"
+#include "transforms/fft_butterflies.hpp"
 #include "transforms/fft_real_plan.hpp"
 
-#include <utility>
-
 namespace zvps::ZVPS_LEVEL {
-
-// step(0), ..., step(count - 1) with the index as a constant.
-template <size_t count, size_t first = 0, class Step>
-HWY_INLINE void unroll(Step&& step) {
-    if constexpr (first < count) {
-        step(std::integral_constant<size_t, first>());
-        unroll<count, first + 1>(step);
-    }
-}
-#define ZVPS_STEP(i) [&](auto i) __attribute__((always_inline))
 
 // cos(2 pi k / 32) for k = 0 .. 8.
 inline constexpr double kCosines32[] = {
@@ -41,59 +29,25 @@ inline constexpr T kCosine = static_cast<T>(k * (32 / N) <= 8 ? kCosines32[k * (
 template <size_t N, size_t k, class T>
 inline constexpr T kSine = static_cast<T>(kCosines32[k * (32 / N) <= 8 ? 8 - k * (32 / N) : k * (32 / N) - 8]);
 
+// Lanes as of ComplexVec, whatever their number.
 template <class V>
-struct Complex {
+struct Parts {
     V re;
     V im;
 };
 
 // (re + i im) (c - i s)
 template <class V>
-HWY_INLINE Complex<V> rotated(V re, V im, V c, V s) {
+HWY_INLINE Parts<V> rotated(V re, V im, V c, V s) {
     return {hn::MulAdd(im, s, hn::Mul(re, c)), hn::NegMulAdd(re, s, hn::Mul(im, c))};
 }
 // (re + i im) (c + i s)
 template <class V>
-HWY_INLINE Complex<V> rotatedBack(V re, V im, V c, V s) {
+HWY_INLINE Parts<V> rotatedBack(V re, V im, V c, V s) {
     return {hn::NegMulAdd(im, s, hn::Mul(re, c)), hn::MulAdd(re, s, hn::Mul(im, c))};
 }
 
 // ---- Butterflies ----
-
-// The complex transform of N points in registers.
-template <size_t N, size_t kStride = 1, class D, class V>
-HWY_INLINE void complexDft(D d, const V* xRe, const V* xIm, V* re, V* im) {
-    using T = hn::TFromD<D>;
-    if constexpr (N == 1) {
-        re[0] = xRe[0];
-        im[0] = xIm[0];
-    } else {
-        V evenRe[N / 2], evenIm[N / 2], oddRe[N / 2], oddIm[N / 2];
-        complexDft<N / 2, 2 * kStride>(d, xRe, xIm, evenRe, evenIm);
-        complexDft<N / 2, 2 * kStride>(d, xRe + kStride, xIm + kStride, oddRe, oddIm);
-        unroll<N / 2>(ZVPS_STEP(i) {
-            constexpr size_t k = i;
-            if constexpr (k == 0) {
-                re[k] = hn::Add(evenRe[k], oddRe[k]);
-                im[k] = hn::Add(evenIm[k], oddIm[k]);
-                re[k + N / 2] = hn::Sub(evenRe[k], oddRe[k]);
-                im[k + N / 2] = hn::Sub(evenIm[k], oddIm[k]);
-            } else if constexpr (4 * k == N) {
-                re[k] = hn::Add(evenRe[k], oddIm[k]);
-                im[k] = hn::Sub(evenIm[k], oddRe[k]);
-                re[k + N / 2] = hn::Sub(evenRe[k], oddIm[k]);
-                im[k + N / 2] = hn::Add(evenIm[k], oddRe[k]);
-            } else {
-                const auto odd =
-                    rotated(oddRe[k], oddIm[k], hn::Set(d, kCosine<N, k, T>), hn::Set(d, kSine<N, k, T>));
-                re[k] = hn::Add(evenRe[k], odd.re);
-                im[k] = hn::Add(evenIm[k], odd.im);
-                re[k + N / 2] = hn::Sub(evenRe[k], odd.re);
-                im[k + N / 2] = hn::Sub(evenIm[k], odd.im);
-            }
-        });
-    }
-}
 
 // The bins 0 .. N/2 of the transform of N real values in registers. The bins 0 and N/2 have no imaginary part;
 // areHalves: in their place the sums of the values with even and with odd index.
@@ -111,8 +65,8 @@ HWY_INLINE void realDft(D d, const V* x, V* re, V* im) {
         if constexpr (N >= 4) {
             re[N / 4] = evenRe[N / 4];
             im[N / 4] = hn::Neg(oddRe[N / 4]);
-            unroll<N / 4, 1>(ZVPS_STEP(i) {
-                constexpr size_t k = i;
+            unroll<N / 4 - 1>([&](auto i) ZVPS_INLINE_LAMBDA {
+                constexpr size_t k = i + 1;
                 const auto odd =
                     rotated(oddRe[k], oddIm[k], hn::Set(d, kCosine<N, k, T>), hn::Set(d, kSine<N, k, T>));
                 re[k] = hn::Add(evenRe[k], odd.re);
@@ -137,8 +91,8 @@ HWY_INLINE void inverseRealDft(D d, const V* re, const V* im, V* x) {
         if constexpr (N >= 4) {
             evenRe[N / 4] = hn::Add(re[N / 4], re[N / 4]);
             oddRe[N / 4] = hn::Neg(hn::Add(im[N / 4], im[N / 4]));
-            unroll<N / 4, 1>(ZVPS_STEP(i) {
-                constexpr size_t k = i;
+            unroll<N / 4 - 1>([&](auto i) ZVPS_INLINE_LAMBDA {
+                constexpr size_t k = i + 1;
                 evenRe[k] = hn::Add(re[k], re[N / 2 - k]);
                 evenIm[k] = hn::Sub(im[k], im[N / 2 - k]);
                 const auto odd =
@@ -229,7 +183,7 @@ HWY_INLINE Vec<T, 2 * kPairs> gatheredPairs(Place place) {
     }
 }
 template <class T, size_t N, class Place>
-HWY_INLINE Complex<Vec<T, N>> loadPairs(Lanes<T, N> d, Place place) {
+HWY_INLINE Parts<Vec<T, N>> loadPairs(Lanes<T, N> d, Place place) {
     if constexpr (N == 1) {
         return {hn::Set(d, place(0)[0]), hn::Set(d, place(0)[1])};
     } else {
@@ -239,60 +193,20 @@ HWY_INLINE Complex<Vec<T, N>> loadPairs(Lanes<T, N> d, Place place) {
     }
 }
 
-// Vectors of N lanes seen as blocks of kBlock lanes: of two such vectors the first or last halves of their blocks'
-// sequences (kHalf), or their even or odd blocks.
-template <size_t kBlock, size_t kHalf>
-struct HalvesOfBlocks {
-    static constexpr size_t at(size_t j, size_t n) { return (j < n / 2 ? j : j + n / 2) + kHalf * (n / 2); }
-};
-template <size_t kBlock, size_t kParity>
-struct AlternateBlocks {
-    static constexpr size_t at(size_t j, size_t) { return (j / kBlock * 2 + kParity) * kBlock + j % kBlock; }
-};
-
-// An N x N transposition in registers: inside blocks of 16 bytes, then of blocks.
-template <class T, size_t N>
-HWY_INLINE void transpose(Lanes<T, N> d, Vec<T, N>* v) {
-    constexpr size_t kBlock = N < 16 / sizeof(T) ? N : 16 / sizeof(T);
-    using V = Vec<T, N>;
-    V w[N];
-    unroll<N / kBlock>(ZVPS_STEP(i) {
-        constexpr size_t g = i * kBlock;
-        if constexpr (kBlock == 1) {
-            w[g] = v[g];
-        } else if constexpr (kBlock == 2) {
-            w[g] = hn::InterleaveLower(d, v[g], v[g + 1]);
-            w[g + 1] = hn::InterleaveUpper(d, v[g], v[g + 1]);
-        } else {
-            const V a = hn::InterleaveLower(d, v[g], v[g + 2]);
-            const V b = hn::InterleaveUpper(d, v[g], v[g + 2]);
-            const V e = hn::InterleaveLower(d, v[g + 1], v[g + 3]);
-            const V f = hn::InterleaveUpper(d, v[g + 1], v[g + 3]);
-            w[g] = hn::InterleaveLower(d, a, e);
-            w[g + 1] = hn::InterleaveUpper(d, a, e);
-            w[g + 2] = hn::InterleaveLower(d, b, f);
-            w[g + 3] = hn::InterleaveUpper(d, b, f);
-        }
-    });
-    unroll<kBlock>(ZVPS_STEP(i) {
-        constexpr size_t r = i;
-        if constexpr (N == kBlock) {
-            v[r] = w[r];
-        } else if constexpr (N == 2 * kBlock) {
-            v[r] = pickLanes<HalvesOfBlocks<kBlock, 0>>(d, w[r], w[r + kBlock]);
-            v[r + kBlock] = pickLanes<HalvesOfBlocks<kBlock, 1>>(d, w[r], w[r + kBlock]);
-        } else {
-            static_assert(N == 4 * kBlock);
-            const V a = pickLanes<HalvesOfBlocks<kBlock, 0>>(d, w[r], w[r + kBlock]);
-            const V b = pickLanes<HalvesOfBlocks<kBlock, 1>>(d, w[r], w[r + kBlock]);
-            const V e = pickLanes<HalvesOfBlocks<kBlock, 0>>(d, w[r + 2 * kBlock], w[r + 3 * kBlock]);
-            const V f = pickLanes<HalvesOfBlocks<kBlock, 1>>(d, w[r + 2 * kBlock], w[r + 3 * kBlock]);
-            v[r] = pickLanes<AlternateBlocks<kBlock, 0>>(d, a, e);
-            v[r + kBlock] = pickLanes<AlternateBlocks<kBlock, 1>>(d, a, e);
-            v[r + 2 * kBlock] = pickLanes<AlternateBlocks<kBlock, 0>>(d, b, f);
-            v[r + 3 * kBlock] = pickLanes<AlternateBlocks<kBlock, 1>>(d, b, f);
-        }
-    });
+// Transposes L rows of L lanes in place.
+template <class T, size_t L>
+HWY_INLINE void transposeRows(Lanes<T, L> d, Vec<T, L>* rows) {
+    if constexpr (L * sizeof(T) < 16) {
+        static_assert(L == 2);
+        const auto first = rows[0];
+        rows[0] = hn::InterleaveLower(d, first, rows[1]);
+        rows[1] = hn::InterleaveUpper(d, first, rows[1]);
+    } else {
+        Vec<T, L> columns[L];
+        transpose<T, L>([&](auto row) ZVPS_INLINE_LAMBDA { return rows[row]; },
+                        [&](auto lane, Vec<T, L> v) ZVPS_INLINE_LAMBDA { columns[lane] = v; });
+        unroll<L>([&](auto i) ZVPS_INLINE_LAMBDA { rows[i] = columns[i]; });
+    }
 }
 
 // ---- Passes ----
@@ -334,7 +248,7 @@ HWY_INLINE void transformColumns(const T* src, T* rows, T* halves, size_t column
     using V = Vec<T, L>;
     for (size_t c = 0; c < columns; c += L) {
         V x[kRows], re[kRows / 2 + 1], im[kRows / 2 + 1];
-        unroll<kRows>(ZVPS_STEP(i) { x[i] = hn::LoadU(d, src + i * columns + c); });
+        unroll<kRows>([&](auto i) ZVPS_INLINE_LAMBDA { x[i] = hn::LoadU(d, src + i * columns + c); });
         realDft<kRows, true>(d, x, re, im);
         if constexpr (L == kMaxColumns) {
             im[0] = pickLanes<PartOfPairs<1>>(d, re[0], re[kRows / 2]);
@@ -345,18 +259,19 @@ HWY_INLINE void transformColumns(const T* src, T* rows, T* halves, size_t column
             im[0] = re[0];
         }
         const T* const w = twiddles + c / kBlock * (kRows / 2 - 1) * 2 * kBlock + c % kBlock;
-        unroll<kRows / 2, 1>(ZVPS_STEP(i) {
-            const T* const wi = w + (i - 1) * 2 * kBlock;
-            const auto turned = rotated(re[i], im[i], hn::LoadU(d, wi), hn::LoadU(d, wi + kBlock));
-            re[i] = turned.re;
-            im[i] = turned.im;
+        unroll<kRows / 2 - 1>([&](auto i) ZVPS_INLINE_LAMBDA {
+            constexpr size_t k = i + 1;
+            const T* const wk = w + i * 2 * kBlock;
+            const auto turned = rotated(re[k], im[k], hn::LoadU(d, wk), hn::LoadU(d, wk + kBlock));
+            re[k] = turned.re;
+            im[k] = turned.im;
         });
-        unroll<kRows / 2 / L>(ZVPS_STEP(i) {
-            transpose(d, re + i * L);
-            transpose(d, im + i * L);
+        unroll<kRows / 2 / L>([&](auto i) ZVPS_INLINE_LAMBDA {
+            transposeRows(d, re + i * L);
+            transposeRows(d, im + i * L);
         });
-        unroll<Row::kGroups>(ZVPS_STEP(group) {
-            unroll<L>(ZVPS_STEP(n) {
+        unroll<Row::kGroups>([&](auto group) ZVPS_INLINE_LAMBDA {
+            unroll<L>([&](auto n) ZVPS_INLINE_LAMBDA {
                 constexpr size_t k = group * Row::kLanes + n;
                 T* const row = rows + (c + n) * kRows + group * 2 * Row::kLanes;
                 const typename Row::D rowLanes;
@@ -367,9 +282,10 @@ HWY_INLINE void transformColumns(const T* src, T* rows, T* halves, size_t column
     }
 }
 
-template <size_t kRows, size_t kMaxColumns, bool isScaled, class T>
+// place(n, i): the row that column n + i is in, n a multiple of the columns taken at once.
+template <size_t kRows, size_t kMaxColumns, bool isScaled, class T, class Place>
 HWY_INLINE void inverseTransformColumns(const T* rows, const T* halves, T* dst, T factor, size_t columns,
-                                        const T* twiddles) {
+                                        const T* twiddles, Place place) {
     using Row = RealLanes<T, kRows>;
     constexpr size_t L = smallest(Row::kLanes, kMaxColumns);
     constexpr size_t kBlock = smallest(kMaxColumns, kTwiddleBlockBytes / sizeof(T));
@@ -378,23 +294,24 @@ HWY_INLINE void inverseTransformColumns(const T* rows, const T* halves, T* dst, 
     const V scale = hn::Set(d, factor);
     for (size_t c = 0; c < columns; c += L) {
         V x[kRows], re[kRows / 2 + 1], im[kRows / 2 + 1];
-        unroll<kRows / 2 / L>(ZVPS_STEP(i) {
+        unroll<kRows / 2 / L>([&](auto i) ZVPS_INLINE_LAMBDA {
             constexpr size_t k = i * L;
-            constexpr size_t place = k / Row::kLanes * 2 * Row::kLanes + k % Row::kLanes;
-            unroll<L>(ZVPS_STEP(n) {
-                const T* const row = rows + (c + n) * kRows + place;
+            constexpr size_t group = k / Row::kLanes * 2 * Row::kLanes + k % Row::kLanes;
+            unroll<L>([&](auto n) ZVPS_INLINE_LAMBDA {
+                const T* const row = rows + place(c, n) * kRows + group;
                 im[k + n] = hn::LoadU(d, row);
                 re[k + n] = hn::LoadU(d, row + Row::kLanes);
             });
-            transpose(d, re + k);
-            transpose(d, im + k);
+            transposeRows(d, re + k);
+            transposeRows(d, im + k);
         });
         const T* const w = twiddles + c / kBlock * (kRows / 2 - 1) * 2 * kBlock + c % kBlock;
-        unroll<kRows / 2, 1>(ZVPS_STEP(i) {
-            const T* const wi = w + (i - 1) * 2 * kBlock;
-            const auto turned = rotatedBack(re[i], im[i], hn::LoadU(d, wi), hn::LoadU(d, wi + kBlock));
-            re[i] = turned.re;
-            im[i] = turned.im;
+        unroll<kRows / 2 - 1>([&](auto i) ZVPS_INLINE_LAMBDA {
+            constexpr size_t k = i + 1;
+            const T* const wk = w + i * 2 * kBlock;
+            const auto turned = rotatedBack(re[k], im[k], hn::LoadU(d, wk), hn::LoadU(d, wk + kBlock));
+            re[k] = turned.re;
+            im[k] = turned.im;
         });
         if constexpr (L == kMaxColumns) {
             re[kRows / 2] = pickLanes<Interleaved<1>>(d, re[0], im[0]);
@@ -404,7 +321,7 @@ HWY_INLINE void inverseTransformColumns(const T* rows, const T* halves, T* dst, 
             re[kRows / 2] = hn::LoadU(d, halves + columns + c);
         }
         inverseRealDft<kRows, true>(d, re, im, x);
-        unroll<kRows>(ZVPS_STEP(i) {
+        unroll<kRows>([&](auto i) ZVPS_INLINE_LAMBDA {
             hn::StoreU(isScaled ? hn::Mul(x[i], scale) : x[i], d, dst + i * columns + c);
         });
     }
@@ -424,17 +341,6 @@ struct Spectrum {
 
     HWY_INLINE T* pair(size_t k) const { return values + (2 * k - shift); }
 };
-
-// One complex transform of length R along the rows, in the lanes of a group of bins, by what loads row i and what
-// stores bin i of the result.
-template <size_t R, class D, class Load, class Store>
-HWY_INLINE void transformRows(D d, Load load, Store store) {
-    using V = hn::Vec<D>;
-    V xRe[R], xIm[R], re[R], im[R];
-    unroll<R>(ZVPS_STEP(i) { load(i, xRe[i], xIm[i]); });
-    complexDft<R>(d, xRe, xIm, re, im);
-    unroll<R>(ZVPS_STEP(i) { store(i, re[i], im[i]); });
-}
 
 // Lane 0 from memory.
 template <class D, class V, class T>
@@ -572,7 +478,7 @@ HWY_INLINE void storeEnds(const Spectrum<T>& dst, T* ends, size_t columns, const
     T* const im = ends + columns + 1;
     re[columns] = re[0];
     im[columns] = im[0];
-    byLanes<T>(columns, [&](auto lanes) __attribute__((always_inline)) {
+    byLanes<T>(columns, [&](auto lanes) ZVPS_INLINE_LAMBDA {
         joinEnds<lanes, kRows>(dst, re, im, columns, twiddles);
     });
     T* const middle = dst.pair(columns / 2 * (kRows / 2));
@@ -590,7 +496,7 @@ template <size_t kRows, class T>
 HWY_INLINE void loadEnds(const Spectrum<const T>& src, T* ends, size_t columns, const T* twiddles) {
     T* const re = ends;
     T* const im = ends + columns + 1;
-    byLanes<T>(columns, [&](auto lanes) __attribute__((always_inline)) {
+    byLanes<T>(columns, [&](auto lanes) ZVPS_INLINE_LAMBDA {
         partEnds<lanes, kRows>(src, re, im, columns, twiddles);
     });
     const T* const middle = src.pair(columns / 2 * (kRows / 2));
@@ -608,6 +514,7 @@ HWY_INLINE void shortRealFft(const T* src, const Spectrum<T>& dst, T factor, con
                              const T* endTwiddles) {
     using Row = RealLanes<T, kRows>;
     constexpr size_t L = Row::kLanes;
+    using C = ComplexVec<T, L>;
     const typename Row::D d;
     alignas(kVectorBytes) T rows[kColumns * kRows];
     // All columns at once keep the values of the ends in the rows.
@@ -616,28 +523,27 @@ HWY_INLINE void shortRealFft(const T* src, const Spectrum<T>& dst, T factor, con
     alignas(kVectorBytes) T ends[2 * kColumns + 2];
     transformColumns<kRows, kColumns>(src, rows, halves, kColumns, columnTwiddles);
     const auto scale = hn::Set(d, factor);
-    unroll<Row::kGroups>(ZVPS_STEP(group) {
-        transformRows<kColumns>(
-            d,
-            [&](auto n, auto& re, auto& im) __attribute__((always_inline)) {
+    unroll<Row::kGroups>([&](auto group) ZVPS_INLINE_LAMBDA {
+        Butterfly<T, L, kColumns>::run(
+            [&](auto n) ZVPS_INLINE_LAMBDA {
                 const T* const row = rows + n * kRows + group * 2 * L;
-                re = hn::LoadU(d, row);
-                im = hn::LoadU(d, row + L);
+                C x = {hn::LoadU(d, row), hn::LoadU(d, row + L)};
                 if constexpr (group == 0 && !areInRows) {
-                    re = withFirst(d, re, halves + 2 * n);
-                    im = withFirst(d, im, halves + 2 * n + 1);
+                    x.re = withFirst(d, x.re, halves + 2 * n);
+                    x.im = withFirst(d, x.im, halves + 2 * n + 1);
                 }
+                return x;
             },
-            [&](auto k2, auto re, auto im) __attribute__((always_inline)) {
+            [&](auto k2, C x) ZVPS_INLINE_LAMBDA {
                 if constexpr (isScaled) {
-                    re = hn::Mul(re, scale);
-                    im = hn::Mul(im, scale);
+                    x.re = hn::Mul(x.re, scale);
+                    x.im = hn::Mul(x.im, scale);
                 }
                 if constexpr (group == 0) {
-                    ends[k2] = hn::GetLane(re);
-                    ends[kColumns + 1 + k2] = hn::GetLane(im);
+                    ends[k2] = hn::GetLane(x.re);
+                    ends[kColumns + 1 + k2] = hn::GetLane(x.im);
                 }
-                storeBins<kRows>(dst, kColumns, k2, group, re, im);
+                storeBins<kRows>(dst, kColumns, k2, group, x.re, x.im);
             });
     });
     storeEnds<kRows>(dst, ends, kColumns, endTwiddles);
@@ -648,6 +554,7 @@ HWY_INLINE void shortInverseRealFft(const Spectrum<const T>& src, T* dst, T fact
                                     const T* endTwiddles) {
     using Row = RealLanes<T, kRows>;
     constexpr size_t L = Row::kLanes;
+    using C = ComplexVec<T, L>;
     const typename Row::D d;
     alignas(kVectorBytes) T rows[kColumns * kRows];
     // All columns at once keep the values of the ends in the rows.
@@ -655,23 +562,196 @@ HWY_INLINE void shortInverseRealFft(const Spectrum<const T>& src, T* dst, T fact
     alignas(kVectorBytes) T halves[2 * kColumns];
     alignas(kVectorBytes) T ends[2 * kColumns + 2];
     loadEnds<kRows>(src, ends, kColumns, endTwiddles);
-    unroll<Row::kGroups>(ZVPS_STEP(group) {
-        transformRows<kColumns>(
-            d,
-            [&](auto k2, auto& re, auto& im) __attribute__((always_inline)) {
-                loadBins<kRows>(src, kColumns, k2, group, ends, re, im);
+    unroll<Row::kGroups>([&](auto group) ZVPS_INLINE_LAMBDA {
+        Butterfly<T, L, kColumns>::run(
+            [&](auto k2) ZVPS_INLINE_LAMBDA {
+                C x;
+                loadBins<kRows>(src, kColumns, k2, group, ends, x.re, x.im);
+                return x;
             },
-            [&](auto n, auto re, auto im) __attribute__((always_inline)) {
+            [&](auto n, C x) ZVPS_INLINE_LAMBDA {
                 T* const row = rows + n * kRows + group * 2 * L;
-                hn::StoreU(re, d, row);
-                hn::StoreU(im, d, row + L);
+                hn::StoreU(x.re, d, row);
+                hn::StoreU(x.im, d, row + L);
                 if constexpr (group == 0 && !areInRows) {
-                    halves[2 * n] = hn::GetLane(im);
-                    halves[2 * n + 1] = hn::GetLane(re);
+                    halves[2 * n] = hn::GetLane(x.im);
+                    halves[2 * n + 1] = hn::GetLane(x.re);
                 }
             });
     });
-    inverseTransformColumns<kRows, kColumns, isScaled>(rows, halves, dst, factor, kColumns, columnTwiddles);
+    inverseTransformColumns<kRows, kColumns, isScaled>(rows, halves, dst, factor, kColumns, columnTwiddles,
+                                                       [](size_t n, auto i) { return n + i; });
+}
+
+// A complex pass in place, but the last: transforms over the rows n, n + step, n + 2 step, ... for every n < step, whose
+// values load(row, group) gives.
+template <size_t kRows, size_t R, class T, class Load>
+HWY_INLINE void rowsPass(T* rows, size_t step, const T* twiddles, Load load) {
+    using Row = RealLanes<T, kRows>;
+    constexpr size_t L = Row::kLanes;
+    using C = ComplexVec<T, L>;
+    const typename Row::D d;
+    for (size_t n = 0; n < step; ++n, twiddles += 2 * (R - 1)) {
+        for (size_t group = 0; group < Row::kGroups; ++group) {
+            Butterfly<T, L, R>::run(
+                [&](auto i) ZVPS_INLINE_LAMBDA { return load(n + i * step, group); },
+                [&](auto k, C x) ZVPS_INLINE_LAMBDA {
+                    T* const row = rows + (n + k * step) * kRows + group * 2 * L;
+                    if constexpr (k == 0) {
+                        hn::StoreU(x.re, d, row);
+                        hn::StoreU(x.im, d, row + L);
+                    } else {
+                        const T* const w = twiddles + 2 * (k - 1);
+                        const auto turned = rotated(x.re, x.im, hn::Set(d, w[0]), hn::Set(d, w[1]));
+                        hn::StoreU(turned.re, d, row);
+                        hn::StoreU(turned.im, d, row + L);
+                    }
+                });
+        }
+    }
+}
+
+// The last pass: R neighbouring rows to bins k2, k2 + step, ...; bin(k2, group, x) takes them.
+template <size_t kRows, size_t R, class T, class Bin>
+HWY_INLINE void lastRowsPass(const T* rows, size_t k2, size_t step, Bin bin) {
+    using Row = RealLanes<T, kRows>;
+    constexpr size_t L = Row::kLanes;
+    using C = ComplexVec<T, L>;
+    const typename Row::D d;
+    for (size_t group = 0; group < Row::kGroups; ++group) {
+        Butterfly<T, L, R>::run(
+            [&](auto i) ZVPS_INLINE_LAMBDA {
+                const T* const row = rows + i * kRows + group * 2 * L;
+                return C{hn::LoadU(d, row), hn::LoadU(d, row + L)};
+            },
+            [&](auto k, C x) ZVPS_INLINE_LAMBDA { bin(k2 + k * step, group, x); });
+    }
+}
+
+// Calls step(radix) with one of the radices of long transforms as a constant.
+template <class Step>
+HWY_INLINE void byRadix(size_t radix, Step step) {
+    if (radix == 4) {
+        step(Index<4>());
+    } else if (radix == 8) {
+        step(Index<8>());
+    } else {
+        step(Index<16>());
+    }
+}
+
+// The complex passes of a long transform.
+template <size_t kRows, class T, class Load, class Bin>
+HWY_INLINE void transformRows(T* rows, const RealFftPlan& plan, const T* const* twiddles, Load load, Bin bin) {
+    using Row = RealLanes<T, kRows>;
+    constexpr size_t L = Row::kLanes;
+    using C = ComplexVec<T, L>;
+    const typename Row::D d;
+    const size_t first = plan.radix[0];
+    const size_t second = plan.radix[1];
+    const size_t third = plan.radix[2];
+    const size_t inner = plan.columns / first;
+    byRadix(first, [&](auto radix) ZVPS_INLINE_LAMBDA { rowsPass<kRows, radix>(rows, inner, twiddles[0], load); });
+    for (size_t k = 0; k < first; ++k) {
+        T* const part = rows + k * inner * kRows;
+        if (third == 1) {
+            byRadix(second, [&](auto radix) ZVPS_INLINE_LAMBDA { lastRowsPass<kRows, radix>(part, k, first, bin); });
+            continue;
+        }
+        byRadix(second, [&](auto radix) ZVPS_INLINE_LAMBDA {
+            rowsPass<kRows, radix>(part, third, twiddles[1], [&](size_t n, size_t group) ZVPS_INLINE_LAMBDA {
+                const T* const row = part + n * kRows + group * 2 * L;
+                return C{hn::LoadU(d, row), hn::LoadU(d, row + L)};
+            });
+        });
+        for (size_t m = 0; m < second; ++m) {
+            byRadix(third, [&](auto radix) ZVPS_INLINE_LAMBDA {
+                lastRowsPass<kRows, radix>(part + m * third * kRows, k + first * m, first * second, bin);
+            });
+        }
+    }
+}
+
+// Where bin k2 of the complex transforms was left by in-place passes: the digits of k2 in the reverse order.
+inline size_t reversedRow(const RealFftPlan& plan, size_t k2) {
+    const size_t k0 = k2 % plan.radix[0];
+    const size_t k1 = k2 / plan.radix[0] % plan.radix[1];
+    const size_t k = k2 / plan.radix[0] / plan.radix[1];
+    return (k0 * plan.radix[1] + k1) * plan.radix[2] + k;
+}
+
+inline constexpr size_t kLongRows = 32;
+inline constexpr size_t kStackBytes = 65536;
+
+template <bool isScaled, class T>
+HWY_NOINLINE void longRealFft(const T* src, const Spectrum<T>& dst, T factor, const RealFftPlan& plan,
+                              const FftSpec<T>& spec, T* rows) {
+    using Row = RealLanes<T, kLongRows>;
+    constexpr size_t L = Row::kLanes;
+    using C = ComplexVec<T, L>;
+    const typename Row::D d;
+    const size_t columns = plan.columns;
+    // The values of the ends before the passes, then those after them.
+    alignas(kVectorBytes) T ends[2 * kMostRealColumns + 2];
+    transformColumns<kLongRows, kMostRealColumns>(src, rows, ends, columns, spec.twiddles);
+    const auto scale = hn::Set(d, factor);
+    transformRows<kLongRows>(
+        rows, plan, spec.tables + 1,
+        [&](size_t n, size_t group) ZVPS_INLINE_LAMBDA {
+            const T* const row = rows + n * kLongRows + group * 2 * L;
+            C x = {hn::LoadU(d, row), hn::LoadU(d, row + L)};
+            if (group == 0) {
+                x.re = withFirst(d, x.re, ends + 2 * n);
+                x.im = withFirst(d, x.im, ends + 2 * n + 1);
+            }
+            return x;
+        },
+        [&](size_t k2, size_t group, C x) ZVPS_INLINE_LAMBDA {
+            if constexpr (isScaled) {
+                x.re = hn::Mul(x.re, scale);
+                x.im = hn::Mul(x.im, scale);
+            }
+            if (group == 0) {
+                ends[k2] = hn::GetLane(x.re);
+                ends[columns + 1 + k2] = hn::GetLane(x.im);
+            }
+            storeBins<kLongRows>(dst, columns, k2, group, x.re, x.im);
+        });
+    storeEnds<kLongRows>(dst, ends, columns, spec.tables[0]);
+}
+
+template <bool isScaled, class T>
+HWY_NOINLINE void longInverseRealFft(const Spectrum<const T>& src, T* dst, T factor, const RealFftPlan& plan,
+                                     const FftSpec<T>& spec, T* rows) {
+    using Row = RealLanes<T, kLongRows>;
+    constexpr size_t L = Row::kLanes;
+    using C = ComplexVec<T, L>;
+    const typename Row::D d;
+    const size_t columns = plan.columns;
+    alignas(kVectorBytes) T ends[2 * kMostRealColumns + 2];
+    loadEnds<kLongRows>(src, ends, columns, spec.tables[0]);
+    transformRows<kLongRows>(
+        rows, plan, spec.tables + 1,
+        [&](size_t k2, size_t group) ZVPS_INLINE_LAMBDA {
+            C x;
+            loadBins<kLongRows>(src, columns, k2, group, ends, x.re, x.im);
+            return x;
+        },
+        [&](size_t n, size_t group, C x) ZVPS_INLINE_LAMBDA {
+            T* const row = rows + reversedRow(plan, n) * kLongRows + group * 2 * L;
+            hn::StoreU(x.re, d, row);
+            hn::StoreU(x.im, d, row + L);
+            if (group == 0) {
+                ends[2 * n] = hn::GetLane(x.im);
+                ends[2 * n + 1] = hn::GetLane(x.re);
+            }
+        });
+    size_t places[RealLanes<T, kLongRows>::kVector];
+    for (size_t i = 0; i < Row::kLanes; ++i) {
+        places[i] = reversedRow(plan, i);
+    }
+    inverseTransformColumns<kLongRows, kMostRealColumns, isScaled>(rows, ends, dst, factor, columns, spec.twiddles,
+        [&](size_t n, auto i) { return reversedRow(plan, n) + places[i]; });
 }
 
 } // namespace zvps::ZVPS_LEVEL

@@ -29,6 +29,10 @@ constexpr RealFftPlan realFftPlan(int order) {
     return plan;
 }
 
+// Of the longest transform that is cut so.
+inline constexpr int kMostRealOrder = 17;
+inline constexpr size_t kMostRealColumns = realFftPlan(kMostRealOrder).columns;
+
 // Twiddle factors of the columns come in blocks of this many bytes: the real parts of neighbouring columns, then their
 // imaginary parts.
 inline constexpr size_t kTwiddleBlockBytes = 64;
