@@ -647,9 +647,9 @@ HWY_INLINE void transformRows(T* rows, const RealFftPlan& plan, const T* const* 
     constexpr size_t L = Row::kLanes;
     using C = ComplexVec<T, L>;
     const typename Row::D d;
-    const size_t first = plan.radix[0];
-    const size_t second = plan.radix[1];
-    const size_t third = plan.radix[2];
+    const size_t first = size_t{1} << plan.orders[0];
+    const size_t second = size_t{1} << plan.orders[1];
+    const size_t third = size_t{1} << plan.orders[2];
     const size_t inner = plan.columns / first;
     byRadix(first, [&](auto radix) ZVPS_INLINE_LAMBDA { rowsPass<kRows, radix>(rows, inner, twiddles[0], load); });
     for (size_t k = 0; k < first; ++k) {
@@ -674,10 +674,12 @@ HWY_INLINE void transformRows(T* rows, const RealFftPlan& plan, const T* const* 
 
 // Where bin k2 of the complex transforms was left by in-place passes: the digits of k2 in the reverse order.
 inline size_t reversedRow(const RealFftPlan& plan, size_t k2) {
-    const size_t k0 = k2 % plan.radix[0];
-    const size_t k1 = k2 / plan.radix[0] % plan.radix[1];
-    const size_t k = k2 / plan.radix[0] / plan.radix[1];
-    return (k0 * plan.radix[1] + k1) * plan.radix[2] + k;
+    const int second = plan.orders[1];
+    const int third = plan.orders[2];
+    const size_t k0 = k2 & ((size_t{1} << plan.orders[0]) - 1);
+    const size_t rest = k2 >> plan.orders[0];
+    const size_t k1 = rest & ((size_t{1} << second) - 1);
+    return (((k0 << second) + k1) << third) + (rest >> second);
 }
 
 inline constexpr size_t kLongRows = 32;
@@ -751,7 +753,7 @@ HWY_NOINLINE void longInverseRealFft(const Spectrum<const T>& src, T* dst, T fac
         places[i] = reversedRow(plan, i);
     }
     inverseTransformColumns<kLongRows, kMostRealColumns, isScaled>(rows, ends, dst, factor, columns, spec.twiddles,
-        [&](size_t n, auto i) { return reversedRow(plan, n) + places[i]; });
+        [&](size_t n, auto i) ZVPS_INLINE_LAMBDA { return reversedRow(plan, n) + places[i]; });
 }
 
 } // namespace zvps::ZVPS_LEVEL

@@ -10,21 +10,20 @@ namespace zvps {
 struct RealFftPlan {
     size_t rows;
     size_t columns;
-    size_t radix[3]; // of the complex passes, whose product is `columns`; 1 for none
+    int orders[3]; // of the radices of the complex passes, whose product is `columns`; 0 for none
 };
 
 constexpr RealFftPlan realFftPlan(int order) {
     const int rows = order < 6 ? 3 : order < 8 ? 4 : 5;
-    const size_t columns = size_t{1} << (order - rows);
-    RealFftPlan plan = {size_t{1} << rows, columns, {columns, 1, 1}};
-    const int last = order - rows;
-    if (last > 8) {
-        plan.radix[0] = size_t{1} << (last / 3);
-        plan.radix[1] = size_t{1} << ((last + 1) / 3);
-        plan.radix[2] = size_t{1} << ((last + 2) / 3);
-    } else if (last > 4) {
-        plan.radix[0] = size_t{1} << (last / 2);
-        plan.radix[1] = size_t{1} << ((last + 1) / 2);
+    const int columns = order - rows;
+    RealFftPlan plan = {size_t{1} << rows, size_t{1} << columns, {columns, 0, 0}};
+    if (columns > 8) {
+        plan.orders[0] = columns / 3;
+        plan.orders[1] = (columns + 1) / 3;
+        plan.orders[2] = (columns + 2) / 3;
+    } else if (columns > 4) {
+        plan.orders[0] = columns / 2;
+        plan.orders[1] = (columns + 1) / 2;
     }
     return plan;
 }
@@ -53,12 +52,11 @@ struct RealFftTables {
 };
 
 constexpr RealFftTables realFftTables(const RealFftPlan& plan) {
-    const size_t first = plan.columns;
-    const size_t second = plan.columns / plan.radix[0];
+    const size_t second = plan.columns >> plan.orders[0];
+    const size_t third = second >> plan.orders[1];
     return {2 * plan.columns * (plan.rows / 2 - 1),
             plan.columns,
-            {plan.radix[1] == 1 ? 0 : 2 * (first - first / plan.radix[0]),
-             plan.radix[2] == 1 ? 0 : 2 * (second - second / plan.radix[1])}};
+            {plan.orders[1] == 0 ? 0 : 2 * (plan.columns - second), plan.orders[2] == 0 ? 0 : 2 * (second - third)}};
 }
 
 } // namespace zvps
