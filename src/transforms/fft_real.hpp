@@ -348,17 +348,18 @@ HWY_INLINE V withFirst(D d, V v, const T* p) {
     return hn::IfThenElse(hn::FirstN(d, 1), hn::Set(d, *p), v);
 }
 
-// Bins of one group and one k2 of the half spectrum; the place of lane 0 of the first group is filled with anything.
-template <size_t kRows, class T, class V>
-HWY_INLINE void storeBins(const Spectrum<T>& dst, size_t columns, size_t k2, size_t group, V re, V im) {
+// Bins of one group and one k2 of the half spectrum, kIsUpper: from N2/2 on; the place of lane 0 of the first group is
+// filled with anything.
+template <size_t kRows, bool kIsUpper, bool kIsFirst, class T, class V>
+HWY_INLINE void storeBins(Spectrum<T> dst, size_t columns, size_t k2, size_t group, V re, V im) {
     using Row = RealLanes<T, kRows>;
     constexpr size_t L = Row::kLanes;
     const typename Row::D d;
-    if (2 * k2 < columns) {
+    if constexpr (!kIsUpper) {
         const V lower = pickLanes<Interleaved<0>>(d, re, im);
         const V upper = pickLanes<Interleaved<1>>(d, re, im);
         const size_t k = kRows * k2 + group * L;
-        if (HWY_UNLIKELY(k == 0) && dst.shift != 0) {
+        if (kIsFirst && HWY_UNLIKELY(k == 0 && dst.shift != 0)) {
             hn::StoreU(pickLanes<Down>(d, lower, lower), d, dst.values);
             hn::StoreU(upper, d, dst.values + L - 1);
         } else {
@@ -371,24 +372,24 @@ HWY_INLINE void storeBins(const Spectrum<T>& dst, size_t columns, size_t k2, siz
         T* const p = dst.pair(kRows * (columns - k2) - (group + 1) * L);
         hn::StoreU(lower, d, p);
         hn::StoreU(pickLanes<MirrorInterleaved<1>>(d, re, conjugated), d, p + L);
-        if (group != 0) {
+        if constexpr (!kIsFirst) {
             hn::StoreU(firstLanes<2>(d, lower), Lanes<T, 2>(), p + 2 * L);
         }
     }
 }
 
 // The same bins from memory, parts exchanged; lane 0 of the first group comes from the joined ends.
-template <size_t kRows, class T, class V>
-HWY_INLINE void loadBins(const Spectrum<const T>& src, size_t columns, size_t k2, size_t group, const T* ends, V& re,
+template <size_t kRows, bool kIsUpper, bool kIsFirst, class T, class V>
+HWY_INLINE void loadBins(Spectrum<const T> src, size_t columns, size_t k2, size_t group, const T* ends, V& re,
                          V& im) {
     using Row = RealLanes<T, kRows>;
     constexpr size_t L = Row::kLanes;
     const typename Row::D d;
-    if (2 * k2 < columns) {
+    if constexpr (!kIsUpper) {
         const size_t k = kRows * k2 + group * L;
         V lower;
         V upper;
-        if (HWY_UNLIKELY(k == 0) && src.shift != 0) {
+        if (kIsFirst && HWY_UNLIKELY(k == 0 && src.shift != 0)) {
             const V first = hn::LoadU(d, src.values);
             lower = pickLanes<Up>(d, first, first);
             upper = hn::LoadU(d, src.values + L - 1);
@@ -404,13 +405,13 @@ HWY_INLINE void loadBins(const Spectrum<const T>& src, size_t columns, size_t k2
         const V upper = hn::LoadU(d, p + L);
         im = pickLanes<MirrorPartOfPairs<0>>(d, lower, upper);
         re = pickLanes<MirrorPartOfPairs<1>>(d, lower, upper);
-        if (group != 0) {
+        if constexpr (!kIsFirst) {
             im = withFirst(d, im, p + 2 * L);
             re = withFirst(d, re, p + 2 * L + 1);
         }
         re = hn::Neg(re);
     }
-    if (group == 0) {
+    if constexpr (kIsFirst) {
         im = withFirst(d, im, ends + k2);
         re = withFirst(d, re, ends + columns + 1 + k2);
     }
@@ -543,7 +544,7 @@ HWY_INLINE void shortRealFft(const T* src, const Spectrum<T>& dst, T factor, con
                     ends[k2] = hn::GetLane(x.re);
                     ends[kColumns + 1 + k2] = hn::GetLane(x.im);
                 }
-                storeBins<kRows>(dst, kColumns, k2, group, x.re, x.im);
+                storeBins<kRows, 2 * k2 >= kColumns, group == 0>(dst, kColumns, k2, group, x.re, x.im);
             });
     });
     storeEnds<kRows>(dst, ends, kColumns, endTwiddles);
@@ -566,7 +567,7 @@ HWY_INLINE void shortInverseRealFft(const Spectrum<const T>& src, T* dst, T fact
         Butterfly<T, L, kColumns>::run(
             [&](auto k2) ZVPS_INLINE_LAMBDA {
                 C x;
-                loadBins<kRows>(src, kColumns, k2, group, ends, x.re, x.im);
+                loadBins<kRows, 2 * k2 >= kColumns, group == 0>(src, kColumns, k2, group, ends, x.re, x.im);
                 return x;
             },
             [&](auto n, C x) ZVPS_INLINE_LAMBDA {
@@ -583,18 +584,29 @@ HWY_INLINE void shortInverseRealFft(const Spectrum<const T>& src, T* dst, T fact
                                                        [](size_t n, auto i) { return n + i; });
 }
 
+// step(group, isFirst) for every group of a row.
+template <size_t kGroups, class Step>
+HWY_INLINE void forGroups(Step step) {
+    step(size_t{0}, std::true_type());
+    for (size_t group = 1; group < kGroups; ++group) {
+        step(group, std::false_type());
+    }
+}
+
 // A complex pass in place, but the last: transforms over the rows n, n + step, n + 2 step, ... for every n < step, whose
-// values load(row, group) gives.
+// values load(isUpper, isFirst, row, group) gives.
 template <size_t kRows, size_t R, class T, class Load>
-HWY_INLINE void rowsPass(T* rows, size_t step, const T* twiddles, Load load) {
+HWY_NOINLINE void rowsPass(T* rows, size_t step, const T* twiddles, Load load) {
     using Row = RealLanes<T, kRows>;
     constexpr size_t L = Row::kLanes;
     using C = ComplexVec<T, L>;
     const typename Row::D d;
     for (size_t n = 0; n < step; ++n, twiddles += 2 * (R - 1)) {
-        for (size_t group = 0; group < Row::kGroups; ++group) {
+        forGroups<Row::kGroups>([&](size_t group, auto isFirst) ZVPS_INLINE_LAMBDA {
             Butterfly<T, L, R>::run(
-                [&](auto i) ZVPS_INLINE_LAMBDA { return load(n + i * step, group); },
+                [&](auto i) ZVPS_INLINE_LAMBDA {
+                    return load(std::bool_constant<2 * i >= R>(), isFirst, n + i * step, group);
+                },
                 [&](auto k, C x) ZVPS_INLINE_LAMBDA {
                     T* const row = rows + (n + k * step) * kRows + group * 2 * L;
                     if constexpr (k == 0) {
@@ -607,24 +619,29 @@ HWY_INLINE void rowsPass(T* rows, size_t step, const T* twiddles, Load load) {
                         hn::StoreU(turned.im, d, row + L);
                     }
                 });
-        }
+        });
     }
 }
 
-// The last pass: R neighbouring rows to bins k2, k2 + step, ...; bin(k2, group, x) takes them.
+// The last pass: `count` times R neighbouring rows to bins k2, k2 + step, ..., where k2 grows by binStep from time to
+// time; bin(isUpper, isFirst, k2, group, x) takes them.
 template <size_t kRows, size_t R, class T, class Bin>
-HWY_INLINE void lastRowsPass(const T* rows, size_t k2, size_t step, Bin bin) {
+HWY_NOINLINE void lastRowsPass(const T* rows, size_t count, size_t k2, size_t binStep, size_t step, Bin bin) {
     using Row = RealLanes<T, kRows>;
     constexpr size_t L = Row::kLanes;
     using C = ComplexVec<T, L>;
     const typename Row::D d;
-    for (size_t group = 0; group < Row::kGroups; ++group) {
-        Butterfly<T, L, R>::run(
-            [&](auto i) ZVPS_INLINE_LAMBDA {
-                const T* const row = rows + i * kRows + group * 2 * L;
-                return C{hn::LoadU(d, row), hn::LoadU(d, row + L)};
-            },
-            [&](auto k, C x) ZVPS_INLINE_LAMBDA { bin(k2 + k * step, group, x); });
+    for (size_t m = 0; m < count; ++m, rows += R * kRows, k2 += binStep) {
+        forGroups<Row::kGroups>([&](size_t group, auto isFirst) ZVPS_INLINE_LAMBDA {
+            Butterfly<T, L, R>::run(
+                [&](auto i) ZVPS_INLINE_LAMBDA {
+                    const T* const row = rows + i * kRows + group * 2 * L;
+                    return C{hn::LoadU(d, row), hn::LoadU(d, row + L)};
+                },
+                [&](auto k, C x) ZVPS_INLINE_LAMBDA {
+                    bin(std::bool_constant<2 * k >= R>(), isFirst, k2 + k * step, group, x);
+                });
+        });
     }
 }
 
@@ -645,30 +662,29 @@ template <size_t kRows, class T, class Load, class Bin>
 HWY_INLINE void transformRows(T* rows, const RealFftPlan& plan, const T* const* twiddles, Load load, Bin bin) {
     using Row = RealLanes<T, kRows>;
     constexpr size_t L = Row::kLanes;
-    using C = ComplexVec<T, L>;
-    const typename Row::D d;
     const size_t first = size_t{1} << plan.orders[0];
     const size_t second = size_t{1} << plan.orders[1];
     const size_t third = size_t{1} << plan.orders[2];
     const size_t inner = plan.columns / first;
     byRadix(first, [&](auto radix) ZVPS_INLINE_LAMBDA { rowsPass<kRows, radix>(rows, inner, twiddles[0], load); });
+    if (third == 1) {
+        byRadix(second,
+                [&](auto radix) ZVPS_INLINE_LAMBDA { lastRowsPass<kRows, radix>(rows, first, 0, 1, first, bin); });
+        return;
+    }
     for (size_t k = 0; k < first; ++k) {
         T* const part = rows + k * inner * kRows;
-        if (third == 1) {
-            byRadix(second, [&](auto radix) ZVPS_INLINE_LAMBDA { lastRowsPass<kRows, radix>(part, k, first, bin); });
-            continue;
-        }
         byRadix(second, [&](auto radix) ZVPS_INLINE_LAMBDA {
-            rowsPass<kRows, radix>(part, third, twiddles[1], [&](size_t n, size_t group) ZVPS_INLINE_LAMBDA {
-                const T* const row = part + n * kRows + group * 2 * L;
-                return C{hn::LoadU(d, row), hn::LoadU(d, row + L)};
-            });
+            rowsPass<kRows, radix>(part, third, twiddles[1],
+                                   [part](auto, auto, size_t n, size_t group) ZVPS_INLINE_LAMBDA {
+                                       const T* const row = part + n * kRows + group * 2 * L;
+                                       const typename Row::D d;
+                                       return ComplexVec<T, L>{hn::LoadU(d, row), hn::LoadU(d, row + L)};
+                                   });
         });
-        for (size_t m = 0; m < second; ++m) {
-            byRadix(third, [&](auto radix) ZVPS_INLINE_LAMBDA {
-                lastRowsPass<kRows, radix>(part + m * third * kRows, k + first * m, first * second, bin);
-            });
-        }
+        byRadix(third, [&](auto radix) ZVPS_INLINE_LAMBDA {
+            lastRowsPass<kRows, radix>(part, second, k, first, first * second, bin);
+        });
     }
 }
 
@@ -691,33 +707,34 @@ HWY_NOINLINE void longRealFft(const T* src, const Spectrum<T>& dst, T factor, co
     using Row = RealLanes<T, kLongRows>;
     constexpr size_t L = Row::kLanes;
     using C = ComplexVec<T, L>;
-    const typename Row::D d;
     const size_t columns = plan.columns;
     // The values of the ends before the passes, then those after them.
-    alignas(kVectorBytes) T ends[2 * kMostRealColumns + 2];
+    alignas(kVectorBytes) T endValues[2 * kMostRealColumns + 2];
+    T* const ends = endValues;
     transformColumns<kLongRows, kMostRealColumns>(src, rows, ends, columns, spec.twiddles);
-    const auto scale = hn::Set(d, factor);
     transformRows<kLongRows>(
         rows, plan, spec.tables + 1,
-        [&](size_t n, size_t group) ZVPS_INLINE_LAMBDA {
+        [rows, ends](auto, auto isFirst, size_t n, size_t group) ZVPS_INLINE_LAMBDA {
+            const typename Row::D d;
             const T* const row = rows + n * kLongRows + group * 2 * L;
             C x = {hn::LoadU(d, row), hn::LoadU(d, row + L)};
-            if (group == 0) {
+            if constexpr (isFirst) {
                 x.re = withFirst(d, x.re, ends + 2 * n);
                 x.im = withFirst(d, x.im, ends + 2 * n + 1);
             }
             return x;
         },
-        [&](size_t k2, size_t group, C x) ZVPS_INLINE_LAMBDA {
+        [ends, columns, dst, factor](auto isUpper, auto isFirst, size_t k2, size_t group, C x) ZVPS_INLINE_LAMBDA {
             if constexpr (isScaled) {
+                const auto scale = hn::Set(typename Row::D(), factor);
                 x.re = hn::Mul(x.re, scale);
                 x.im = hn::Mul(x.im, scale);
             }
-            if (group == 0) {
+            if constexpr (isFirst) {
                 ends[k2] = hn::GetLane(x.re);
                 ends[columns + 1 + k2] = hn::GetLane(x.im);
             }
-            storeBins<kLongRows>(dst, columns, k2, group, x.re, x.im);
+            storeBins<kLongRows, isUpper, isFirst>(dst, columns, k2, group, x.re, x.im);
         });
     storeEnds<kLongRows>(dst, ends, columns, spec.tables[0]);
 }
@@ -728,22 +745,23 @@ HWY_NOINLINE void longInverseRealFft(const Spectrum<const T>& src, T* dst, T fac
     using Row = RealLanes<T, kLongRows>;
     constexpr size_t L = Row::kLanes;
     using C = ComplexVec<T, L>;
-    const typename Row::D d;
     const size_t columns = plan.columns;
-    alignas(kVectorBytes) T ends[2 * kMostRealColumns + 2];
+    alignas(kVectorBytes) T endValues[2 * kMostRealColumns + 2];
+    T* const ends = endValues;
     loadEnds<kLongRows>(src, ends, columns, spec.tables[0]);
     transformRows<kLongRows>(
         rows, plan, spec.tables + 1,
-        [&](size_t k2, size_t group) ZVPS_INLINE_LAMBDA {
+        [src, columns, ends](auto isUpper, auto isFirst, size_t k2, size_t group) ZVPS_INLINE_LAMBDA {
             C x;
-            loadBins<kLongRows>(src, columns, k2, group, ends, x.re, x.im);
+            loadBins<kLongRows, isUpper, isFirst>(src, columns, k2, group, ends, x.re, x.im);
             return x;
         },
-        [&](size_t n, size_t group, C x) ZVPS_INLINE_LAMBDA {
+        [rows, plan, ends](auto, auto isFirst, size_t n, size_t group, C x) ZVPS_INLINE_LAMBDA {
+            const typename Row::D d;
             T* const row = rows + reversedRow(plan, n) * kLongRows + group * 2 * L;
             hn::StoreU(x.re, d, row);
             hn::StoreU(x.im, d, row + L);
-            if (group == 0) {
+            if constexpr (isFirst) {
                 ends[2 * n] = hn::GetLane(x.im);
                 ends[2 * n + 1] = hn::GetLane(x.re);
             }
