@@ -698,10 +698,9 @@ inline size_t reversedRow(const RealFftPlan& plan, size_t k2) {
     return (((k0 << second) + k1) << third) + (rest >> second);
 }
 
-inline constexpr size_t kLongRows = 32;
 inline constexpr size_t kStackBytes = 65536;
 
-template <bool isScaled, class T>
+template <size_t kLongRows, bool isScaled, class T>
 HWY_NOINLINE void longRealFft(const T* src, const Spectrum<T>& dst, T factor, const RealFftPlan& plan,
                               const FftSpec<T>& spec, T* rows) {
     using Row = RealLanes<T, kLongRows>;
@@ -739,7 +738,7 @@ HWY_NOINLINE void longRealFft(const T* src, const Spectrum<T>& dst, T factor, co
     storeEnds<kLongRows>(dst, ends, columns, spec.tables[0]);
 }
 
-template <bool isScaled, class T>
+template <size_t kLongRows, bool isScaled, class T>
 HWY_NOINLINE void longInverseRealFft(const Spectrum<const T>& src, T* dst, T factor, const RealFftPlan& plan,
                                      const FftSpec<T>& spec, T* rows) {
     using Row = RealLanes<T, kLongRows>;

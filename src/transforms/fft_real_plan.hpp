@@ -13,8 +13,9 @@ struct RealFftPlan {
     int orders[3]; // of the radices of the complex passes, whose product is `columns`; 0 for none
 };
 
+template <class T>
 constexpr RealFftPlan realFftPlan(int order) {
-    const int rows = order < 6 ? 3 : order < 8 ? 4 : 5;
+    const int rows = order < 6 ? 3 : order < 8 || (sizeof(T) == 8 && (order & 1023) >= ROWS16FROM && order <= ROWS16TO) ? 4 : 5;
     const int columns = order - rows;
     RealFftPlan plan = {size_t{1} << rows, size_t{1} << columns, {columns, 0, 0}};
     if (columns > 8) {
@@ -30,7 +31,7 @@ constexpr RealFftPlan realFftPlan(int order) {
 
 // Of the longest transform that is cut so.
 inline constexpr int kMostRealOrder = 17;
-inline constexpr size_t kMostRealColumns = realFftPlan(kMostRealOrder).columns;
+inline constexpr size_t kMostRealColumns = size_t{1} << (kMostRealOrder - 4);
 
 // Twiddle factors of the columns come in blocks of this many bytes: the real parts of neighbouring columns, then their
 // imaginary parts.
