@@ -41,7 +41,7 @@ size_t fftTableBytes(int order) {
 template <class T>
 void buildFftTables(int order, FftSpec<T>& spec, unsigned char* area, const T* quarterWave, int quarterWaveOrder) {
     const FftPlan plan = fftPlan<T>(order);
-    const size_t block = fftTwiddleBlock<T>(plan.orders[0]);
+    const size_t block = fftBlock<T>(plan.orders[0]);
     T* const table = reinterpret_cast<T*>(area);
     spec.twiddles = table;
     T* p = table;
@@ -53,7 +53,7 @@ void buildFftTables(int order, FftSpec<T>& spec, unsigned char* area, const T* q
         for (size_t start = 0; start < s; start += block) {
             for (size_t n = 1; n < radix; ++n, p += 2 * block) {
                 for (size_t i = 0; i < block; ++i) {
-                    const Twiddle<T> w = twiddle(n * (start + i), reached, quarterWave, quarterWaveOrder);
+                    const Twiddle<T> w = twiddle(n * (start + fftNumberAt<T>(i, block)), reached, quarterWave, quarterWaveOrder);
                     p[i] = w.re;
                     p[block + i] = w.im;
                 }

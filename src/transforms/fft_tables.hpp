@@ -26,14 +26,23 @@ constexpr FftPlan fftPlan(int order) {
     return plans[order - 6];
 }
 
-// The twiddle factors of the passes after the first, one pass after the other: for each block of numbers k, and n1 from
-// 1 on, exp(-2 pi i n1 k / (s R)), the real parts of the block before the imaginary parts.
+// The values in a block of the data between the passes: a vector of 64 bytes, or the numbers of the first pass.
 template <class T>
-constexpr size_t fftTwiddleBlock(int firstOrder) {
+constexpr size_t fftBlock(int firstOrder) {
     const size_t lanes = 64 / sizeof(T);
     const size_t radix = size_t{1} << firstOrder;
     return radix < lanes ? radix : lanes;
 }
+
+// The number at a place in a block: in 128 bits the first half from the block's first half, the other from its second.
+template <class T>
+constexpr size_t fftNumberAt(size_t place, size_t block) {
+    const size_t half = 8 / sizeof(T);
+    return place / (2 * half) * half + place % half + (place % (2 * half) >= half ? block / 2 : 0);
+}
+
+// The twiddle factors of the passes after the first, one pass after the other: for each block of numbers k, and n1 from
+// 1 on, exp(-2 pi i n1 k / (s R)), the real parts of the block before the imaginary parts.
 
 // The bytes that the tables of a complex transform take, and the tables.
 template <class T>
