@@ -66,6 +66,35 @@ constexpr size_t numberAt(size_t place) {
     return fftNumberAt<T>(place, B);
 }
 
+// Between the order of a block of V values and that of their numbers: pairs of lanes of 4 bytes, or lanes of 8, move.
+template <class T, size_t V>
+HWY_INLINE Vec<T, V> toBlocks(Vec<T, V> x) {
+    const Lanes<T, V> d;
+    constexpr size_t kUnits = V * sizeof(T) / 8;
+    const Lanes<int64_t, kUnits> unit;
+    if constexpr (kUnits == 8) {
+        alignas(64) static constexpr int64_t kOrder[] = {0, 4, 1, 5, 2, 6, 3, 7};
+        return hn::BitCast(d, hn::TableLookupLanes(hn::BitCast(unit, x), hn::SetTableIndices(unit, kOrder)));
+    } else if constexpr (kUnits == 4) {
+        alignas(32) static constexpr int64_t kOrder[] = {0, 2, 1, 3};
+        return hn::BitCast(d, hn::TableLookupLanes(hn::BitCast(unit, x), hn::SetTableIndices(unit, kOrder)));
+    } else {
+        return x;
+    }
+}
+template <class T, size_t V>
+HWY_INLINE Vec<T, V> fromBlocks(Vec<T, V> x) {
+    const Lanes<T, V> d;
+    constexpr size_t kUnits = V * sizeof(T) / 8;
+    const Lanes<int64_t, kUnits> unit;
+    if constexpr (kUnits == 8) {
+        alignas(64) static constexpr int64_t kOrder[] = {0, 2, 4, 6, 1, 3, 5, 7};
+        return hn::BitCast(d, hn::TableLookupLanes(hn::BitCast(unit, x), hn::SetTableIndices(unit, kOrder)));
+    } else {
+        return toBlocks<T, V>(x);
+    }
+}
+
 // ---- Loaders: V values from an index on ----
 
 template <class T>
@@ -98,11 +127,33 @@ struct InterleavedLoader {
     }
 };
 
+// Data in one array for each part. In memory the values are in their order, in vectors in that of the blocks.
+template <class T>
+struct SplitLoader {
+    const T* re;
+    const T* im;
+
+    template <size_t V, size_t B>
+    HWY_INLINE ComplexVec<T, V> load(size_t i) const {
+        return {part<V, B>(re, i), part<V, B>(im, i)};
+    }
+
+  private:
+    template <size_t V, size_t B>
+    static HWY_INLINE Vec<T, V> part(const T* p, size_t i) {
+        const Lanes<T, V / 2> half;
+        const T* const lower = p + i - i % B / 2;
+        return toBlocks<T, V>(hn::Combine(Lanes<T, V>(), hn::LoadU(half, lower + B / 2), hn::LoadU(half, lower)));
+    }
+};
+
 // ---- Storers ----
 
 template <class T>
 struct BlockStorer {
     T* p;
+
+    HWY_INLINE BlockLoader<T> loader() const { return {p}; }
 
     template <size_t V, size_t B>
     HWY_INLINE void storeRe(size_t i, Vec<T, V> x) const {
@@ -133,6 +184,38 @@ struct InterleavedStorer {
     }
 };
 
+template <class T>
+struct SplitStorer {
+    T* re;
+    T* im;
+
+    HWY_INLINE SplitLoader<T> loader() const { return {re, im}; }
+
+    template <size_t V, size_t B>
+    HWY_INLINE void storeRe(size_t i, Vec<T, V> x) const {
+        storePart<V, B>(x, re, i);
+    }
+    template <size_t V, size_t B>
+    HWY_INLINE void storeIm(size_t i, Vec<T, V> x) const {
+        storePart<V, B>(x, im, i);
+    }
+    template <size_t V, size_t B>
+    HWY_INLINE void store(size_t i, ComplexVec<T, V> x) const {
+        storeRe<V, B>(i, x.re);
+        storeIm<V, B>(i, x.im);
+    }
+
+  private:
+    template <size_t V, size_t B>
+    static HWY_INLINE void storePart(Vec<T, V> x, T* p, size_t i) {
+        const Lanes<T, V / 2> half;
+        const Vec<T, V> v = fromBlocks<T, V>(x);
+        T* const lower = p + i - i % B / 2;
+        hn::StoreU(hn::LowerHalf(half, v), half, lower);
+        hn::StoreU(hn::UpperHalf(half, v), half, lower + B / 2);
+    }
+};
+
 template <class T, class Storer>
 struct ScaledStorer {
     Storer storer;
@@ -154,22 +237,20 @@ HWY_INLINE void firstPass(const Loader& loader, const Storer& storer, size_t col
     static_assert(R % B == 0 && B % V == 0);
     for (size_t n = 0; n < columns; n += V) {
         C x[R];
-        Butterfly<T, V, R>::run(
-            [&](auto n1) ZVPS_INLINE_LAMBDA { return loader.template load<V, V>(n1 * columns + n); },
-            [&](auto k1, C value) ZVPS_INLINE_LAMBDA { x[k1] = value; });
+        Butterfly<T, V, R>::run([&](auto n1)
+                                    ZVPS_INLINE_LAMBDA { return loader.template load<V, V>(n1 * columns + n); },
+                                [&](auto k1, C value) ZVPS_INLINE_LAMBDA { x[k1] = value; });
         unroll<R / V>([&](auto chunk) ZVPS_INLINE_LAMBDA {
             constexpr size_t kBlock = chunk * V / B * B;
             constexpr size_t kInBlock = chunk * V % B;
-            transpose<T, V>(
-                [&](auto row) ZVPS_INLINE_LAMBDA { return x[kBlock + numberAt<T, B>(kInBlock + row)].re; },
-                [&](auto lane, Vec<T, V> v) ZVPS_INLINE_LAMBDA {
-                    storer.template storeRe<V, B>((n + numberAt<T, V>(lane)) * R + chunk * V, v);
-                });
-            transpose<T, V>(
-                [&](auto row) ZVPS_INLINE_LAMBDA { return x[kBlock + numberAt<T, B>(kInBlock + row)].im; },
-                [&](auto lane, Vec<T, V> v) ZVPS_INLINE_LAMBDA {
-                    storer.template storeIm<V, B>((n + numberAt<T, V>(lane)) * R + chunk * V, v);
-                });
+            transpose<T, V>([&](auto row) ZVPS_INLINE_LAMBDA { return x[kBlock + numberAt<T, B>(kInBlock + row)].re; },
+                            [&](auto lane, Vec<T, V> v) ZVPS_INLINE_LAMBDA {
+                                storer.template storeRe<V, B>((n + numberAt<T, V>(lane)) * R + chunk * V, v);
+                            });
+            transpose<T, V>([&](auto row) ZVPS_INLINE_LAMBDA { return x[kBlock + numberAt<T, B>(kInBlock + row)].im; },
+                            [&](auto lane, Vec<T, V> v) ZVPS_INLINE_LAMBDA {
+                                storer.template storeIm<V, B>((n + numberAt<T, V>(lane)) * R + chunk * V, v);
+                            });
         });
     }
 }
