@@ -176,21 +176,24 @@ struct Butterfly<T, V, 16> {
             const C w2 = subI(a[2][1], a[2][1]);
             const C w1 = subI(a[1][1], a[1][1], tan);
             const C w3 = mulMinusI(a[3][1], tan);
-            combineFour(add(a[0][1], w2, c), sub(a[0][1], w2, c), add(w1, w3), sub(w1, w3),
-                        [&](auto p, C x) ZVPS_INLINE_LAMBDA { out(Index<4 * p + 1>(), x); }, cos);
+            combineFour(
+                add(a[0][1], w2, c), sub(a[0][1], w2, c), add(w1, w3), sub(w1, w3),
+                [&](auto p, C x) ZVPS_INLINE_LAMBDA { out(Index<4 * p + 1>(), x); }, cos);
         }
         {
             const C w2 = subI(a[1][2], a[1][2]);
             const C w6 = addI(a[3][2], a[3][2]); // by -W^6
-            combineFour(subI(a[0][2], a[2][2]), addI(a[0][2], a[2][2]), sub(w2, w6), add(w2, w6),
-                        [&](auto p, C x) ZVPS_INLINE_LAMBDA { out(Index<4 * p + 2>(), x); }, c);
+            combineFour(
+                subI(a[0][2], a[2][2]), addI(a[0][2], a[2][2]), sub(w2, w6), add(w2, w6),
+                [&](auto p, C x) ZVPS_INLINE_LAMBDA { out(Index<4 * p + 2>(), x); }, c);
         }
         {
             const C w6 = addI(a[2][3], a[2][3]); // by -W^6
             const C w3 = mulMinusI(a[1][3], tan);
             const C w9 = subI(a[3][3], a[3][3], tan); // by -W^9
-            combineFour(sub(a[0][3], w6, c), add(a[0][3], w6, c), sub(w3, w9), add(w3, w9),
-                        [&](auto p, C x) ZVPS_INLINE_LAMBDA { out(Index<4 * p + 3>(), x); }, cos);
+            combineFour(
+                sub(a[0][3], w6, c), add(a[0][3], w6, c), sub(w3, w9), add(w3, w9),
+                [&](auto p, C x) ZVPS_INLINE_LAMBDA { out(Index<4 * p + 3>(), x); }, cos);
         }
     }
 };
@@ -279,9 +282,8 @@ HWY_INLINE void transpose(const In& in, const Out& out) {
         }
     });
     unroll<kLanes>([&](auto j) ZVPS_INLINE_LAMBDA {
-        transposeBlocks<T, V>(
-            [&](auto g) ZVPS_INLINE_LAMBDA { return t[g][j]; },
-            [&](auto block, Vec<T, V> v) ZVPS_INLINE_LAMBDA { out(Index<block * kLanes + j>(), v); });
+        transposeBlocks<T, V>([&](auto g) ZVPS_INLINE_LAMBDA { return t[g][j]; },
+                              [&](auto block, Vec<T, V> v) ZVPS_INLINE_LAMBDA { out(Index<block * kLanes + j>(), v); });
     });
 }
 

@@ -30,18 +30,49 @@ Twiddle<T> twiddle(size_t index, int order, const T* quarterWave, int waveOrder)
     }
 }
 
+// exp(-2 pi i k / 2^order) for k < count <= 2^order / 2.
+template <class T>
+void storeTwiddles(int order, size_t count, T* twiddles, const T* quarterWave, int quarterWaveOrder) {
+    const int places = quarterWaveOrder - order;
+    const size_t quarter = (size_t{1} << order) / 4;
+    for (size_t k = 0; k < count; ++k) {
+        const bool second = k > quarter;
+        const T cosine = quarterWave[(second ? k - quarter : quarter - k) << places];
+        twiddles[2 * k] = second ? -cosine : cosine;
+        twiddles[2 * k + 1] = -quarterWave[(second ? 2 * quarter - k : k) << places];
+    }
+}
+
+// The tables of radix-2 passes.
+template <class T>
+size_t plainTableBytes(int order) {
+    return sizeof(T) << order;
+}
+
+template <class T>
+void buildPlainTables(int order, FftSpec<T>& spec, unsigned char* area, const T* quarterWave, int quarterWaveOrder) {
+    T* const twiddles = reinterpret_cast<T*>(area);
+    storeTwiddles(order, (size_t{1} << order) / 2, twiddles, quarterWave, quarterWaveOrder);
+    spec.twiddles = twiddles;
+}
+
 } // namespace
 
 template <class T>
 size_t fftTableBytes(int order) {
+    if (order > kLastFftPlan) return plainTableBytes<T>(order);
     const FftPlan plan = fftPlan<T>(order);
     return ((size_t{1} << order) - (size_t{1} << plan.orders[0])) * 2 * sizeof(T);
 }
 
 template <class T>
 void buildFftTables(int order, FftSpec<T>& spec, unsigned char* area, const T* quarterWave, int quarterWaveOrder) {
+    if (order > kLastFftPlan) {
+        buildPlainTables(order, spec, area, quarterWave, quarterWaveOrder);
+        return;
+    }
     const FftPlan plan = fftPlan<T>(order);
-    const size_t block = fftTwiddleBlock<T>(plan.orders[0]);
+    const size_t block = fftBlock<T>(plan.orders[0]);
     T* const table = reinterpret_cast<T*>(area);
     spec.twiddles = table;
     T* p = table;
@@ -53,7 +84,8 @@ void buildFftTables(int order, FftSpec<T>& spec, unsigned char* area, const T* q
         for (size_t start = 0; start < s; start += block) {
             for (size_t n = 1; n < radix; ++n, p += 2 * block) {
                 for (size_t i = 0; i < block; ++i) {
-                    const Twiddle<T> w = twiddle(n * (start + i), reached, quarterWave, quarterWaveOrder);
+                    const Twiddle<T> w =
+                        twiddle(n * (start + fftNumberAt<T>(i, block)), reached, quarterWave, quarterWaveOrder);
                     p[i] = w.re;
                     p[block + i] = w.im;
                 }
@@ -62,9 +94,26 @@ void buildFftTables(int order, FftSpec<T>& spec, unsigned char* area, const T* q
     }
 }
 
-template size_t fftTableBytes<float>(int);
-template size_t fftTableBytes<double>(int);
-template void buildFftTables(int, FftSpec<float>&, unsigned char*, const float*, int);
-template void buildFftTables(int, FftSpec<double>&, unsigned char*, const double*, int);
+template <class T>
+size_t realFftTableBytes(int order) {
+    return plainTableBytes<T>(order - 1) + 2 * sizeof(T) * ((size_t{1} << order) / 4);
+}
+
+template <class T>
+void buildRealFftTables(int order, FftSpec<T>& spec, unsigned char* area, const T* quarterWave, int quarterWaveOrder) {
+    buildPlainTables(order - 1, spec, area, quarterWave, quarterWaveOrder);
+    T* const recombination = reinterpret_cast<T*>(area + plainTableBytes<T>(order - 1));
+    storeTwiddles(order, (size_t{1} << order) / 4, recombination, quarterWave, quarterWaveOrder);
+    spec.tables[0] = recombination;
+}
+
+#define ZVPS_TABLES(T)                                                                                                 \
+    template size_t fftTableBytes<T>(int);                                                                             \
+    template void buildFftTables(int, FftSpec<T>&, unsigned char*, const T*, int);                                     \
+    template size_t realFftTableBytes<T>(int);                                                                         \
+    template void buildRealFftTables(int, FftSpec<T>&, unsigned char*, const T*, int);
+ZVPS_TABLES(float)
+ZVPS_TABLES(double)
+#undef ZVPS_TABLES
 
 } // namespace zvps

@@ -7,7 +7,9 @@
 
 namespace zvps {
 
-inline constexpr int kMaxFftPasses = 6;
+// Up to this order complex transforms are made of such passes.
+inline constexpr int kLastFftPlan = 17;
+inline constexpr int kMaxFftPasses = 5;
 
 // The radices of the passes, as powers of two, in their order.
 struct FftPlan {
@@ -19,26 +21,42 @@ struct FftPlan {
 template <class T>
 constexpr FftPlan fftPlan(int order) {
     constexpr FftPlan plans[] = {
-        {2, {3, 3}},          {2, {4, 3}},          {2, {4, 4}},          {3, {3, 3, 3}},       {3, {4, 3, 3}},
-        {3, {4, 4, 3}},       {3, {4, 4, 4}},       {4, {4, 3, 3, 3}},    {4, {4, 4, 3, 3}},    {4, {4, 4, 4, 3}},
-        {4, {4, 4, 4, 4}},    {5, {4, 4, 3, 3, 3}},
+        {2, {3, 3}},       {2, {4, 3}},       {2, {4, 4}},       {3, {3, 3, 3}},
+        {3, {4, 3, 3}},    {3, {4, 4, 3}},    {3, {4, 4, 4}},    {4, {4, 3, 3, 3}},
+        {4, {4, 4, 3, 3}}, {4, {4, 4, 4, 3}}, {4, {4, 4, 4, 4}}, {5, {4, 4, 3, 3, 3}},
     };
     return plans[order - 6];
 }
 
-// The twiddle factors of the passes after the first, one pass after the other: for each block of numbers k, and n1 from
-// 1 on, exp(-2 pi i n1 k / (s R)), the real parts of the block before the imaginary parts.
+// The values in a block of the data between the passes: a vector of 64 bytes, or the numbers of the first pass.
 template <class T>
-constexpr size_t fftTwiddleBlock(int firstOrder) {
+constexpr size_t fftBlock(int firstOrder) {
     const size_t lanes = 64 / sizeof(T);
     const size_t radix = size_t{1} << firstOrder;
     return radix < lanes ? radix : lanes;
 }
 
-// The bytes that the tables of a complex transform take, and the tables.
+// The number at a place in a block: in 128 bits the first half from the block's first half, the other from its second.
+template <class T>
+constexpr size_t fftNumberAt(size_t place, size_t block) {
+    const size_t half = 8 / sizeof(T);
+    return place / (2 * half) * half + place % half + (place % (2 * half) >= half ? block / 2 : 0);
+}
+
+// The twiddle factors of the passes after the first, one pass after the other: for each block of numbers k, and n1 from
+// 1 on, exp(-2 pi i n1 k / (s R)), the real parts of the block before the imaginary parts.
+
+// quarterWave[k] = sin(2 pi k / 2^quarterWaveOrder) for k = 0..2^quarterWaveOrder / 4, correctly rounded; of the order
+// of the transform or a higher one. The order of a real transform is that of its number of samples. Tables start at
+// `area`, which is aligned to 32 bytes.
 template <class T>
 size_t fftTableBytes(int order);
 template <class T>
 void buildFftTables(int order, FftSpec<T>& spec, unsigned char* area, const T* quarterWave, int quarterWaveOrder);
+
+template <class T>
+size_t realFftTableBytes(int order);
+template <class T>
+void buildRealFftTables(int order, FftSpec<T>& spec, unsigned char* area, const T* quarterWave, int quarterWaveOrder);
 
 } // namespace zvps
