@@ -23,11 +23,18 @@ inline constexpr double kCosines32[] = {
     0.0,
 };
 
+// For k up to 16.
+constexpr double cosineOf32(size_t k) {
+    return k <= 8 ? kCosines32[k] : -kCosines32[16 - k];
+}
+constexpr double sineOf32(size_t k) {
+    return kCosines32[k <= 8 ? 8 - k : k - 8];
+}
+
 template <size_t N, size_t k, class T>
-inline constexpr T kCosine = static_cast<T>(k * (32 / N) <= 8 ? kCosines32[k * (32 / N) % 9]
-                                                              : -kCosines32[(16 - k * (32 / N)) % 9]);
+inline constexpr T kCosine = static_cast<T>(cosineOf32(k * (32 / N)));
 template <size_t N, size_t k, class T>
-inline constexpr T kSine = static_cast<T>(kCosines32[k * (32 / N) <= 8 ? 8 - k * (32 / N) : k * (32 / N) - 8]);
+inline constexpr T kSine = static_cast<T>(sineOf32(k * (32 / N)));
 
 // Lanes as of ComplexVec, whatever their number.
 template <class V>
@@ -509,6 +516,51 @@ HWY_INLINE void loadEnds(const Spectrum<const T>& src, T* ends, size_t columns, 
 
 // ---- Transforms ----
 
+// Up to 8 values, one by one.
+template <size_t N, RealFftLayout layout, bool isScaled, class T>
+HWY_INLINE void tinyRealFft(const T* src, T* dst, T factor) {
+    const Lanes<T, 1> d;
+    using V = Vec<T, 1>;
+    V x[N], re[N / 2 + 1], im[N / 2 + 1];
+    unroll<N>([&](auto n) ZVPS_INLINE_LAMBDA { x[n] = hn::LoadU(d, src + n); });
+    realDft<N>(d, x, re, im);
+    const auto store = [&](V v, T* p) ZVPS_INLINE_LAMBDA {
+        hn::StoreU(isScaled ? hn::Mul(v, hn::Set(d, factor)) : v, d, p);
+    };
+    const Spectrum<T> spectrum(dst, layout, N);
+    store(re[0], dst);
+    if constexpr (N > 2) {
+        unroll<N / 2 - 1>([&](auto i) ZVPS_INLINE_LAMBDA {
+            store(re[i + 1], spectrum.pair(i + 1));
+            store(im[i + 1], spectrum.pair(i + 1) + 1);
+        });
+    }
+    if constexpr (N > 1) store(re[N / 2], dst + spectrum.last);
+    if constexpr (layout == kFftCcs) {
+        dst[1] = 0;
+        if constexpr (N > 1) dst[spectrum.last + 1] = 0;
+    }
+}
+template <size_t N, RealFftLayout layout, bool isScaled, class T>
+HWY_INLINE void tinyInverseRealFft(const T* src, T* dst, T factor) {
+    const Lanes<T, 1> d;
+    using V = Vec<T, 1>;
+    V x[N], re[N / 2 + 1], im[N / 2 + 1];
+    const Spectrum<const T> spectrum(src, layout, N);
+    re[0] = hn::LoadU(d, src);
+    if constexpr (N > 2) {
+        unroll<N / 2 - 1>([&](auto i) ZVPS_INLINE_LAMBDA {
+            re[i + 1] = hn::LoadU(d, spectrum.pair(i + 1));
+            im[i + 1] = hn::LoadU(d, spectrum.pair(i + 1) + 1);
+        });
+    }
+    if constexpr (N > 1) re[N / 2] = hn::LoadU(d, src + spectrum.last);
+    inverseRealDft<N>(d, re, im, x);
+    unroll<N>([&](auto n) ZVPS_INLINE_LAMBDA {
+        hn::StoreU(isScaled ? hn::Mul(x[n], hn::Set(d, factor)) : x[n], d, dst + n);
+    });
+}
+
 // Two passes, for up to 16 columns.
 template <size_t kRows, size_t kColumns, bool isScaled, class T>
 HWY_INLINE void shortRealFft(const T* src, const Spectrum<T>& dst, T factor, const T* columnTwiddles,
@@ -700,22 +752,22 @@ inline size_t reversedRow(const RealFftPlan& plan, size_t k2) {
 
 inline constexpr size_t kStackBytes = 65536;
 
-template <size_t kLongRows, bool isScaled, class T>
+template <size_t kRows, bool isScaled, class T>
 HWY_NOINLINE void longRealFft(const T* src, const Spectrum<T>& dst, T factor, const RealFftPlan& plan,
                               const FftSpec<T>& spec, T* rows) {
-    using Row = RealLanes<T, kLongRows>;
+    using Row = RealLanes<T, kRows>;
     constexpr size_t L = Row::kLanes;
     using C = ComplexVec<T, L>;
     const size_t columns = plan.columns;
     // The values of the ends before the passes, then those after them.
     alignas(kVectorBytes) T endValues[2 * kMostRealColumns + 2];
     T* const ends = endValues;
-    transformColumns<kLongRows, kMostRealColumns>(src, rows, ends, columns, spec.twiddles);
-    transformRows<kLongRows>(
+    transformColumns<kRows, kMostRealColumns>(src, rows, ends, columns, spec.twiddles);
+    transformRows<kRows>(
         rows, plan, spec.tables + 1,
         [rows, ends](auto, auto isFirst, size_t n, size_t group) ZVPS_INLINE_LAMBDA {
             const typename Row::D d;
-            const T* const row = rows + n * kLongRows + group * 2 * L;
+            const T* const row = rows + n * kRows + group * 2 * L;
             C x = {hn::LoadU(d, row), hn::LoadU(d, row + L)};
             if constexpr (isFirst) {
                 x.re = withFirst(d, x.re, ends + 2 * n);
@@ -733,31 +785,31 @@ HWY_NOINLINE void longRealFft(const T* src, const Spectrum<T>& dst, T factor, co
                 ends[k2] = hn::GetLane(x.re);
                 ends[columns + 1 + k2] = hn::GetLane(x.im);
             }
-            storeBins<kLongRows, isUpper, isFirst>(dst, columns, k2, group, x.re, x.im);
+            storeBins<kRows, isUpper, isFirst>(dst, columns, k2, group, x.re, x.im);
         });
-    storeEnds<kLongRows>(dst, ends, columns, spec.tables[0]);
+    storeEnds<kRows>(dst, ends, columns, spec.tables[0]);
 }
 
-template <size_t kLongRows, bool isScaled, class T>
+template <size_t kRows, bool isScaled, class T>
 HWY_NOINLINE void longInverseRealFft(const Spectrum<const T>& src, T* dst, T factor, const RealFftPlan& plan,
                                      const FftSpec<T>& spec, T* rows) {
-    using Row = RealLanes<T, kLongRows>;
+    using Row = RealLanes<T, kRows>;
     constexpr size_t L = Row::kLanes;
     using C = ComplexVec<T, L>;
     const size_t columns = plan.columns;
     alignas(kVectorBytes) T endValues[2 * kMostRealColumns + 2];
     T* const ends = endValues;
-    loadEnds<kLongRows>(src, ends, columns, spec.tables[0]);
-    transformRows<kLongRows>(
+    loadEnds<kRows>(src, ends, columns, spec.tables[0]);
+    transformRows<kRows>(
         rows, plan, spec.tables + 1,
         [src, columns, ends](auto isUpper, auto isFirst, size_t k2, size_t group) ZVPS_INLINE_LAMBDA {
             C x;
-            loadBins<kLongRows, isUpper, isFirst>(src, columns, k2, group, ends, x.re, x.im);
+            loadBins<kRows, isUpper, isFirst>(src, columns, k2, group, ends, x.re, x.im);
             return x;
         },
         [rows, plan, ends](auto, auto isFirst, size_t n, size_t group, C x) ZVPS_INLINE_LAMBDA {
             const typename Row::D d;
-            T* const row = rows + reversedRow(plan, n) * kLongRows + group * 2 * L;
+            T* const row = rows + reversedRow(plan, n) * kRows + group * 2 * L;
             hn::StoreU(x.re, d, row);
             hn::StoreU(x.im, d, row + L);
             if constexpr (isFirst) {
@@ -765,11 +817,11 @@ HWY_NOINLINE void longInverseRealFft(const Spectrum<const T>& src, T* dst, T fac
                 ends[2 * n + 1] = hn::GetLane(x.re);
             }
         });
-    size_t places[RealLanes<T, kLongRows>::kVector];
+    size_t places[RealLanes<T, kRows>::kVector];
     for (size_t i = 0; i < Row::kLanes; ++i) {
         places[i] = reversedRow(plan, i);
     }
-    inverseTransformColumns<kLongRows, kMostRealColumns, isScaled>(rows, ends, dst, factor, columns, spec.twiddles,
+    inverseTransformColumns<kRows, kMostRealColumns, isScaled>(rows, ends, dst, factor, columns, spec.twiddles,
         [&](size_t n, auto i) ZVPS_INLINE_LAMBDA { return reversedRow(plan, n) + places[i]; });
 }
 

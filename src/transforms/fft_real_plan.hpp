@@ -10,14 +10,15 @@ namespace zvps {
 struct RealFftPlan {
     size_t rows;
     size_t columns;
+    int columnOrder;
     int orders[3]; // of the radices of the complex passes, whose product is `columns`; 0 for none
 };
 
 template <class T>
 constexpr RealFftPlan realFftPlan(int order) {
-    const int rows = order < 6 ? 3 : order < 8 || (sizeof(T) == 8 && (order & 1023) >= ROWS16FROM && order <= ROWS16TO) ? 4 : 5;
+    const int rows = order < 6 ? 3 : order < 8 || (sizeof(T) == 8 && order >= 10 && order <= 14) ? 4 : 5;
     const int columns = order - rows;
-    RealFftPlan plan = {size_t{1} << rows, size_t{1} << columns, {columns, 0, 0}};
+    RealFftPlan plan = {size_t{1} << rows, size_t{1} << columns, columns, {columns, 0, 0}};
     if (columns > 8) {
         plan.orders[0] = columns / 3;
         plan.orders[1] = (columns + 1) / 3;

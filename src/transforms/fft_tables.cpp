@@ -1,34 +1,9 @@
 #include "transforms/fft_tables.hpp"
+#include "transforms/fft_twiddle.hpp"
 
 namespace zvps {
 
 namespace {
-
-// exp(-2 pi i index / 2^order) from the sines of a quarter wave of 2^waveOrder steps to the circle.
-template <class T>
-struct Twiddle {
-    T re;
-    T im;
-};
-
-template <class T>
-Twiddle<T> twiddle(size_t index, int order, const T* quarterWave, int waveOrder) {
-    const size_t quarter = size_t{1} << (waveOrder - 2);
-    const size_t step = (index << (waveOrder - order)) & (4 * quarter - 1);
-    const size_t rest = step % quarter;
-    const T sin = quarterWave[rest];
-    const T cos = quarterWave[quarter - rest];
-    switch (step / quarter) {
-    case 0:
-        return {cos, -sin};
-    case 1:
-        return {-sin, -cos};
-    case 2:
-        return {-cos, sin};
-    default:
-        return {sin, cos};
-    }
-}
 
 // exp(-2 pi i k / 2^order) for k < count <= 2^order / 2.
 template <class T>
@@ -92,19 +67,6 @@ void buildFftTables(int order, FftSpec<T>& spec, unsigned char* area, const T* q
             }
         }
     }
-}
-
-template <class T>
-size_t realFftTableBytes(int order) {
-    return plainTableBytes<T>(order - 1) + 2 * sizeof(T) * ((size_t{1} << order) / 4);
-}
-
-template <class T>
-void buildRealFftTables(int order, FftSpec<T>& spec, unsigned char* area, const T* quarterWave, int quarterWaveOrder) {
-    buildPlainTables(order - 1, spec, area, quarterWave, quarterWaveOrder);
-    T* const recombination = reinterpret_cast<T*>(area + plainTableBytes<T>(order - 1));
-    storeTwiddles(order, (size_t{1} << order) / 4, recombination, quarterWave, quarterWaveOrder);
-    spec.tables[0] = recombination;
 }
 
 #define ZVPS_TABLES(T)                                                                                                 \

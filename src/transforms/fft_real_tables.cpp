@@ -1,0 +1,86 @@
+#include "transforms/fft_real_plan.hpp"
+#include "transforms/fft_tables.hpp"
+#include "transforms/fft_twiddle.hpp"
+
+namespace zvps {
+namespace {
+
+template <class T>
+struct Wave {
+    const T* quarter;
+    int order;
+
+    // cos and sin of 2 pi index / 2^of.
+    T cosine(size_t index, int of) const { return twiddle(index, of, quarter, order).re; }
+    T sine(size_t index, int of) const { return -twiddle(index, of, quarter, order).im; }
+};
+
+template <class T>
+void storeColumns(int order, const RealFftPlan& plan, Wave<T> wave, T* p) {
+    const size_t block = realFftBlock<T>(plan);
+    for (size_t n = 0; n < plan.columns; n += block) {
+        for (size_t k = 1; k < plan.rows / 2; ++k, p += 2 * block) {
+            for (size_t i = 0; i < block; ++i) {
+                p[i] = wave.cosine((n + i) * k, order);
+                p[block + i] = wave.sine((n + i) * k, order);
+            }
+        }
+    }
+}
+
+template <class T>
+void storeEnds(int columnOrder, Wave<T> wave, T* p) {
+    const size_t half = (size_t{1} << columnOrder) / 2;
+    for (size_t k = 0; k < half; ++k) {
+        p[k] = wave.cosine(k, columnOrder + 1);
+        p[half + k] = wave.sine(k, columnOrder + 1);
+    }
+}
+
+// The pass of radix 2^radixOrder that starts transforms of length 2^order.
+template <class T>
+void storePass(int order, int radixOrder, Wave<T> wave, T* p) {
+    for (size_t n = 0; n < size_t{1} << (order - radixOrder); ++n) {
+        for (size_t k = 1; k < size_t{1} << radixOrder; ++k, p += 2) {
+            p[0] = wave.cosine(n * k, order);
+            p[1] = wave.sine(n * k, order);
+        }
+    }
+}
+
+} // namespace
+
+template <class T>
+size_t realFftTableBytes(int order) {
+    const RealFftTables tables = realFftTables(realFftPlan<T>(order));
+    return (tables.columns + tables.ends + tables.pass[0] + tables.pass[1]) * sizeof(T);
+}
+
+template <class T>
+void buildRealFftTables(int order, FftSpec<T>& spec, unsigned char* area, const T* quarterWave, int quarterWaveOrder) {
+    const RealFftPlan plan = realFftPlan<T>(order);
+    const RealFftTables tables = realFftTables(plan);
+    const Wave<T> wave = {quarterWave, quarterWaveOrder};
+    T* p = reinterpret_cast<T*>(area);
+    spec.twiddles = p;
+    storeColumns(order, plan, wave, p);
+    spec.tables[0] = p += tables.columns;
+    storeEnds(plan.columnOrder, wave, p);
+    p += tables.ends;
+    int remaining = plan.columnOrder;
+    for (int pass = 0; pass < 2; ++pass) {
+        spec.tables[1 + pass] = p;
+        if (tables.pass[pass] != 0) storePass(remaining, plan.orders[pass], wave, p);
+        remaining -= plan.orders[pass];
+        p += tables.pass[pass];
+    }
+}
+
+#define ZVPS_TABLES(T)                                                                                                 \
+    template size_t realFftTableBytes<T>(int);                                                                         \
+    template void buildRealFftTables(int, FftSpec<T>&, unsigned char*, const T*, int);
+ZVPS_TABLES(float)
+ZVPS_TABLES(double)
+#undef ZVPS_TABLES
+
+} // namespace zvps
