@@ -244,6 +244,15 @@ HWY_INLINE hn::Vec<D> joined(D d, const V* v) {
     }
 }
 
+// step(group, isFirst) for every group of a row.
+template <size_t kGroups, class Step>
+HWY_INLINE void forGroups(Step step) {
+    step(size_t{0}, std::true_type());
+    for (size_t group = 1; group < kGroups; ++group) {
+        step(group, std::false_type());
+    }
+}
+
 // The columns' transforms, several columns at once: from src to rows, and their sums over even and over odd samples to
 // halves.
 template <size_t kRows, size_t kMaxColumns, class T>
@@ -290,7 +299,7 @@ HWY_INLINE void transformColumns(const T* src, T* rows, T* halves, size_t column
 }
 
 // place(n, i): the row that column n + i is in, n a multiple of the columns taken at once.
-template <size_t kRows, size_t kMaxColumns, bool isScaled, class T, class Place>
+template <size_t kRows, size_t kMaxColumns, class T, class Place>
 HWY_INLINE void inverseTransformColumns(const T* rows, const T* halves, T* dst, T factor, size_t columns,
                                         const T* twiddles, Place place) {
     using Row = RealLanes<T, kRows>;
@@ -329,7 +338,7 @@ HWY_INLINE void inverseTransformColumns(const T* rows, const T* halves, T* dst, 
         }
         inverseRealDft<kRows, true>(d, re, im, x);
         unroll<kRows>([&](auto i) ZVPS_INLINE_LAMBDA {
-            hn::StoreU(isScaled ? hn::Mul(x[i], scale) : x[i], d, dst + i * columns + c);
+            hn::StoreU(hn::Mul(x[i], scale), d, dst + i * columns + c);
         });
     }
 }
@@ -517,7 +526,7 @@ HWY_INLINE void loadEnds(const Spectrum<const T>& src, T* ends, size_t columns, 
 // ---- Transforms ----
 
 // Up to 8 values, one by one.
-template <size_t N, RealFftLayout layout, bool isScaled, class T>
+template <size_t N, RealFftLayout layout, class T>
 HWY_INLINE void tinyRealFft(const T* src, T* dst, T factor) {
     const Lanes<T, 1> d;
     using V = Vec<T, 1>;
@@ -525,7 +534,7 @@ HWY_INLINE void tinyRealFft(const T* src, T* dst, T factor) {
     unroll<N>([&](auto n) ZVPS_INLINE_LAMBDA { x[n] = hn::LoadU(d, src + n); });
     realDft<N>(d, x, re, im);
     const auto store = [&](V v, T* p) ZVPS_INLINE_LAMBDA {
-        hn::StoreU(isScaled ? hn::Mul(v, hn::Set(d, factor)) : v, d, p);
+        hn::StoreU(hn::Mul(v, hn::Set(d, factor)), d, p);
     };
     const Spectrum<T> spectrum(dst, layout, N);
     store(re[0], dst);
@@ -541,7 +550,7 @@ HWY_INLINE void tinyRealFft(const T* src, T* dst, T factor) {
         if constexpr (N > 1) dst[spectrum.last + 1] = 0;
     }
 }
-template <size_t N, RealFftLayout layout, bool isScaled, class T>
+template <size_t N, RealFftLayout layout, class T>
 HWY_INLINE void tinyInverseRealFft(const T* src, T* dst, T factor) {
     const Lanes<T, 1> d;
     using V = Vec<T, 1>;
@@ -557,12 +566,12 @@ HWY_INLINE void tinyInverseRealFft(const T* src, T* dst, T factor) {
     if constexpr (N > 1) re[N / 2] = hn::LoadU(d, src + spectrum.last);
     inverseRealDft<N>(d, re, im, x);
     unroll<N>([&](auto n) ZVPS_INLINE_LAMBDA {
-        hn::StoreU(isScaled ? hn::Mul(x[n], hn::Set(d, factor)) : x[n], d, dst + n);
+        hn::StoreU(hn::Mul(x[n], hn::Set(d, factor)), d, dst + n);
     });
 }
 
 // Two passes, for up to 16 columns.
-template <size_t kRows, size_t kColumns, bool isScaled, class T>
+template <size_t kRows, size_t kColumns, class T>
 HWY_INLINE void shortRealFft(const T* src, const Spectrum<T>& dst, T factor, const T* columnTwiddles,
                              const T* endTwiddles) {
     using Row = RealLanes<T, kRows>;
@@ -576,33 +585,31 @@ HWY_INLINE void shortRealFft(const T* src, const Spectrum<T>& dst, T factor, con
     alignas(kVectorBytes) T ends[2 * kColumns + 2];
     transformColumns<kRows, kColumns>(src, rows, halves, kColumns, columnTwiddles);
     const auto scale = hn::Set(d, factor);
-    unroll<Row::kGroups>([&](auto group) ZVPS_INLINE_LAMBDA {
+    forGroups<Row::kGroups>([&](size_t group, auto isFirst) ZVPS_INLINE_LAMBDA {
         Butterfly<T, L, kColumns>::run(
             [&](auto n) ZVPS_INLINE_LAMBDA {
                 const T* const row = rows + n * kRows + group * 2 * L;
                 C x = {hn::LoadU(d, row), hn::LoadU(d, row + L)};
-                if constexpr (group == 0 && !areInRows) {
+                if constexpr (isFirst && !areInRows) {
                     x.re = withFirst(d, x.re, halves + 2 * n);
                     x.im = withFirst(d, x.im, halves + 2 * n + 1);
                 }
                 return x;
             },
             [&](auto k2, C x) ZVPS_INLINE_LAMBDA {
-                if constexpr (isScaled) {
-                    x.re = hn::Mul(x.re, scale);
-                    x.im = hn::Mul(x.im, scale);
-                }
-                if constexpr (group == 0) {
+                x.re = hn::Mul(x.re, scale);
+                x.im = hn::Mul(x.im, scale);
+                if constexpr (isFirst) {
                     ends[k2] = hn::GetLane(x.re);
                     ends[kColumns + 1 + k2] = hn::GetLane(x.im);
                 }
-                storeBins<kRows, 2 * k2 >= kColumns, group == 0>(dst, kColumns, k2, group, x.re, x.im);
+                storeBins<kRows, 2 * k2 >= kColumns, isFirst>(dst, kColumns, k2, group, x.re, x.im);
             });
     });
     storeEnds<kRows>(dst, ends, kColumns, endTwiddles);
 }
 
-template <size_t kRows, size_t kColumns, bool isScaled, class T>
+template <size_t kRows, size_t kColumns, class T>
 HWY_INLINE void shortInverseRealFft(const Spectrum<const T>& src, T* dst, T factor, const T* columnTwiddles,
                                     const T* endTwiddles) {
     using Row = RealLanes<T, kRows>;
@@ -615,34 +622,25 @@ HWY_INLINE void shortInverseRealFft(const Spectrum<const T>& src, T* dst, T fact
     alignas(kVectorBytes) T halves[2 * kColumns];
     alignas(kVectorBytes) T ends[2 * kColumns + 2];
     loadEnds<kRows>(src, ends, kColumns, endTwiddles);
-    unroll<Row::kGroups>([&](auto group) ZVPS_INLINE_LAMBDA {
+    forGroups<Row::kGroups>([&](size_t group, auto isFirst) ZVPS_INLINE_LAMBDA {
         Butterfly<T, L, kColumns>::run(
             [&](auto k2) ZVPS_INLINE_LAMBDA {
                 C x;
-                loadBins<kRows, 2 * k2 >= kColumns, group == 0>(src, kColumns, k2, group, ends, x.re, x.im);
+                loadBins<kRows, 2 * k2 >= kColumns, isFirst>(src, kColumns, k2, group, ends, x.re, x.im);
                 return x;
             },
             [&](auto n, C x) ZVPS_INLINE_LAMBDA {
                 T* const row = rows + n * kRows + group * 2 * L;
                 hn::StoreU(x.re, d, row);
                 hn::StoreU(x.im, d, row + L);
-                if constexpr (group == 0 && !areInRows) {
+                if constexpr (isFirst && !areInRows) {
                     halves[2 * n] = hn::GetLane(x.im);
                     halves[2 * n + 1] = hn::GetLane(x.re);
                 }
             });
     });
-    inverseTransformColumns<kRows, kColumns, isScaled>(rows, halves, dst, factor, kColumns, columnTwiddles,
+    inverseTransformColumns<kRows, kColumns>(rows, halves, dst, factor, kColumns, columnTwiddles,
                                                        [](size_t n, auto i) { return n + i; });
-}
-
-// step(group, isFirst) for every group of a row.
-template <size_t kGroups, class Step>
-HWY_INLINE void forGroups(Step step) {
-    step(size_t{0}, std::true_type());
-    for (size_t group = 1; group < kGroups; ++group) {
-        step(group, std::false_type());
-    }
 }
 
 // A complex pass in place, but the last: transforms over the rows n, n + step, n + 2 step, ... for every n < step, whose
@@ -697,16 +695,13 @@ HWY_NOINLINE void lastRowsPass(const T* rows, size_t count, size_t k2, size_t bi
     }
 }
 
-// Calls step(radix) with one of the radices of long transforms as a constant.
-template <class Step>
+// Calls step(radix) with a radix of long transforms, from `least` on, as a constant.
+template <size_t least, class Step>
 HWY_INLINE void byRadix(size_t radix, Step step) {
-    if (radix == 4) {
-        step(Index<4>());
-    } else if (radix == 8) {
-        step(Index<8>());
-    } else {
-        step(Index<16>());
+    if constexpr (least < 16) {
+        if (radix != least) return byRadix<2 * least>(radix, step);
     }
+    step(Index<least>());
 }
 
 // The complex passes of a long transform.
@@ -718,15 +713,15 @@ HWY_INLINE void transformRows(T* rows, const RealFftPlan& plan, const T* const* 
     const size_t second = size_t{1} << plan.orders[1];
     const size_t third = size_t{1} << plan.orders[2];
     const size_t inner = plan.columns / first;
-    byRadix(first, [&](auto radix) ZVPS_INLINE_LAMBDA { rowsPass<kRows, radix>(rows, inner, twiddles[0], load); });
+    byRadix<4>(first, [&](auto radix) ZVPS_INLINE_LAMBDA { rowsPass<kRows, radix>(rows, inner, twiddles[0], load); });
     if (third == 1) {
-        byRadix(second,
+        byRadix<8>(second,
                 [&](auto radix) ZVPS_INLINE_LAMBDA { lastRowsPass<kRows, radix>(rows, first, 0, 1, first, bin); });
         return;
     }
     for (size_t k = 0; k < first; ++k) {
         T* const part = rows + k * inner * kRows;
-        byRadix(second, [&](auto radix) ZVPS_INLINE_LAMBDA {
+        byRadix<8>(second, [&](auto radix) ZVPS_INLINE_LAMBDA {
             rowsPass<kRows, radix>(part, third, twiddles[1],
                                    [part](auto, auto, size_t n, size_t group) ZVPS_INLINE_LAMBDA {
                                        const T* const row = part + n * kRows + group * 2 * L;
@@ -734,7 +729,7 @@ HWY_INLINE void transformRows(T* rows, const RealFftPlan& plan, const T* const* 
                                        return ComplexVec<T, L>{hn::LoadU(d, row), hn::LoadU(d, row + L)};
                                    });
         });
-        byRadix(third, [&](auto radix) ZVPS_INLINE_LAMBDA {
+        byRadix<8>(third, [&](auto radix) ZVPS_INLINE_LAMBDA {
             lastRowsPass<kRows, radix>(part, second, k, first, first * second, bin);
         });
     }
@@ -752,7 +747,7 @@ inline size_t reversedRow(const RealFftPlan& plan, size_t k2) {
 
 inline constexpr size_t kStackBytes = 65536;
 
-template <size_t kRows, bool isScaled, class T>
+template <size_t kRows, class T>
 HWY_NOINLINE void longRealFft(const T* src, const Spectrum<T>& dst, T factor, const RealFftPlan& plan,
                               const FftSpec<T>& spec, T* rows) {
     using Row = RealLanes<T, kRows>;
@@ -776,11 +771,9 @@ HWY_NOINLINE void longRealFft(const T* src, const Spectrum<T>& dst, T factor, co
             return x;
         },
         [ends, columns, dst, factor](auto isUpper, auto isFirst, size_t k2, size_t group, C x) ZVPS_INLINE_LAMBDA {
-            if constexpr (isScaled) {
-                const auto scale = hn::Set(typename Row::D(), factor);
-                x.re = hn::Mul(x.re, scale);
-                x.im = hn::Mul(x.im, scale);
-            }
+            const auto scale = hn::Set(typename Row::D(), factor);
+            x.re = hn::Mul(x.re, scale);
+            x.im = hn::Mul(x.im, scale);
             if constexpr (isFirst) {
                 ends[k2] = hn::GetLane(x.re);
                 ends[columns + 1 + k2] = hn::GetLane(x.im);
@@ -790,7 +783,7 @@ HWY_NOINLINE void longRealFft(const T* src, const Spectrum<T>& dst, T factor, co
     storeEnds<kRows>(dst, ends, columns, spec.tables[0]);
 }
 
-template <size_t kRows, bool isScaled, class T>
+template <size_t kRows, class T>
 HWY_NOINLINE void longInverseRealFft(const Spectrum<const T>& src, T* dst, T factor, const RealFftPlan& plan,
                                      const FftSpec<T>& spec, T* rows) {
     using Row = RealLanes<T, kRows>;
@@ -821,7 +814,7 @@ HWY_NOINLINE void longInverseRealFft(const Spectrum<const T>& src, T* dst, T fac
     for (size_t i = 0; i < Row::kLanes; ++i) {
         places[i] = reversedRow(plan, i);
     }
-    inverseTransformColumns<kRows, kMostRealColumns, isScaled>(rows, ends, dst, factor, columns, spec.twiddles,
+    inverseTransformColumns<kRows, kMostRealColumns>(rows, ends, dst, factor, columns, spec.twiddles,
         [&](size_t n, auto i) ZVPS_INLINE_LAMBDA { return reversedRow(plan, n) + places[i]; });
 }
 

@@ -29,87 +29,96 @@ struct FixedTables {
 template <class T, int order>
 inline constexpr FixedTables<T, order> kFixedTables;
 
+// The layouts and scalings of the larger ones share their code.
+template <class T, int order>
+HWY_NOINLINE void runFixed(const T* src, T* dst, RealFftLayout layout, T factor) {
+    constexpr RealFftPlan plan = realFftPlan<T>(order);
+    constexpr const FixedTables<T, order>& tables = kFixedTables<T, order>;
+    shortRealFft<plan.rows, plan.columns>(src, Spectrum<T>(dst, layout, size_t{1} << order), factor, tables.columns,
+                                          tables.ends);
+}
+template <class T, int order>
+HWY_NOINLINE void runFixedInverse(const T* src, T* dst, RealFftLayout layout, T factor) {
+    constexpr RealFftPlan plan = realFftPlan<T>(order);
+    constexpr const FixedTables<T, order>& tables = kFixedTables<T, order>;
+    shortInverseRealFft<plan.rows, plan.columns>(Spectrum<const T>(src, layout, size_t{1} << order), dst, factor,
+                                                 tables.columns, tables.ends);
+}
+
 template <class T, FftDirection direction, RealFftLayout layout, bool scales, int order>
 ZvpStatus fixedReal(const T* src, T* dst, T factor) {
     constexpr size_t N = size_t{1} << order;
+    if constexpr (!scales) factor = 1;
     if constexpr (order <= 3) {
         if constexpr (direction == kFftForward) {
-            tinyRealFft<N, layout, scales>(src, dst, factor);
+            tinyRealFft<N, layout>(src, dst, factor);
         } else {
-            tinyInverseRealFft<N, layout, scales>(src, dst, factor);
+            tinyInverseRealFft<N, layout>(src, dst, factor);
         }
     } else {
-        constexpr RealFftPlan plan = realFftPlan<T>(order);
-        constexpr const FixedTables<T, order>& tables = kFixedTables<T, order>;
         if constexpr (direction == kFftForward) {
-            shortRealFft<plan.rows, plan.columns, scales>(src, Spectrum<T>(dst, layout, N), factor, tables.columns,
-                                                          tables.ends);
+            runFixed<T, order>(src, dst, layout, factor);
         } else {
-            shortInverseRealFft<plan.rows, plan.columns, scales>(Spectrum<const T>(src, layout, N), dst, factor,
-                                                                 tables.columns, tables.ends);
+            runFixedInverse<T, order>(src, dst, layout, factor);
         }
     }
     return zvpStsOk;
 }
 
 // An order from 6 on that takes two passes.
-template <int order, bool scales, class From, class To, class T>
+template <int order, class From, class To, class T>
 HWY_NOINLINE void runShort(From src, To dst, T factor, const FftSpec<T>& spec) {
     constexpr RealFftPlan plan = realFftPlan<T>(order);
     if constexpr (std::is_same_v<To, T*>) {
-        shortInverseRealFft<plan.rows, plan.columns, scales>(src, dst, factor, spec.twiddles, spec.tables[0]);
+        shortInverseRealFft<plan.rows, plan.columns>(src, dst, factor, spec.twiddles, spec.tables[0]);
     } else {
-        shortRealFft<plan.rows, plan.columns, scales>(src, dst, factor, spec.twiddles, spec.tables[0]);
+        shortRealFft<plan.rows, plan.columns>(src, dst, factor, spec.twiddles, spec.tables[0]);
     }
 }
 
-template <size_t rows, bool scales, class From, class To, class T>
+template <size_t rows, class From, class To, class T>
 void runLong(From src, To dst, T factor, const RealFftPlan& plan, const FftSpec<T>& spec, T* work) {
     if constexpr (std::is_same_v<To, T*>) {
-        longInverseRealFft<rows, scales>(src, dst, factor, plan, spec, work);
+        longInverseRealFft<rows>(src, dst, factor, plan, spec, work);
     } else {
-        longRealFft<rows, scales>(src, dst, factor, plan, spec, work);
+        longRealFft<rows>(src, dst, factor, plan, spec, work);
     }
 }
 
 // The order of the longest transform of two passes.
 inline constexpr int kMostShortOrder = 9;
 
-template <bool scales, class From, class To, class T>
+template <class From, class To, class T>
 void run(From src, To dst, T factor, const FftSpec<T>& spec, T* work) {
     switch (spec.order) {
     case 6:
-        return runShort<6, scales>(src, dst, factor, spec);
+        return runShort<6>(src, dst, factor, spec);
     case 7:
-        return runShort<7, scales>(src, dst, factor, spec);
+        return runShort<7>(src, dst, factor, spec);
     case 8:
-        return runShort<8, scales>(src, dst, factor, spec);
+        return runShort<8>(src, dst, factor, spec);
     case kMostShortOrder:
-        return runShort<kMostShortOrder, scales>(src, dst, factor, spec);
+        return runShort<kMostShortOrder>(src, dst, factor, spec);
     }
     const RealFftPlan plan = realFftPlan<T>(spec.order);
     if (sizeof(T) == 8 && plan.rows == 16) {
-        runLong<16, scales>(src, dst, factor, plan, spec, work);
+        runLong<16>(src, dst, factor, plan, spec, work);
     } else {
-        runLong<32, scales>(src, dst, factor, plan, spec, work);
+        runLong<32>(src, dst, factor, plan, spec, work);
     }
 }
 
 // In memory of its own that takes no place while other orders run.
-template <bool scales, class From, class To, class T>
+template <class From, class To, class T>
 HWY_NOINLINE void runOnStack(From src, To dst, T factor, const FftSpec<T>& spec) {
     alignas(kVectorBytes) T work[kStackBytes / sizeof(T)];
-    run<scales>(src, dst, factor, spec, work);
+    run(src, dst, factor, spec, work);
 }
 
 template <class From, class To, class T>
 void realFftOf(From src, To dst, T factor, const FftSpec<T>& spec, T* work) {
     const bool fits = sizeof(T) << spec.order <= kStackBytes && spec.order > kMostShortOrder;
-    if (factor == T{1}) {
-        fits ? runOnStack<false>(src, dst, factor, spec) : run<false>(src, dst, factor, spec, work);
-    } else {
-        fits ? runOnStack<true>(src, dst, factor, spec) : run<true>(src, dst, factor, spec, work);
-    }
+    fits ? runOnStack(src, dst, factor, spec) : run(src, dst, factor, spec, work);
 }
 
 template <class T, FftDirection direction, RealFftLayout layout>
