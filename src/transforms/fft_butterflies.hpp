@@ -26,6 +26,18 @@ HWY_INLINE void unroll(const F& f) {
 // For the lambdas that unroll() and the butterflies call.
 #define ZVPS_INLINE_LAMBDA __attribute__((always_inline))
 
+// Keeps a value that is read from memory in a register: the compiler would rather fold a load of its own into every
+// operation that uses it, and the passes are short of loads.
+template <class W>
+HWY_INLINE W inRegister(W v) {
+#if HWY_TARGET <= HWY_AVX3
+    asm("" : "+v"(v.raw));
+#else
+    asm("" : "+x"(v.raw));
+#endif
+    return v;
+}
+
 // ---- Complex arithmetic ----
 
 // V complex values: real parts and imaginary parts.

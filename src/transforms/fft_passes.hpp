@@ -105,7 +105,7 @@ struct BlockLoader {
     HWY_INLINE ComplexVec<T, V> load(size_t i) const {
         const Lanes<T, V> d;
         const T* const block = p + inBlocks<V, B>(i);
-        return {hn::LoadU(d, block), hn::LoadU(d, block + B)};
+        return {inRegister(hn::LoadU(d, block)), inRegister(hn::LoadU(d, block + B))};
     }
 };
 
@@ -274,7 +274,7 @@ HWY_INLINE void twiddledButterfly(const Loader& loader, size_t in, size_t inStep
                 return x;
             } else {
                 const T* const w = twiddles + 2 * B * (n1 - 1);
-                return mul(x, C{hn::LoadU(d, w), hn::LoadU(d, w + B)});
+                return mul(x, C{inRegister(hn::LoadU(d, w)), inRegister(hn::LoadU(d, w + B))});
             }
         },
         [&](auto k1, C x) ZVPS_INLINE_LAMBDA { storer.template store<V, B>(out + k1 * outStep, x); });
