@@ -5,8 +5,8 @@
 #pragma once
 
 #include "transforms/fft.table.hpp"
-#include "transforms/fft_butterflies.hpp"
 #include "transforms/fft_real_plan.hpp"
+#include "transforms/fft_rows.hpp"
 
 namespace zvps::ZVPS_LEVEL {
 
@@ -35,24 +35,6 @@ template <size_t N, size_t k, class T>
 inline constexpr T kCosine = static_cast<T>(cosineOf32(k * (32 / N)));
 template <size_t N, size_t k, class T>
 inline constexpr T kSine = static_cast<T>(sineOf32(k * (32 / N)));
-
-// Lanes as of ComplexVec, whatever their number.
-template <class V>
-struct Parts {
-    V re;
-    V im;
-};
-
-// (re + i im) (c - i s)
-template <class V>
-HWY_INLINE Parts<V> rotated(V re, V im, V c, V s) {
-    return {hn::MulAdd(im, s, hn::Mul(re, c)), hn::NegMulAdd(re, s, hn::Mul(im, c))};
-}
-// (re + i im) (c + i s)
-template <class V>
-HWY_INLINE Parts<V> rotatedBack(V re, V im, V c, V s) {
-    return {hn::NegMulAdd(im, s, hn::Mul(re, c)), hn::MulAdd(re, s, hn::Mul(im, c))};
-}
 
 // ---- Butterflies ----
 
@@ -116,27 +98,6 @@ HWY_INLINE void inverseRealDft(D d, const V* re, const V* im, V* x) {
 
 // ---- Shuffles ----
 
-// Lane j of the result is lane Pick::at(j, N) of the lanes of a, followed by those of b.
-template <class Pick, class T, size_t N, size_t... j>
-HWY_INLINE Vec<T, N> pickLanes(Lanes<T, N>, Vec<T, N> a, Vec<T, N> b, std::index_sequence<j...>) {
-    constexpr size_t kRaw = sizeof(a) / sizeof(T);
-    return Vec<T, N>{reinterpret_cast<decltype(a.raw)>(__builtin_shufflevector(
-        a.raw, b.raw, static_cast<int>(j >= N ? 0 : Pick::at(j, N) < N ? Pick::at(j, N) : Pick::at(j, N) - N + kRaw)...))};
-}
-template <class Pick, class T, size_t N>
-HWY_INLINE Vec<T, N> pickLanes(Lanes<T, N> d, Vec<T, N> a, Vec<T, N> b) {
-    return pickLanes<Pick>(d, a, b, std::make_index_sequence<sizeof(a) / sizeof(T)>());
-}
-
-// Real and imaginary parts to pairs (kHalf 0: the first pairs, 1: the rest), and pairs to one part.
-template <size_t kHalf>
-struct Interleaved {
-    static constexpr size_t at(size_t j, size_t n) { return (kHalf * n + j) / 2 + j % 2 * n; }
-};
-template <size_t kPart>
-struct PartOfPairs {
-    static constexpr size_t at(size_t j, size_t) { return 2 * j + kPart; }
-};
 // The same with lanes in the order 0, n-1, ..., 1.
 template <size_t kHalf>
 struct MirrorInterleaved {
@@ -200,64 +161,13 @@ HWY_INLINE Parts<Vec<T, N>> loadPairs(Lanes<T, N> d, Place place) {
     }
 }
 
-// Transposes L rows of L lanes in place.
-template <class T, size_t L>
-HWY_INLINE void transposeRows(Lanes<T, L> d, Vec<T, L>* rows) {
-    if constexpr (L * sizeof(T) < 16) {
-        static_assert(L == 2);
-        const auto first = rows[0];
-        rows[0] = hn::InterleaveLower(d, first, rows[1]);
-        rows[1] = hn::InterleaveUpper(d, first, rows[1]);
-    } else {
-        Vec<T, L> columns[L];
-        transpose<T, L>([&](auto row) ZVPS_INLINE_LAMBDA { return rows[row]; },
-                        [&](auto lane, Vec<T, L> v) ZVPS_INLINE_LAMBDA { columns[lane] = v; });
-        unroll<L>([&](auto i) ZVPS_INLINE_LAMBDA { rows[i] = columns[i]; });
-    }
-}
-
 // ---- Passes ----
-
-// Between the passes bin k1 of column n2 is in row n2, in groups of kLanes bins: their real parts, then the imaginary
-// ones. In inverse transforms real and imaginary parts change places, which makes the passes those of the forward one.
-template <class T, size_t kRows>
-struct RealLanes {
-    static constexpr size_t kVector = kVectorBytes / sizeof(T);
-    static constexpr size_t kLanes = kRows / 2 < kVector ? kRows / 2 : kVector;
-    static constexpr size_t kGroups = kRows / 2 / kLanes;
-    using D = Lanes<T, kLanes>;
-    using V = Vec<T, kLanes>;
-};
-
-constexpr size_t smallest(size_t a, size_t b) {
-    return a < b ? a : b;
-}
-
-// One vector of count that follow each other at the distance of their lanes.
-template <size_t count, class D, class V>
-HWY_INLINE hn::Vec<D> joined(D d, const V* v) {
-    if constexpr (count == 1) {
-        return v[0];
-    } else {
-        static_assert(count == 2);
-        return hn::Combine(d, v[hn::MaxLanes(d) / 2], v[0]);
-    }
-}
-
-// step(group, isFirst) for every group of a row.
-template <size_t kGroups, class Step>
-HWY_INLINE void forGroups(Step step) {
-    step(size_t{0}, std::true_type());
-    for (size_t group = 1; group < kGroups; ++group) {
-        step(group, std::false_type());
-    }
-}
 
 // The columns' transforms, several columns at once: from src to rows, and their sums over even and over odd samples to
 // halves.
 template <size_t kRows, size_t kMaxColumns, class T>
 HWY_INLINE void transformColumns(const T* src, T* rows, T* halves, size_t columns, const T* twiddles) {
-    using Row = RealLanes<T, kRows>;
+    using Row = RowLanes<T, kRows>;
     constexpr size_t L = smallest(Row::kLanes, kMaxColumns);
     constexpr size_t kBlock = smallest(kMaxColumns, kTwiddleBlockBytes / sizeof(T));
     const Lanes<T, L> d;
@@ -302,7 +212,7 @@ HWY_INLINE void transformColumns(const T* src, T* rows, T* halves, size_t column
 template <size_t kRows, size_t kMaxColumns, class T, class Place>
 HWY_INLINE void inverseTransformColumns(const T* rows, const T* halves, T* dst, T factor, size_t columns,
                                         const T* twiddles, Place place) {
-    using Row = RealLanes<T, kRows>;
+    using Row = RowLanes<T, kRows>;
     constexpr size_t L = smallest(Row::kLanes, kMaxColumns);
     constexpr size_t kBlock = smallest(kMaxColumns, kTwiddleBlockBytes / sizeof(T));
     const Lanes<T, L> d;
@@ -368,7 +278,7 @@ HWY_INLINE V withFirst(D d, V v, const T* p) {
 // filled with anything.
 template <size_t kRows, bool kIsUpper, bool kIsFirst, class T, class V>
 HWY_INLINE void storeBins(Spectrum<T> dst, size_t columns, size_t k2, size_t group, V re, V im) {
-    using Row = RealLanes<T, kRows>;
+    using Row = RowLanes<T, kRows>;
     constexpr size_t L = Row::kLanes;
     const typename Row::D d;
     if constexpr (!kIsUpper) {
@@ -398,7 +308,7 @@ HWY_INLINE void storeBins(Spectrum<T> dst, size_t columns, size_t k2, size_t gro
 template <size_t kRows, bool kIsUpper, bool kIsFirst, class T, class V>
 HWY_INLINE void loadBins(Spectrum<const T> src, size_t columns, size_t k2, size_t group, const T* ends, V& re,
                          V& im) {
-    using Row = RealLanes<T, kRows>;
+    using Row = RowLanes<T, kRows>;
     constexpr size_t L = Row::kLanes;
     const typename Row::D d;
     if constexpr (!kIsUpper) {
@@ -574,7 +484,7 @@ HWY_INLINE void tinyInverseRealFft(const T* src, T* dst, T factor) {
 template <size_t kRows, size_t kColumns, class T>
 HWY_INLINE void shortRealFft(const T* src, const Spectrum<T>& dst, T factor, const T* columnTwiddles,
                              const T* endTwiddles) {
-    using Row = RealLanes<T, kRows>;
+    using Row = RowLanes<T, kRows>;
     constexpr size_t L = Row::kLanes;
     using C = ComplexVec<T, L>;
     const typename Row::D d;
@@ -612,7 +522,7 @@ HWY_INLINE void shortRealFft(const T* src, const Spectrum<T>& dst, T factor, con
 template <size_t kRows, size_t kColumns, class T>
 HWY_INLINE void shortInverseRealFft(const Spectrum<const T>& src, T* dst, T factor, const T* columnTwiddles,
                                     const T* endTwiddles) {
-    using Row = RealLanes<T, kRows>;
+    using Row = RowLanes<T, kRows>;
     constexpr size_t L = Row::kLanes;
     using C = ComplexVec<T, L>;
     const typename Row::D d;
@@ -643,114 +553,12 @@ HWY_INLINE void shortInverseRealFft(const Spectrum<const T>& src, T* dst, T fact
                                                        [](size_t n, auto i) { return n + i; });
 }
 
-// A complex pass in place, but the last: transforms over the rows n, n + step, n + 2 step, ... for every n < step, whose
-// values load(isUpper, isFirst, row, group) gives.
-template <size_t kRows, size_t R, class T, class Load>
-HWY_NOINLINE void rowsPass(T* rows, size_t step, const T* twiddles, Load load) {
-    using Row = RealLanes<T, kRows>;
-    constexpr size_t L = Row::kLanes;
-    using C = ComplexVec<T, L>;
-    const typename Row::D d;
-    for (size_t n = 0; n < step; ++n, twiddles += 2 * (R - 1)) {
-        forGroups<Row::kGroups>([&](size_t group, auto isFirst) ZVPS_INLINE_LAMBDA {
-            Butterfly<T, L, R>::run(
-                [&](auto i) ZVPS_INLINE_LAMBDA {
-                    return load(std::bool_constant<2 * i >= R>(), isFirst, n + i * step, group);
-                },
-                [&](auto k, C x) ZVPS_INLINE_LAMBDA {
-                    T* const row = rows + (n + k * step) * kRows + group * 2 * L;
-                    if constexpr (k == 0) {
-                        hn::StoreU(x.re, d, row);
-                        hn::StoreU(x.im, d, row + L);
-                    } else {
-                        const T* const w = twiddles + 2 * (k - 1);
-                        const auto turned = rotated(x.re, x.im, hn::Set(d, w[0]), hn::Set(d, w[1]));
-                        hn::StoreU(turned.re, d, row);
-                        hn::StoreU(turned.im, d, row + L);
-                    }
-                });
-        });
-    }
-}
-
-// The last pass: `count` times R neighbouring rows to bins k2, k2 + step, ..., where k2 grows by binStep from time to
-// time; bin(isUpper, isFirst, k2, group, x) takes them.
-template <size_t kRows, size_t R, class T, class Bin>
-HWY_NOINLINE void lastRowsPass(const T* rows, size_t count, size_t k2, size_t binStep, size_t step, Bin bin) {
-    using Row = RealLanes<T, kRows>;
-    constexpr size_t L = Row::kLanes;
-    using C = ComplexVec<T, L>;
-    const typename Row::D d;
-    for (size_t m = 0; m < count; ++m, rows += R * kRows, k2 += binStep) {
-        forGroups<Row::kGroups>([&](size_t group, auto isFirst) ZVPS_INLINE_LAMBDA {
-            Butterfly<T, L, R>::run(
-                [&](auto i) ZVPS_INLINE_LAMBDA {
-                    const T* const row = rows + i * kRows + group * 2 * L;
-                    return C{hn::LoadU(d, row), hn::LoadU(d, row + L)};
-                },
-                [&](auto k, C x) ZVPS_INLINE_LAMBDA {
-                    bin(std::bool_constant<2 * k >= R>(), isFirst, k2 + k * step, group, x);
-                });
-        });
-    }
-}
-
-// Calls step(radix) with a radix of long transforms, from `least` on, as a constant.
-template <size_t least, class Step>
-HWY_INLINE void byRadix(size_t radix, Step step) {
-    if constexpr (least < 16) {
-        if (radix != least) return byRadix<2 * least>(radix, step);
-    }
-    step(Index<least>());
-}
-
-// The complex passes of a long transform.
-template <size_t kRows, class T, class Load, class Bin>
-HWY_INLINE void transformRows(T* rows, const RealFftPlan& plan, const T* const* twiddles, Load load, Bin bin) {
-    using Row = RealLanes<T, kRows>;
-    constexpr size_t L = Row::kLanes;
-    const size_t first = size_t{1} << plan.orders[0];
-    const size_t second = size_t{1} << plan.orders[1];
-    const size_t third = size_t{1} << plan.orders[2];
-    const size_t inner = plan.columns / first;
-    byRadix<4>(first, [&](auto radix) ZVPS_INLINE_LAMBDA { rowsPass<kRows, radix>(rows, inner, twiddles[0], load); });
-    if (third == 1) {
-        byRadix<8>(second,
-                [&](auto radix) ZVPS_INLINE_LAMBDA { lastRowsPass<kRows, radix>(rows, first, 0, 1, first, bin); });
-        return;
-    }
-    for (size_t k = 0; k < first; ++k) {
-        T* const part = rows + k * inner * kRows;
-        byRadix<8>(second, [&](auto radix) ZVPS_INLINE_LAMBDA {
-            rowsPass<kRows, radix>(part, third, twiddles[1],
-                                   [part](auto, auto, size_t n, size_t group) ZVPS_INLINE_LAMBDA {
-                                       const T* const row = part + n * kRows + group * 2 * L;
-                                       const typename Row::D d;
-                                       return ComplexVec<T, L>{hn::LoadU(d, row), hn::LoadU(d, row + L)};
-                                   });
-        });
-        byRadix<8>(third, [&](auto radix) ZVPS_INLINE_LAMBDA {
-            lastRowsPass<kRows, radix>(part, second, k, first, first * second, bin);
-        });
-    }
-}
-
-// Where bin k2 of the complex transforms was left by in-place passes: the digits of k2 in the reverse order.
-inline size_t reversedRow(const RealFftPlan& plan, size_t k2) {
-    const int second = plan.orders[1];
-    const int third = plan.orders[2];
-    const size_t k0 = k2 & ((size_t{1} << plan.orders[0]) - 1);
-    const size_t rest = k2 >> plan.orders[0];
-    const size_t k1 = rest & ((size_t{1} << second) - 1);
-    return (((k0 << second) + k1) << third) + (rest >> second);
-}
-
 inline constexpr size_t kStackBytes = 65536;
 
 template <size_t kRows, class T>
 HWY_NOINLINE void longRealFft(const T* src, const Spectrum<T>& dst, T factor, const RealFftPlan& plan,
                               const FftSpec<T>& spec, T* rows) {
-    using Row = RealLanes<T, kRows>;
+    using Row = RowLanes<T, kRows>;
     constexpr size_t L = Row::kLanes;
     using C = ComplexVec<T, L>;
     const size_t columns = plan.columns;
@@ -759,7 +567,7 @@ HWY_NOINLINE void longRealFft(const T* src, const Spectrum<T>& dst, T factor, co
     T* const ends = endValues;
     transformColumns<kRows, kMostRealColumns>(src, rows, ends, columns, spec.twiddles);
     transformRows<kRows>(
-        rows, plan, spec.tables + 1,
+        rows, plan.along, spec.tables + 1,
         [rows, ends](auto, auto isFirst, size_t n, size_t group) ZVPS_INLINE_LAMBDA {
             const typename Row::D d;
             const T* const row = rows + n * kRows + group * 2 * L;
@@ -786,7 +594,7 @@ HWY_NOINLINE void longRealFft(const T* src, const Spectrum<T>& dst, T factor, co
 template <size_t kRows, class T>
 HWY_NOINLINE void longInverseRealFft(const Spectrum<const T>& src, T* dst, T factor, const RealFftPlan& plan,
                                      const FftSpec<T>& spec, T* rows) {
-    using Row = RealLanes<T, kRows>;
+    using Row = RowLanes<T, kRows>;
     constexpr size_t L = Row::kLanes;
     using C = ComplexVec<T, L>;
     const size_t columns = plan.columns;
@@ -794,15 +602,15 @@ HWY_NOINLINE void longInverseRealFft(const Spectrum<const T>& src, T* dst, T fac
     T* const ends = endValues;
     loadEnds<kRows>(src, ends, columns, spec.tables[0]);
     transformRows<kRows>(
-        rows, plan, spec.tables + 1,
+        rows, plan.along, spec.tables + 1,
         [src, columns, ends](auto isUpper, auto isFirst, size_t k2, size_t group) ZVPS_INLINE_LAMBDA {
             C x;
             loadBins<kRows, isUpper, isFirst>(src, columns, k2, group, ends, x.re, x.im);
             return x;
         },
-        [rows, plan, ends](auto, auto isFirst, size_t n, size_t group, C x) ZVPS_INLINE_LAMBDA {
+        [rows, along = plan.along, ends](auto, auto isFirst, size_t n, size_t group, C x) ZVPS_INLINE_LAMBDA {
             const typename Row::D d;
-            T* const row = rows + reversedRow(plan, n) * kRows + group * 2 * L;
+            T* const row = rows + reversedRow(along, n) * kRows + group * 2 * L;
             hn::StoreU(x.re, d, row);
             hn::StoreU(x.im, d, row + L);
             if constexpr (isFirst) {
@@ -810,12 +618,12 @@ HWY_NOINLINE void longInverseRealFft(const Spectrum<const T>& src, T* dst, T fac
                 ends[2 * n + 1] = hn::GetLane(x.re);
             }
         });
-    size_t places[RealLanes<T, kRows>::kVector];
+    size_t places[RowLanes<T, kRows>::kVector];
     for (size_t i = 0; i < Row::kLanes; ++i) {
-        places[i] = reversedRow(plan, i);
+        places[i] = reversedRow(plan.along, i);
     }
     inverseTransformColumns<kRows, kMostRealColumns>(rows, ends, dst, factor, columns, spec.twiddles,
-        [&](size_t n, auto i) ZVPS_INLINE_LAMBDA { return reversedRow(plan, n) + places[i]; });
+        [&](size_t n, auto i) ZVPS_INLINE_LAMBDA { return reversedRow(plan.along, n) + places[i]; });
 }
 
 } // namespace zvps::ZVPS_LEVEL

@@ -2,32 +2,21 @@
 // kernels of all levels.
 #pragma once
 
-#include <cstddef>
+#include "transforms/fft_rows_plan.hpp"
 
 namespace zvps {
 
-// N = rows x columns samples; the columns are transformed first, then the rows by complex passes.
+// N = rows x columns samples; the columns are transformed first, then the rows.
 struct RealFftPlan {
     size_t rows;
     size_t columns;
-    int columnOrder;
-    int orders[3]; // of the radices of the complex passes, whose product is `columns`; 0 for none
+    RowsPlan along;
 };
 
 template <class T>
 constexpr RealFftPlan realFftPlan(int order) {
     const int rows = order < 6 ? 3 : order < 8 || (sizeof(T) == 8 && order >= 10 && order <= 14) ? 4 : 5;
-    const int columns = order - rows;
-    RealFftPlan plan = {size_t{1} << rows, size_t{1} << columns, columns, {columns, 0, 0}};
-    if (columns > 8) {
-        plan.orders[0] = columns / 3;
-        plan.orders[1] = (columns + 1) / 3;
-        plan.orders[2] = (columns + 2) / 3;
-    } else if (columns > 4) {
-        plan.orders[0] = columns / 2;
-        plan.orders[1] = (columns + 1) / 2;
-    }
-    return plan;
+    return {size_t{1} << rows, size_t{1} << (order - rows), rowsPlan(order - rows)};
 }
 
 // Of the longest transform that is cut so.
@@ -45,20 +34,24 @@ constexpr size_t realFftBlock(const RealFftPlan& plan) {
 }
 
 // The tables, one behind the other, by their numbers of values: cos and sin of 2 pi n k / N for column n and row
-// k = 1 .. rows/2 - 1; those that join the real values of the rows 0 and N1/2, cosines then sines; and those of the
-// complex passes but the last, by pairs.
+// k = 1 .. rows/2 - 1; those that join the real values of the rows 0 and N1/2, cosines then sines; and those along the
+// rows.
 struct RealFftTables {
     size_t columns;
     size_t ends;
-    size_t pass[2];
+    size_t pass[kMostRowsPasses - 1];
+
+    constexpr size_t values() const { return columns + ends + pass[0] + pass[1] + pass[2]; }
 };
 
 constexpr RealFftTables realFftTables(const RealFftPlan& plan) {
-    const size_t second = plan.columns >> plan.orders[0];
-    const size_t third = second >> plan.orders[1];
-    return {2 * plan.columns * (plan.rows / 2 - 1),
-            plan.columns,
-            {plan.orders[1] == 0 ? 0 : 2 * (plan.columns - second), plan.orders[2] == 0 ? 0 : 2 * (second - third)}};
+    RealFftTables tables = {2 * plan.columns * (plan.rows / 2 - 1), plan.columns, {}};
+    int order = plan.along.order;
+    for (int pass = 0; pass < kMostRowsPasses - 1; ++pass) {
+        tables.pass[pass] = rowsTwiddles(plan.along, pass, order);
+        order -= plan.along.orders[pass];
+    }
+    return tables;
 }
 
 } // namespace zvps

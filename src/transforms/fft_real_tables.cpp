@@ -6,16 +6,6 @@ namespace zvps {
 namespace {
 
 template <class T>
-struct Wave {
-    const T* quarter;
-    int order;
-
-    // cos and sin of 2 pi index / 2^of.
-    T cosine(size_t index, int of) const { return twiddle(index, of, quarter, order).re; }
-    T sine(size_t index, int of) const { return -twiddle(index, of, quarter, order).im; }
-};
-
-template <class T>
 void storeColumns(int order, const RealFftPlan& plan, Wave<T> wave, T* p) {
     const size_t block = realFftBlock<T>(plan);
     for (size_t n = 0; n < plan.columns; n += block) {
@@ -37,23 +27,11 @@ void storeEnds(int columnOrder, Wave<T> wave, T* p) {
     }
 }
 
-// The pass of radix 2^radixOrder that starts transforms of length 2^order.
-template <class T>
-void storePass(int order, int radixOrder, Wave<T> wave, T* p) {
-    for (size_t n = 0; n < size_t{1} << (order - radixOrder); ++n) {
-        for (size_t k = 1; k < size_t{1} << radixOrder; ++k, p += 2) {
-            p[0] = wave.cosine(n * k, order);
-            p[1] = wave.sine(n * k, order);
-        }
-    }
-}
-
 } // namespace
 
 template <class T>
 size_t realFftTableBytes(int order) {
-    const RealFftTables tables = realFftTables(realFftPlan<T>(order));
-    return (tables.columns + tables.ends + tables.pass[0] + tables.pass[1]) * sizeof(T);
+    return realFftTables(realFftPlan<T>(order)).values() * sizeof(T);
 }
 
 template <class T>
@@ -65,13 +43,13 @@ void buildRealFftTables(int order, FftSpec<T>& spec, unsigned char* area, const 
     spec.twiddles = p;
     storeColumns(order, plan, wave, p);
     spec.tables[0] = p += tables.columns;
-    storeEnds(plan.columnOrder, wave, p);
+    storeEnds(plan.along.order, wave, p);
     p += tables.ends;
-    int remaining = plan.columnOrder;
-    for (int pass = 0; pass < 2; ++pass) {
+    int remaining = plan.along.order;
+    for (int pass = 0; pass < kMostRowsPasses - 1; ++pass) {
         spec.tables[1 + pass] = p;
-        if (tables.pass[pass] != 0) storePass(remaining, plan.orders[pass], wave, p);
-        remaining -= plan.orders[pass];
+        if (tables.pass[pass] != 0) storeRowsPass(remaining, plan.along.orders[pass], wave, p);
+        remaining -= plan.along.orders[pass];
         p += tables.pass[pass];
     }
 }

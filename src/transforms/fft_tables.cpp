@@ -71,9 +71,7 @@ void buildFftTables(int order, FftSpec<T>& spec, unsigned char* area, const T* q
 
 #define ZVPS_TABLES(T)                                                                                                 \
     template size_t fftTableBytes<T>(int);                                                                             \
-    template void buildFftTables(int, FftSpec<T>&, unsigned char*, const T*, int);                                     \
-    template size_t realFftTableBytes<T>(int);                                                                         \
-    template void buildRealFftTables(int, FftSpec<T>&, unsigned char*, const T*, int);
+    template void buildFftTables(int, FftSpec<T>&, unsigned char*, const T*, int);
 ZVPS_TABLES(float)
 ZVPS_TABLES(double)
 #undef ZVPS_TABLES

@@ -59,4 +59,10 @@ size_t realFftTableBytes(int order);
 template <class T>
 void buildRealFftTables(int order, FftSpec<T>& spec, unsigned char* area, const T* quarterWave, int quarterWaveOrder);
 
+// Of the longest complex transforms, which are cut in two.
+template <class T>
+size_t largeFftTableBytes(int order);
+template <class T>
+void buildLargeFftTables(int order, T* base, const T* quarterWave, int quarterWaveOrder);
+
 } // namespace zvps
