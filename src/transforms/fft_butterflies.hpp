@@ -100,6 +100,22 @@ inline constexpr double kCosEighth = 0.70710678118654752440; // of the circle, c
 inline constexpr double kCosSixteenth = 0.92387953251128675613;
 inline constexpr double kTanSixteenth = 0.41421356237309504880;
 
+// cos(2 pi k / 32) for k = 0..8
+inline constexpr double kCosines[] = {1.0,
+                                      0.98078528040323044913,
+                                      0.92387953251128675613,
+                                      0.83146961230254523708,
+                                      0.70710678118654752440,
+                                      0.55557023301960222474,
+                                      0.38268343236508977173,
+                                      0.19509032201612826785,
+                                      0.0};
+
+constexpr double cosOf32(size_t k) {
+    k %= 32;
+    return k <= 8 ? kCosines[k] : k <= 16 ? -kCosines[16 - k] : cosOf32(32 - k);
+}
+
 // The second half of a butterfly of four points: sums and differences of the even ones, and of the odd ones with a
 // factor they have in common.
 template <class C, class Out, class... Factor>
@@ -207,6 +223,44 @@ struct Butterfly<T, V, 16> {
                 sub(a[0][3], w6, c), add(a[0][3], w6, c), sub(w3, w9), add(w3, w9),
                 [&](auto p, C x) ZVPS_INLINE_LAMBDA { out(Index<4 * p + 3>(), x); }, cos);
         }
+    }
+};
+
+// Eight points by four.
+template <class T, size_t V>
+struct Butterfly<T, V, 32> {
+    using C = ComplexVec<T, V>;
+    template <class In, class Out>
+    static HWY_INLINE void run(const In& in, const Out& out) {
+        const Lanes<T, V> d;
+        C a[4][8];
+        unroll<4>([&](auto n) ZVPS_INLINE_LAMBDA {
+            Butterfly<T, V, 8>::run([&](auto j) ZVPS_INLINE_LAMBDA { return in(Index<n + 4 * j>()); },
+                                    [&](auto q, C x) ZVPS_INLINE_LAMBDA { a[n][q] = x; });
+        });
+        unroll<8>([&](auto q) ZVPS_INLINE_LAMBDA {
+            const auto turned = [&](auto n) ZVPS_INLINE_LAMBDA {
+                constexpr size_t kIndex = n * q;
+                const auto re = hn::Set(d, T(cosOf32(kIndex)));
+                const auto im = hn::Set(d, T(cosOf32(kIndex + 8)));
+                return mul(a[n][q], C{re, im});
+            };
+            const auto store = [&](auto p, C x) ZVPS_INLINE_LAMBDA { out(Index<8 * p + q>(), x); };
+            if constexpr (q == 0) {
+                combineFour(add(a[0][0], a[2][0]), sub(a[0][0], a[2][0]), add(a[1][0], a[3][0]),
+                            sub(a[1][0], a[3][0]), store);
+            } else if constexpr (q == 4) {
+                const auto c = hn::Set(d, T(kCosEighth));
+                const C w4 = subI(a[1][4], a[1][4]);
+                const C w12 = addI(a[3][4], a[3][4]); // by -W^12
+                combineFour(subI(a[0][4], a[2][4]), addI(a[0][4], a[2][4]), sub(w4, w12), add(w4, w12), store, c);
+            } else {
+                const C x1 = turned(Index<1>());
+                const C x2 = turned(Index<2>());
+                const C x3 = turned(Index<3>());
+                combineFour(add(a[0][q], x2), sub(a[0][q], x2), add(x1, x3), sub(x1, x3), store);
+            }
+        });
     }
 };
 

@@ -13,33 +13,20 @@ constexpr size_t smaller(size_t a, size_t b) {
 
 // ---- Small orders ----
 
-// cos(2 pi k / 32) for k = 0..8
-inline constexpr double kCosines[] = {1.0,
-                                      0.98078528040323044913,
-                                      0.92387953251128675613,
-                                      0.83146961230254523708,
-                                      0.70710678118654752440,
-                                      0.55557023301960222474,
-                                      0.38268343236508977173,
-                                      0.19509032201612826785,
-                                      0.0};
-
-constexpr double cosOf32(size_t k) {
-    k %= 32;
-    return k <= 8 ? kCosines[k] : k <= 16 ? -kCosines[16 - k] : cosOf32(32 - k);
-}
-
-// The twiddle factors of the second pass of 4 R points after a first pass of radix 4.
+// The twiddle factors of a first pass of radix 4 over R columns.
 template <class T, size_t R>
 struct SmallTwiddles {
-    T values[8 * (R - 1)];
+    T values[6 * R];
 
     constexpr SmallTwiddles() : values() {
-        for (size_t n = 1; n < R; ++n) {
-            for (size_t place = 0; place < 4; ++place) {
-                const size_t index = n * fftNumberAt<T>(place, 4) * (8 / R);
-                values[8 * (n - 1) + place] = static_cast<T>(cosOf32(index));
-                values[8 * (n - 1) + 4 + place] = static_cast<T>(cosOf32(index + 8));
+        T* p = values;
+        for (size_t start = 0; start < R; start += 4) {
+            for (size_t k = 1; k < 4; ++k, p += 8) {
+                for (size_t place = 0; place < 4; ++place) {
+                    const size_t index = (start + fftNumberAt<T>(place, 4)) * k * (8 / R);
+                    p[place] = static_cast<T>(cosOf32(index));
+                    p[4 + place] = static_cast<T>(cosOf32(index + 8));
+                }
             }
         }
     }
@@ -92,41 +79,41 @@ template <class T, size_t R, class Loader, class Storer>
 HWY_INLINE void smallTransform(const Loader& loader, const Storer& storer) {
     constexpr size_t V = smaller(4, kVectorBytes / sizeof(T));
     alignas(64) T work[8 * R];
-    firstPass<T, V, 4, 4>(loader, BlockStorer<T>{work}, R);
-    lastPass<T, V, 4, R>(BlockLoader<T>{work}, storer, 4, kSmallTwiddles<T, R>.values);
+    firstPass<T, V, 4, 4, 4>(loader, 0, R, R, BlockStorer<T>{work}, kSmallTwiddles<T, R>.values);
+    lastPass<T, V, 4, R>(BlockLoader<T>{work}, storer, 4);
 }
 
 // ---- Transforms of passes ----
 
-// The passes from number `pass` on, by turns from `from` to `to`; the last may be in place.
-template <class T, int order, int pass, int reached, class From, class To, class Storer>
-HWY_INLINE void runPasses(const From& from, const To& to, const Storer& storer, const T* twiddles) {
+// From the loader to `work`, and from there to the storer, three passes by way of `spare`, whose memory the storer may
+// work on.
+template <class T, int order, class Loader, class Spare, class Storer>
+HWY_INLINE void transform(const Loader& loader, T* work, const Spare& spare, const Storer& storer, const T* twiddles) {
     constexpr FftPlan plan = fftPlan<T>(order);
-    constexpr size_t B = fftBlock<T>(plan.orders[0]);
+    constexpr size_t N = size_t{1} << order;
+    constexpr size_t R1 = size_t{1} << plan.orders[0];
+    constexpr size_t R2 = size_t{1} << plan.orders[1];
+    constexpr size_t B = fftBlock<T>(R1);
     constexpr size_t V = smaller(B, kVectorBytes / sizeof(T));
-    constexpr size_t R = size_t{1} << plan.orders[pass];
-    constexpr size_t s = size_t{1} << reached;
-    if constexpr (pass == plan.passes - 1) {
-        lastPass<T, V, B, R>(from.loader(), storer, s, twiddles);
+    const BlockStorer<T> working = {work};
+    if constexpr (plan.passes <= 3) {
+        constexpr size_t kColumns = N / R1;
+        constexpr size_t kColumnBlock = fftBlock<T>(kColumns);
+        firstPass<T, smaller(V, kColumnBlock), B, R1, kColumnBlock>(loader, 0, kColumns, kColumns, working, twiddles);
+        if constexpr (plan.passes == 2) {
+            lastPass<T, V, B, R2>(working.loader(), storer, R1);
+        } else {
+            constexpr size_t R3 = N / (R1 * R2);
+            middlePass<T, V, B, R2>(working.loader(), spare, R1, R3, twiddles + 2 * (N - kColumns));
+            lastPass<T, V, B, R3>(spare.loader(), storer, R1 * R2);
+        }
     } else {
-        constexpr int next = reached + plan.orders[pass];
-        middlePass<T, V, B, R>(from.loader(), to, s, size_t{1} << (order - next), twiddles);
-        runPasses<T, order, pass + 1, next>(to, from, storer, twiddles + 2 * s * (R - 1));
+        constexpr size_t R3 = size_t{1} << plan.orders[2];
+        constexpr size_t R4 = size_t{1} << plan.orders[3];
+        alignas(64) T scratch[2 * B * (R1 * R2 < R3 * R4 ? R3 * R4 : R1 * R2)];
+        firstPasses<T, V, R1, R2>(loader, working, N, scratch, twiddles);
+        lastPasses<T, V, B, R3, R4>(working.loader(), storer, R1 * R2, scratch, twiddles + 2 * (N - N / (R1 * R2)));
     }
-}
-
-// From the loader to `work`, then by turns to `spare` and `work`, and from either to the storer, which may work on the
-// memory of `spare`.
-template <class T, int order, class Loader, class Work, class Spare, class Storer>
-HWY_INLINE void transform(const Loader& loader, const Work& work, const Spare& spare, const Storer& storer,
-                          const T* twiddles) {
-    constexpr FftPlan plan = fftPlan<T>(order);
-    constexpr size_t B = fftBlock<T>(plan.orders[0]);
-    constexpr size_t R = size_t{1} << plan.orders[0];
-    constexpr size_t kColumns = (size_t{1} << order) / R;
-    constexpr size_t V = smaller(smaller(B, kColumns), kVectorBytes / sizeof(T));
-    firstPass<T, V, B, R>(loader, work, kColumns);
-    runPasses<T, order, 1, plan.orders[0]>(work, spare, storer, twiddles);
 }
 
 // ---- Kernels ----
@@ -153,9 +140,9 @@ HWY_NOINLINE void transformOf(const Loader& loader, const Spare& spare, const St
     withFactor<T>(storer, factor, [&](const auto& scaled) ZVPS_INLINE_LAMBDA {
         if constexpr (worksOnStack<T>(order)) {
             alignas(64) T stack[size_t{2} << order];
-            transform<T, order>(loader, BlockStorer<T>{stack}, spare, scaled, twiddles);
+            transform<T, order>(loader, stack, spare, scaled, twiddles);
         } else {
-            transform<T, order>(loader, BlockStorer<T>{work}, spare, scaled, twiddles);
+            transform<T, order>(loader, work, spare, scaled, twiddles);
         }
     });
 }
