@@ -15,6 +15,8 @@ struct ThresholdKernels;
 struct WindowKernels;
 template <class T>
 struct FftKernels;
+template <class T>
+struct RealFftKernels;
 
 // One table of function pointers per family.
 struct Kernels {
@@ -26,6 +28,8 @@ struct Kernels {
     const InitialisationKernels* initialisation;
     const ProductKernels* products;
     const QuotientKernels* quotients;
+    const RealFftKernels<float>* realFft32f;
+    const RealFftKernels<double>* realFft64f;
     const SpectrumKernels* spectra;
     const SumKernels* sums;
     const ThresholdKernels* thresholds;

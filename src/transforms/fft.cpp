@@ -12,6 +12,14 @@ const FftKernels<T>& fftKernels() {
         return *kernels().fft64f;
     }
 }
+template <class T>
+const RealFftKernels<T>& realFftKernels() {
+    if constexpr (sizeof(T) == 4) {
+        return *kernels().realFft32f;
+    } else {
+        return *kernels().realFft64f;
+    }
+}
 
 // Small orders by their fixed routines, without a work area.
 template <class T, class Fixed, class General, class... Data>
@@ -48,8 +56,8 @@ template <class Opaque, class T>
 ZvpStatus realFft(FftDirection direction, RealFftLayout layout, const T* src, T* dst, const Opaque* spec,
                   Zvp8u* buffer) {
     if (const ZvpStatus status = checkTransform(spec, src, dst)) return status;
-    const FftKernels<T>& table = fftKernels<T>();
-    return run(*header(spec), direction, table.fixedReal[direction][layout], table.real[direction][layout], buffer, src,
+    const RealFftKernels<T>& table = realFftKernels<T>();
+    return run(*header(spec), direction, table.fixed[direction][layout], table.general[direction][layout], buffer, src,
                dst);
 }
 
