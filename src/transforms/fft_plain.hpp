@@ -44,7 +44,7 @@ void permuteBits(const T* src, T* dst, size_t step, int order) {
 
 // From bit-reversed to natural order; sign is that of the exponent.
 template <class T>
-void runPasses(Points<T> x, int order, T sign, Twiddles<T> twiddles, T factor) {
+void runPlainPasses(Points<T> x, int order, T sign, Twiddles<T> twiddles, T factor) {
     const size_t n = size_t{1} << order;
     for (size_t half = 1; half < n; half *= 2) {
         for (size_t j = 0; j < half; ++j) {
@@ -81,7 +81,7 @@ template <FftDirection direction, class T>
 void plainFft(Points<const T> src, Points<T> dst, int order, Twiddles<T> twiddles, T factor) {
     permuteBits(src.re, dst.re, dst.step, order);
     permuteBits(src.im, dst.im, dst.step, order);
-    runPasses(dst, order, signOf<T>(direction), twiddles, factor);
+    runPlainPasses(dst, order, signOf<T>(direction), twiddles, factor);
 }
 
 // Where the real spectrum's values lie: X[k] for 1 <= k < N / 2 at `pairs` + 2 k.
