@@ -13,20 +13,17 @@ constexpr size_t smaller(size_t a, size_t b) {
 
 // ---- Small orders ----
 
-// The twiddle factors of a first pass of radix 4 over R columns.
+// The twiddle factors of the second pass of 4 R points after a first pass of radix 4.
 template <class T, size_t R>
 struct SmallTwiddles {
-    T values[6 * R];
+    T values[8 * (R - 1)];
 
     constexpr SmallTwiddles() : values() {
-        T* p = values;
-        for (size_t start = 0; start < R; start += 4) {
-            for (size_t k = 1; k < 4; ++k, p += 8) {
-                for (size_t place = 0; place < 4; ++place) {
-                    const size_t index = (start + fftNumberAt<T>(place, 4)) * k * (8 / R);
-                    p[place] = static_cast<T>(cosOf32(index));
-                    p[4 + place] = static_cast<T>(cosOf32(index + 8));
-                }
+        for (size_t n = 1; n < R; ++n) {
+            for (size_t place = 0; place < 4; ++place) {
+                const size_t index = n * fftNumberAt<T>(place, 4) * (8 / R);
+                values[8 * (n - 1) + place] = static_cast<T>(cosOf32(index));
+                values[8 * (n - 1) + 4 + place] = static_cast<T>(cosOf32(index + 8));
             }
         }
     }
@@ -79,8 +76,8 @@ template <class T, size_t R, class Loader, class Storer>
 HWY_INLINE void smallTransform(const Loader& loader, const Storer& storer) {
     constexpr size_t V = smaller(4, kVectorBytes / sizeof(T));
     alignas(64) T work[8 * R];
-    firstPass<T, V, 4, 4, 4>(loader, 0, R, R, BlockStorer<T>{work}, kSmallTwiddles<T, R>.values);
-    lastPass<T, V, 4, R>(BlockLoader<T>{work}, storer, 4);
+    firstPass<T, V, 4, 4>(loader, 0, R, R, BlockStorer<T>{work});
+    lastPass<T, V, 4, R>(BlockLoader<T>{work}, storer, 4, kSmallTwiddles<T, R>.values);
 }
 
 // ---- Transforms of passes ----
@@ -98,21 +95,20 @@ HWY_INLINE void transform(const Loader& loader, T* work, const Spare& spare, con
     const BlockStorer<T> working = {work};
     if constexpr (plan.passes <= 3) {
         constexpr size_t kColumns = N / R1;
-        constexpr size_t kColumnBlock = fftBlock<T>(kColumns);
-        firstPass<T, smaller(V, kColumnBlock), B, R1, kColumnBlock>(loader, 0, kColumns, kColumns, working, twiddles);
+        firstPass<T, smaller(V, kColumns), B, R1>(loader, 0, kColumns, kColumns, working);
         if constexpr (plan.passes == 2) {
-            lastPass<T, V, B, R2>(working.loader(), storer, R1);
+            lastPass<T, V, B, R2>(working.loader(), storer, R1, twiddles);
         } else {
             constexpr size_t R3 = N / (R1 * R2);
-            middlePass<T, V, B, R2>(working.loader(), spare, R1, R3, twiddles + 2 * (N - kColumns));
-            lastPass<T, V, B, R3>(spare.loader(), storer, R1 * R2);
+            middlePass<T, V, B, R2>(working.loader(), spare, R1, R3, twiddles);
+            lastPass<T, V, B, R3>(spare.loader(), storer, R1 * R2, twiddles + 2 * R1 * (R2 - 1));
         }
     } else {
         constexpr size_t R3 = size_t{1} << plan.orders[2];
         constexpr size_t R4 = size_t{1} << plan.orders[3];
         alignas(64) T scratch[2 * B * (R1 * R2 < R3 * R4 ? R3 * R4 : R1 * R2)];
         firstPasses<T, V, R1, R2>(loader, working, N, scratch, twiddles);
-        lastPasses<T, V, B, R3, R4>(working.loader(), storer, R1 * R2, scratch, twiddles + 2 * (N - N / (R1 * R2)));
+        lastPasses<T, V, B, R3, R4>(working.loader(), storer, R1 * R2, scratch, twiddles + 2 * R1 * (R2 - 1));
     }
 }
 
