@@ -4,6 +4,7 @@
 #include "transforms/fft.table.hpp"
 #include "transforms/fft_passes.hpp"
 #include "transforms/fft_plain.hpp"
+#include "transforms/fft_small.hpp"
 
 namespace zvps::ZVPS_LEVEL {
 
@@ -186,29 +187,38 @@ ZvpStatus splitFft(const T* srcRe, const T* srcIm, T* dstRe, T* dstIm, T factor,
     }
 }
 
-template <class T, int order, bool scales, class Points, class Blocks, class PointsOut, class BlocksOut>
+template <class T, int order, class Points, class Blocks, class PointsOut, class BlocksOut>
 HWY_INLINE void fixedTransform(const Points& points, const Blocks& blocks, const PointsOut& pointsOut,
-                               const BlocksOut& blocksOut, T factor) {
-    const auto run = [&](const auto& scaled, const auto& blocksScaled) ZVPS_INLINE_LAMBDA {
-        if constexpr (order <= 3) {
-            pointwiseTransform<T, size_t{1} << order>(points, scaled);
-        } else {
-            smallTransform<T, (size_t{1} << order) / 4>(blocks, blocksScaled);
-        }
-    };
-    if constexpr (scales) {
-        run(ScaledStorer<T, PointsOut>{pointsOut, factor}, ScaledStorer<T, BlocksOut>{blocksOut, factor});
+                               const BlocksOut& blocksOut) {
+    if constexpr (order <= 3) {
+        pointwiseTransform<T, size_t{1} << order>(points, pointsOut);
     } else {
-        run(pointsOut, blocksOut);
+        smallTransform<T, (size_t{1} << order) / 4>(blocks, blocksOut);
+    }
+}
+
+// The storer itself or scaled.
+template <bool scales, class T, class Storer>
+HWY_INLINE auto scaled(const Storer& storer, T factor) {
+    if constexpr (scales) {
+        return ScaledStorer<T, Storer>{storer, factor};
+    } else {
+        return storer;
     }
 }
 
 template <class T, FftDirection direction, bool scales, int order>
 ZvpStatus fixedComplex(const T* src, T* dst, T factor) {
     constexpr bool kInverse = direction == kFftInverse;
-    fixedTransform<T, order, scales>(
-        PointLoader<T>{src + kInverse, src + !kInverse, 2}, InterleavedLoader<T, kInverse>{src},
-        PointStorer<T>{dst + kInverse, dst + !kInverse, 2}, InterleavedStorer<T, kInverse>{dst}, factor);
+    const InterleavedLoader<T, kInverse> loader = {src};
+    const auto storer = scaled<scales>(InterleavedStorer<T, kInverse>{dst}, factor);
+    if constexpr (isInRegisters<T>(order)) {
+        transformInRegisters<T, order>(InterleavedFours<const T, kInverse>{src},
+                                       scaled<scales>(InterleavedFours<T, kInverse>{dst}, factor), loader, storer);
+    } else {
+        fixedTransform<T, order>(PointLoader<T>{src + kInverse, src + !kInverse, 2}, loader,
+                                 scaled<scales>(PointStorer<T>{dst + kInverse, dst + !kInverse, 2}, factor), storer);
+    }
     return zvpStsOk;
 }
 
@@ -217,8 +227,15 @@ ZvpStatus fixedSplit(const T* srcRe, const T* srcIm, T* dstRe, T* dstIm, T facto
     if constexpr (direction == kFftInverse) {
         return fixedSplit<T, kFftForward, scales, order>(srcIm, srcRe, dstIm, dstRe, factor);
     } else {
-        fixedTransform<T, order, scales>(PointLoader<T>{srcRe, srcIm, 1}, SplitLoader<T>{srcRe, srcIm},
-                                         PointStorer<T>{dstRe, dstIm, 1}, SplitStorer<T>{dstRe, dstIm}, factor);
+        const SplitLoader<T> loader = {srcRe, srcIm};
+        const auto storer = scaled<scales>(SplitStorer<T>{dstRe, dstIm}, factor);
+        if constexpr (isInRegisters<T>(order)) {
+            transformInRegisters<T, order>(SplitFours<const T>{srcRe, srcIm},
+                                           scaled<scales>(SplitFours<T>{dstRe, dstIm}, factor), loader, storer);
+        } else {
+            fixedTransform<T, order>(PointLoader<T>{srcRe, srcIm, 1}, loader,
+                                     scaled<scales>(PointStorer<T>{dstRe, dstIm, 1}, factor), storer);
+        }
         return zvpStsOk;
     }
 }

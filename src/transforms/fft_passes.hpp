@@ -228,6 +228,11 @@ struct ScaledStorer {
         const auto f = hn::Set(Lanes<T, V>(), factor);
         storer.template store<V, B>(i, ComplexVec<T, V>{hn::Mul(x.re, f), hn::Mul(x.im, f)});
     }
+    // Of four values in one vector.
+    template <class W>
+    HWY_INLINE void storeFour(size_t i, W x) const {
+        storer.storeFour(i, hn::Mul(x, hn::Set(Lanes<T, 8>(), factor)));
+    }
 };
 
 // ---- Passes ----
@@ -239,9 +244,9 @@ HWY_INLINE void firstPass(const Loader& loader, size_t n, size_t count, size_t c
     static_assert(R % B == 0 && B % V == 0);
     for (size_t i = 0; i < count; i += V) {
         C x[R];
-        Butterfly<T, V, R>::run(
-            [&](auto n1) ZVPS_INLINE_LAMBDA { return loader.template load<V, V>(n1 * columns + n + i); },
-            [&](auto k1, C value) ZVPS_INLINE_LAMBDA { x[k1] = value; });
+        Butterfly<T, V, R>::run([&](auto n1)
+                                    ZVPS_INLINE_LAMBDA { return loader.template load<V, V>(n1 * columns + n + i); },
+                                [&](auto k1, C value) ZVPS_INLINE_LAMBDA { x[k1] = value; });
         unroll<R / V>([&](auto chunk) ZVPS_INLINE_LAMBDA {
             constexpr size_t kBlock = chunk * V / B * B;
             constexpr size_t kInBlock = chunk * V % B;
