@@ -121,27 +121,30 @@ constexpr bool worksOnStack(int order) {
     return sizeof(T) == 8 && order <= 12;
 }
 
-// storer(scaled) for both values of scaled.
-template <class T, class Storer, class Run>
-HWY_INLINE void withFactor(const Storer& storer, T factor, const Run& run) {
-    if (factor == T{1}) {
-        run(storer);
+template <class T, int order, class Loader, class Spare, class Storer>
+HWY_INLINE void transformThroughWork(const Loader& loader, T* work, const Spare& spare, const Storer& storer,
+                                     const T* twiddles) {
+    if constexpr (worksOnStack<T>(order)) {
+        alignas(64) T stack[size_t{2} << order];
+        transform<T, order>(loader, stack, spare, storer, twiddles);
     } else {
-        run(ScaledStorer<T, Storer>{storer, factor});
+        transform<T, order>(loader, work, spare, storer, twiddles);
     }
 }
+
+// From this order on a multiplication by 1 costs nothing that shows.
+inline constexpr int kAlwaysScaledOrder = 11;
 
 template <class T, int order, class Loader, class Spare, class Storer>
 HWY_NOINLINE void transformOf(const Loader& loader, const Spare& spare, const Storer& storer, T factor,
                               const T* twiddles, T* work) {
-    withFactor<T>(storer, factor, [&](const auto& scaled) ZVPS_INLINE_LAMBDA {
-        if constexpr (worksOnStack<T>(order)) {
-            alignas(64) T stack[size_t{2} << order];
-            transform<T, order>(loader, stack, spare, scaled, twiddles);
-        } else {
-            transform<T, order>(loader, work, spare, scaled, twiddles);
+    if constexpr (order < kAlwaysScaledOrder) {
+        if (factor == T{1}) {
+            transformThroughWork<T, order>(loader, work, spare, storer, twiddles);
+            return;
         }
-    });
+    }
+    transformThroughWork<T, order>(loader, work, spare, ScaledStorer<T, Storer>{storer, factor}, twiddles);
 }
 
 // Calls run(std::integral_constant<int, order>()).

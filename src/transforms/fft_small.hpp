@@ -5,10 +5,10 @@
 
 namespace zvps::ZVPS_LEVEL {
 
-// Whether registers have the 8 lanes.
+// Whether a transform is one of these: registers have the 8 lanes, and passes are not as fast.
 template <class T>
 constexpr bool isInRegisters(int order) {
-    return kVectorBytes >= 8 * sizeof(T) && order >= 3;
+    return kVectorBytes >= 8 * sizeof(T) && order >= 3 && (sizeof(T) == 4 || order == 3);
 }
 
 #if HWY_TARGET <= HWY_AVX2
