@@ -1,4 +1,4 @@
-#include "transforms/fft_real.hpp"
+#include "transforms/fft_real_large.hpp"
 
 namespace zvps::ZVPS_LEVEL {
 
@@ -124,7 +124,13 @@ void realFftOf(From src, To dst, T factor, const FftSpec<T>& spec, T* work) {
 template <class T, FftDirection direction, RealFftLayout layout>
 ZvpStatus realFft(const T* src, T* dst, T factor, const FftSpec<T>& spec, T* work) {
     const size_t n = size_t{1} << spec.order;
-    if constexpr (direction == kFftForward) {
+    if (spec.order > kMostRealOrder) {
+        if constexpr (direction == kFftForward) {
+            largeRealFft(src, dst, layout, factor, spec, work);
+        } else {
+            largeInverseRealFft(src, dst, layout, factor, spec, work);
+        }
+    } else if constexpr (direction == kFftForward) {
         realFftOf(src, Spectrum<T>(dst, layout, n), factor, spec, work);
     } else {
         realFftOf(Spectrum<const T>(src, layout, n), dst, factor, spec, work);

@@ -178,18 +178,17 @@ struct RowLoader {
 template <size_t kWidth, int pass, class T, class Bin>
 HWY_NOINLINE void transformParts(T* rows, const RowsPlan& plan, int order, size_t parts, size_t k, size_t binStep,
                                  size_t step, const T* const* twiddles, const Bin& bin) {
-    constexpr size_t kLeast = pass == 0 ? 4 : 8;
     const int radixOrder = plan.orders[pass];
     const size_t radix = size_t{1} << radixOrder;
     if (radixOrder == order) {
-        byRadix<kLeast>(radix, [&](auto constant) ZVPS_INLINE_LAMBDA {
+        byRadix<8>(radix, [&](auto constant) ZVPS_INLINE_LAMBDA {
             lastRowsPass<kWidth, constant>(rows, parts, k, binStep, step, bin);
         });
     } else if constexpr (pass + 1 < kMostRowsPasses) {
         const int rest = order - radixOrder;
         for (size_t m = 0; m < parts; ++m) {
             T* const part = rows + (m * kWidth << order);
-            byRadix<kLeast>(radix, [&](auto constant) ZVPS_INLINE_LAMBDA {
+            byRadix<pass <= 1 ? 4 : 8>(radix, [&](auto constant) ZVPS_INLINE_LAMBDA {
                 rowsPass<kWidth, constant>(part, size_t{1} << rest, twiddles[pass], RowLoader<T, kWidth>{part});
             });
             transformParts<kWidth, pass + 1>(part, plan, rest, radix, k + m * binStep, step, step * radix, twiddles,
