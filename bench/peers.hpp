@@ -71,6 +71,12 @@ void lookUp(const Zvp8u* a, const D* table, D* dst, int n);
 template <class T>
 void goertzel(const T* a, int n, double frequency, double* value);
 
+// Of real spectra in Pack layout: the product, and the whole spectrum of n complex values.
+template <class T>
+void multiplyPacked(const T* a, const T* b, T* dst, int n);
+template <class T>
+void expandPacked(const T* a, T* dst, int n);
+
 } // namespace plain
 
 // Eigen's array expressions on maps of the vectors.

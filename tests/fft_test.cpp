@@ -378,6 +378,49 @@ TEST_P(FftOrder, IsExactToRounding) {
 }
 INSTANTIATE_TEST_SUITE_P(Orders, FftOrder, testing::Range(0, 23));
 
+// Where the work buffer holds a small part of the data only. A few impulses: their spectrum is known.
+TEST(Fft, VeryLong) {
+    struct Impulse {
+        size_t place;
+        Zvp32fc value;
+    };
+    for (const int order : {23, 25}) {
+        SCOPED_TRACE(order);
+        const size_t n = size_t{1} << order;
+        Random random("very long");
+        std::vector<Impulse> impulses;
+        for (const float re : {1.0F, -0.5F, 0.75F})
+            impulses.push_back({random.below(n), {re, 0.25F - re}});
+        const Spec spec(kSpecType<ZvpsFFTSpec_C_32fc>, order, zvpFftScaleNone, 0);
+        const auto* const typed = static_cast<const ZvpsFFTSpec_C_32fc*>(spec.get());
+        Arena buffer(spec.bufferSize);
+        Zvp8u* const work = buffer.atEnd(spec.bufferSize);
+        for (const Level level : levels()) {
+            if (order > 23 && level != levels().back()) continue;
+            useLevel(level);
+            std::vector<Zvp32fc> src(n);
+            std::vector<Zvp32fc> dst(n);
+            for (const Impulse& impulse : impulses)
+                src[impulse.place] = impulse.value;
+            ASSERT_EQ(zvpsFFTFwd_CToC_32fc(src.data(), dst.data(), typed, work), zvpStsOk);
+            ASSERT_EQ(zvpsFFTFwd_CToC_32fc_I(src.data(), typed, work), zvpStsOk);
+            EXPECT_EQ(std::memcmp(src.data(), dst.data(), n * sizeof(Zvp32fc)), 0) << levelName(level);
+            EXPECT_TRUE(buffer.isIntact()) << levelName(level);
+            for (size_t k = 0; k < n; k += 1 + random.below(500)) {
+                Complex expected = {0, 0};
+                for (const auto& [place, value] : impulses) {
+                    const Real angle = -2 * acosl(-1) * static_cast<Real>(place * k % n) / static_cast<Real>(n);
+                    expected.re += value.re * cosl(angle) - value.im * sinl(angle);
+                    expected.im += value.re * sinl(angle) + value.im * cosl(angle);
+                }
+                ASSERT_NEAR(dst[k].re, static_cast<double>(expected.re), 2e-6) << levelName(level) << " " << k;
+                ASSERT_NEAR(dst[k].im, static_cast<double>(expected.im), 2e-6) << levelName(level) << " " << k;
+            }
+        }
+    }
+    useLevel(levels().back());
+}
+
 // Ties, which random data seldom hit.
 TEST(Fft, SmallIntegersRoundToEven) {
     const Spec spec(kSpecType<ZvpsFFTSpec_C_16sc>, 1, zvpFftScaleFwd, 0);

@@ -90,11 +90,12 @@ class Diagram : Axes {
         for (int y = top_; y < bottom_; ++y)
             canvas_.fill(left, y, left + kBarWidth, y + 1, colour(topDecibels_ - (y - top_) * range_ / (rows() - 1)));
         const AxisMarks marks(range_);
-        for (double value = std::ceil((topDecibels_ - range_) / marks.step) * marks.step; value <= topDecibels_;
-             value += marks.step) {
+        const int last = static_cast<int>(std::floor(topDecibels_ / marks.step));
+        for (int i = static_cast<int>(std::ceil((topDecibels_ - range_) / marks.step)); i <= last; ++i) {
+            const double value = i * marks.step;
             const int y = top_ + static_cast<int>(std::lround((topDecibels_ - value) / range_ * (rows() - 1)));
             canvas_.fill(left + kBarWidth, y, left + kBarWidth + 6, y + 1, kGrid);
-            canvas_.text(left + kBarWidth + 10, y - 7, number(value + 0.0, marks.decimals), kFaint);
+            canvas_.text(left + kBarWidth + 10, y - 7, number(value, marks.decimals), kFaint);
         }
     }
 

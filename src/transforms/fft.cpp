@@ -21,17 +21,21 @@ const RealFftKernels<T>& realFftKernels() {
     }
 }
 
+template <class T, class General, class... Data>
+[[gnu::noinline]] ZvpStatus runGeneral(const FftSpec<T>& spec, T factor, General general, Zvp8u* buffer, Data... data) {
+    if (spec.workSize == 0) return general(data..., factor, spec, nullptr);
+    const WorkArea work(buffer, spec.workSize);
+    if (!work) return zvpStsNoMemory;
+    return general(data..., factor, spec, work.as<T>());
+}
+
 // Small orders by their fixed routines, without a work area.
 template <class T, class Fixed, class General, class... Data>
 ZvpStatus run(const FftSpec<T>& spec, FftDirection direction, const Fixed (&fixed)[2][kFixedFftOrder + 1],
               General general, Zvp8u* buffer, Data... data) {
     const bool scales = (direction == kFftForward ? spec.scalesForward : spec.scalesInverse) != 0;
     if (spec.order <= kFixedFftOrder) return fixed[scales ? 1 : 0][spec.order](data..., spec.factor);
-    const T factor = scales ? spec.factor : T{1};
-    if (spec.workSize == 0) return general(data..., factor, spec, nullptr);
-    const WorkArea work(buffer, spec.workSize);
-    if (!work) return zvpStsNoMemory;
-    return general(data..., factor, spec, work.as<T>());
+    return runGeneral(spec, scales ? spec.factor : T{1}, general, buffer, data...);
 }
 
 template <class Opaque, class Complex>
