@@ -247,8 +247,8 @@ struct Butterfly<T, V, 32> {
             };
             const auto store = [&](auto p, C x) ZVPS_INLINE_LAMBDA { out(Index<8 * p + q>(), x); };
             if constexpr (q == 0) {
-                combineFour(add(a[0][0], a[2][0]), sub(a[0][0], a[2][0]), add(a[1][0], a[3][0]),
-                            sub(a[1][0], a[3][0]), store);
+                combineFour(add(a[0][0], a[2][0]), sub(a[0][0], a[2][0]), add(a[1][0], a[3][0]), sub(a[1][0], a[3][0]),
+                            store);
             } else if constexpr (q == 4) {
                 const auto c = hn::Set(d, T(kCosEighth));
                 const C w4 = subI(a[1][4], a[1][4]);

@@ -3,6 +3,7 @@
 
 #include "transforms/fft_large_call.hpp"
 #include "transforms/fft_passes.hpp"
+#include "transforms/fft_small.hpp"
 
 namespace zvps::ZVPS_LEVEL {
 
@@ -12,20 +13,17 @@ constexpr size_t smaller(size_t a, size_t b) {
 
 // ---- Small orders ----
 
-// The twiddle factors of a first pass of radix 4 over R columns.
+// The twiddle factors of the second pass of 4 R points after a first pass of radix 4.
 template <class T, size_t R>
 struct SmallTwiddles {
-    T values[6 * R];
+    T values[8 * (R - 1)];
 
     constexpr SmallTwiddles() : values() {
-        T* p = values;
-        for (size_t start = 0; start < R; start += 4) {
-            for (size_t k = 1; k < 4; ++k, p += 8) {
-                for (size_t place = 0; place < 4; ++place) {
-                    const size_t index = (start + fftNumberAt<T>(place, 4)) * k * (8 / R);
-                    p[place] = static_cast<T>(cosOf32(index));
-                    p[4 + place] = static_cast<T>(cosOf32(index + 8));
-                }
+        for (size_t n = 1; n < R; ++n) {
+            for (size_t place = 0; place < 4; ++place) {
+                const size_t index = n * fftNumberAt<T>(place, 4) * (8 / R);
+                values[8 * (n - 1) + place] = static_cast<T>(cosOf32(index));
+                values[8 * (n - 1) + 4 + place] = static_cast<T>(cosOf32(index + 8));
             }
         }
     }
@@ -78,8 +76,8 @@ template <class T, size_t R, class Loader, class Storer>
 HWY_INLINE void smallTransform(const Loader& loader, const Storer& storer) {
     constexpr size_t V = smaller(4, kVectorBytes / sizeof(T));
     alignas(64) T work[8 * R];
-    firstPass<T, V, 4, 4, 4>(loader, 0, R, R, BlockStorer<T>{work}, kSmallTwiddles<T, R>.values);
-    lastPass<T, V, 4, R>(BlockLoader<T>{work}, storer, 4);
+    firstPass<T, V, 4, 4>(loader, 0, R, R, BlockStorer<T>{work});
+    lastPass<T, V, 4, R>(BlockLoader<T>{work}, storer, 4, kSmallTwiddles<T, R>.values);
 }
 
 // ---- Transforms of passes ----
@@ -97,21 +95,20 @@ HWY_INLINE void transform(const Loader& loader, T* work, const Spare& spare, con
     const BlockStorer<T> working = {work};
     if constexpr (plan.passes <= 3) {
         constexpr size_t kColumns = N / R1;
-        constexpr size_t kColumnBlock = fftBlock<T>(kColumns);
-        firstPass<T, smaller(V, kColumnBlock), B, R1, kColumnBlock>(loader, 0, kColumns, kColumns, working, twiddles);
+        firstPass<T, smaller(V, kColumns), B, R1>(loader, 0, kColumns, kColumns, working);
         if constexpr (plan.passes == 2) {
-            lastPass<T, V, B, R2>(working.loader(), storer, R1);
+            lastPass<T, V, B, R2>(working.loader(), storer, R1, twiddles);
         } else {
             constexpr size_t R3 = N / (R1 * R2);
-            middlePass<T, V, B, R2>(working.loader(), spare, R1, R3, twiddles + 2 * (N - kColumns));
-            lastPass<T, V, B, R3>(spare.loader(), storer, R1 * R2);
+            middlePass<T, V, B, R2>(working.loader(), spare, R1, R3, twiddles);
+            lastPass<T, V, B, R3>(spare.loader(), storer, R1 * R2, twiddles + 2 * R1 * (R2 - 1));
         }
     } else {
         constexpr size_t R3 = size_t{1} << plan.orders[2];
         constexpr size_t R4 = size_t{1} << plan.orders[3];
         alignas(64) T scratch[2 * B * (R1 * R2 < R3 * R4 ? R3 * R4 : R1 * R2)];
         firstPasses<T, V, R1, R2>(loader, working, N, scratch, twiddles);
-        lastPasses<T, V, B, R3, R4>(working.loader(), storer, R1 * R2, scratch, twiddles + 2 * (N - N / (R1 * R2)));
+        lastPasses<T, V, B, R3, R4>(working.loader(), storer, R1 * R2, scratch, twiddles + 2 * R1 * (R2 - 1));
     }
 }
 
@@ -123,27 +120,30 @@ constexpr bool worksOnStack(int order) {
     return sizeof(T) == 8 && order <= 12;
 }
 
-// storer(scaled) for both values of scaled.
-template <class T, class Storer, class Run>
-HWY_INLINE void withFactor(const Storer& storer, T factor, const Run& run) {
-    if (factor == T{1}) {
-        run(storer);
+template <class T, int order, class Loader, class Spare, class Storer>
+HWY_INLINE void transformThroughWork(const Loader& loader, T* work, const Spare& spare, const Storer& storer,
+                                     const T* twiddles) {
+    if constexpr (worksOnStack<T>(order)) {
+        alignas(64) T stack[size_t{2} << order];
+        transform<T, order>(loader, stack, spare, storer, twiddles);
     } else {
-        run(ScaledStorer<T, Storer>{storer, factor});
+        transform<T, order>(loader, work, spare, storer, twiddles);
     }
 }
+
+// From this order on a multiplication by 1 costs nothing that shows.
+inline constexpr int kAlwaysScaledOrder = 11;
 
 template <class T, int order, class Loader, class Spare, class Storer>
 HWY_NOINLINE void transformOf(const Loader& loader, const Spare& spare, const Storer& storer, T factor,
                               const T* twiddles, T* work) {
-    withFactor<T>(storer, factor, [&](const auto& scaled) ZVPS_INLINE_LAMBDA {
-        if constexpr (worksOnStack<T>(order)) {
-            alignas(64) T stack[size_t{2} << order];
-            transform<T, order>(loader, stack, spare, scaled, twiddles);
-        } else {
-            transform<T, order>(loader, work, spare, scaled, twiddles);
+    if constexpr (order < kAlwaysScaledOrder) {
+        if (factor == T{1}) {
+            transformThroughWork<T, order>(loader, work, spare, storer, twiddles);
+            return;
         }
-    });
+    }
+    transformThroughWork<T, order>(loader, work, spare, ScaledStorer<T, Storer>{storer, factor}, twiddles);
 }
 
 // Calls run(std::integral_constant<int, order>()).
@@ -194,29 +194,38 @@ ZvpStatus splitFft(const T* srcRe, const T* srcIm, T* dstRe, T* dstIm, T factor,
     }
 }
 
-template <class T, int order, bool scales, class Points, class Blocks, class PointsOut, class BlocksOut>
+template <class T, int order, class Points, class Blocks, class PointsOut, class BlocksOut>
 HWY_INLINE void fixedTransform(const Points& points, const Blocks& blocks, const PointsOut& pointsOut,
-                               const BlocksOut& blocksOut, T factor) {
-    const auto run = [&](const auto& scaled, const auto& blocksScaled) ZVPS_INLINE_LAMBDA {
-        if constexpr (order <= 3) {
-            pointwiseTransform<T, size_t{1} << order>(points, scaled);
-        } else {
-            smallTransform<T, (size_t{1} << order) / 4>(blocks, blocksScaled);
-        }
-    };
-    if constexpr (scales) {
-        run(ScaledStorer<T, PointsOut>{pointsOut, factor}, ScaledStorer<T, BlocksOut>{blocksOut, factor});
+                               const BlocksOut& blocksOut) {
+    if constexpr (order <= 3) {
+        pointwiseTransform<T, size_t{1} << order>(points, pointsOut);
     } else {
-        run(pointsOut, blocksOut);
+        smallTransform<T, (size_t{1} << order) / 4>(blocks, blocksOut);
+    }
+}
+
+// The storer itself or scaled.
+template <bool scales, class T, class Storer>
+HWY_INLINE auto scaled(const Storer& storer, T factor) {
+    if constexpr (scales) {
+        return ScaledStorer<T, Storer>{storer, factor};
+    } else {
+        return storer;
     }
 }
 
 template <class T, FftDirection direction, bool scales, int order>
 ZvpStatus fixedComplex(const T* src, T* dst, T factor) {
     constexpr bool kInverse = direction == kFftInverse;
-    fixedTransform<T, order, scales>(
-        PointLoader<T>{src + kInverse, src + !kInverse, 2}, InterleavedLoader<T, kInverse>{src},
-        PointStorer<T>{dst + kInverse, dst + !kInverse, 2}, InterleavedStorer<T, kInverse>{dst}, factor);
+    const InterleavedLoader<T, kInverse> loader = {src};
+    const auto storer = scaled<scales>(InterleavedStorer<T, kInverse>{dst}, factor);
+    if constexpr (isInRegisters<T>(order)) {
+        transformInRegisters<T, order>(InterleavedFours<const T, kInverse>{src},
+                                       scaled<scales>(InterleavedFours<T, kInverse>{dst}, factor), loader, storer);
+    } else {
+        fixedTransform<T, order>(PointLoader<T>{src + kInverse, src + !kInverse, 2}, loader,
+                                 scaled<scales>(PointStorer<T>{dst + kInverse, dst + !kInverse, 2}, factor), storer);
+    }
     return zvpStsOk;
 }
 
@@ -225,8 +234,15 @@ ZvpStatus fixedSplit(const T* srcRe, const T* srcIm, T* dstRe, T* dstIm, T facto
     if constexpr (direction == kFftInverse) {
         return fixedSplit<T, kFftForward, scales, order>(srcIm, srcRe, dstIm, dstRe, factor);
     } else {
-        fixedTransform<T, order, scales>(PointLoader<T>{srcRe, srcIm, 1}, SplitLoader<T>{srcRe, srcIm},
-                                         PointStorer<T>{dstRe, dstIm, 1}, SplitStorer<T>{dstRe, dstIm}, factor);
+        const SplitLoader<T> loader = {srcRe, srcIm};
+        const auto storer = scaled<scales>(SplitStorer<T>{dstRe, dstIm}, factor);
+        if constexpr (isInRegisters<T>(order)) {
+            transformInRegisters<T, order>(SplitFours<const T>{srcRe, srcIm},
+                                           scaled<scales>(SplitFours<T>{dstRe, dstIm}, factor), loader, storer);
+        } else {
+            fixedTransform<T, order>(PointLoader<T>{srcRe, srcIm, 1}, loader,
+                                     scaled<scales>(PointStorer<T>{dstRe, dstIm, 1}, factor), storer);
+        }
         return zvpStsOk;
     }
 }

@@ -1,13 +1,12 @@
 // The passes of the complex transforms, from which the real ones are made too.
 //
 // A transform of N = R1 R2 R3 ... points is a pass for each factor. Before a pass of radix R, with s the product of the
-// radices before it and m = N / (s R), the data are m R values for each of the s residues k of the result's numbers:
-// value n at n s + k. The pass transforms over n1, where n = n1 m + n2, multiplies by exp(-2 pi i n2 k1 / (R m)), and so
-// leaves m values for each of the residues k + s k1: value n2 at (n2 R + k1) s + k. After the last pass the result is in
-// its order.
+// radices before it and m = N / (s R), the data are s-point transforms of the m R subsequences of step m R: number k of
+// subsequence n at n s + k. The pass multiplies by exp(-2 pi i n1 k / (s R)), transforms over n1, where n = n1 m + n2,
+// and leaves number k + s k1 of subsequence n2. So the result is in its order after the last pass.
 // Between the passes data are in blocks of B values, B real parts and then B imaginary parts, of which a vector holds V
 // lanes. The order of the values in a block is that in which their interleaving takes but one shuffle in 128 bits for
-// each vector. The first pass transposes in registers from neighbouring values to neighbouring residues; no other
+// each vector. The first pass transposes in registers from neighbouring subsequences to neighbouring numbers; no other
 // moves lanes until the result is interleaved. The inverse transform swaps the planes when it reads and writes.
 #pragma once
 
@@ -229,131 +228,116 @@ struct ScaledStorer {
         const auto f = hn::Set(Lanes<T, V>(), factor);
         storer.template store<V, B>(i, ComplexVec<T, V>{hn::Mul(x.re, f), hn::Mul(x.im, f)});
     }
+    // Of four values in one vector.
+    template <class W>
+    HWY_INLINE void storeFour(size_t i, W x) const {
+        storer.storeFour(i, hn::Mul(x, hn::Set(Lanes<T, 8>(), factor)));
+    }
 };
 
 // ---- Passes ----
 
-// The V columns from number n on of the first pass, `columns` apart in the source; to the storer from column `out` on.
-// B: the residues in a block; twiddles: those of the block of columns.
-template <class T, size_t V, size_t B, size_t R, size_t kColumnBlock, class Loader, class Storer>
-HWY_INLINE void firstButterfly(const Loader& loader, size_t n, size_t columns, const Storer& storer, size_t out,
-                               const T* twiddles) {
+// The columns n to n + count - 1 of the first pass of N / R = `columns` butterflies, to the storer from column 0 on.
+template <class T, size_t V, size_t B, size_t R, class Loader, class Storer>
+HWY_INLINE void firstPass(const Loader& loader, size_t n, size_t count, size_t columns, const Storer& storer) {
     using C = ComplexVec<T, V>;
-    const Lanes<T, V> d;
-    static_assert(R % B == 0 && B % V == 0 && kColumnBlock % V == 0);
-    C x[R];
-    const size_t place = V == kColumnBlock ? 0 : n % kColumnBlock;
-    Butterfly<T, V, R>::run(
-        [&](auto n1) ZVPS_INLINE_LAMBDA { return loader.template load<V, kColumnBlock>(n1 * columns + n); },
-        [&](auto k1, C value) ZVPS_INLINE_LAMBDA {
-            if constexpr (k1 == 0) {
-                x[k1] = value;
-            } else {
-                const T* const w = twiddles + 2 * kColumnBlock * (k1 - 1) + place;
-                x[k1] = mul(value, C{inRegister(hn::LoadU(d, w)), inRegister(hn::LoadU(d, w + kColumnBlock))});
-            }
-        });
-    const auto columnOf = [&](auto lane) ZVPS_INLINE_LAMBDA {
-        if constexpr (V == kColumnBlock) {
-            return out + numberAt<T, V>(lane);
-        } else {
-            return out - place + numberAt<T, kColumnBlock>(place + lane);
-        }
-    };
-    unroll<R / V>([&](auto chunk) ZVPS_INLINE_LAMBDA {
-        constexpr size_t kBlock = chunk * V / B * B;
-        constexpr size_t kInBlock = chunk * V % B;
-        transpose<T, V>([&](auto row) ZVPS_INLINE_LAMBDA { return x[kBlock + numberAt<T, B>(kInBlock + row)].re; },
-                        [&](auto lane, Vec<T, V> v) ZVPS_INLINE_LAMBDA {
-                            storer.template storeRe<V, B>(columnOf(lane) * R + chunk * V, v);
-                        });
-        transpose<T, V>([&](auto row) ZVPS_INLINE_LAMBDA { return x[kBlock + numberAt<T, B>(kInBlock + row)].im; },
-                        [&](auto lane, Vec<T, V> v) ZVPS_INLINE_LAMBDA {
-                            storer.template storeIm<V, B>(columnOf(lane) * R + chunk * V, v);
-                        });
-    });
-}
-
-// The columns n to n + count - 1 of the first pass of N / R = `columns` butterflies.
-template <class T, size_t V, size_t B, size_t R, size_t kColumnBlock, class Loader, class Storer>
-HWY_INLINE void firstPass(const Loader& loader, size_t n, size_t count, size_t columns, const Storer& storer,
-                          const T* twiddles) {
+    static_assert(R % B == 0 && B % V == 0);
     for (size_t i = 0; i < count; i += V) {
-        firstButterfly<T, V, B, R, kColumnBlock>(loader, n + i, columns, storer, i,
-                                                 twiddles + (n + i) / kColumnBlock * kColumnBlock * 2 * (R - 1));
+        C x[R];
+        Butterfly<T, V, R>::run([&](auto n1)
+                                    ZVPS_INLINE_LAMBDA { return loader.template load<V, V>(n1 * columns + n + i); },
+                                [&](auto k1, C value) ZVPS_INLINE_LAMBDA { x[k1] = value; });
+        unroll<R / V>([&](auto chunk) ZVPS_INLINE_LAMBDA {
+            constexpr size_t kBlock = chunk * V / B * B;
+            constexpr size_t kInBlock = chunk * V % B;
+            transpose<T, V>([&](auto row) ZVPS_INLINE_LAMBDA { return x[kBlock + numberAt<T, B>(kInBlock + row)].re; },
+                            [&](auto lane, Vec<T, V> v) ZVPS_INLINE_LAMBDA {
+                                storer.template storeRe<V, B>((i + numberAt<T, V>(lane)) * R + chunk * V, v);
+                            });
+            transpose<T, V>([&](auto row) ZVPS_INLINE_LAMBDA { return x[kBlock + numberAt<T, B>(kInBlock + row)].im; },
+                            [&](auto lane, Vec<T, V> v) ZVPS_INLINE_LAMBDA {
+                                storer.template storeIm<V, B>((i + numberAt<T, V>(lane)) * R + chunk * V, v);
+                            });
+        });
     }
 }
 
-// A butterfly of V residues from number `in` on, the R values `inStep` apart, to number `out`, `outStep` apart.
-// twiddles: those of the butterfly, or null.
-template <class T, size_t V, size_t B, size_t R, class Loader, class Storer, class Twiddles>
-HWY_INLINE void butterfly(const Loader& loader, size_t in, size_t inStep, const Storer& storer, size_t out,
-                          size_t outStep, Twiddles twiddles) {
+// The twiddles of numbers k to k + V - 1 before a pass of radix R.
+template <size_t B, size_t R, class T>
+HWY_INLINE const T* twiddlesOf(const T* twiddles, size_t k) {
+    return twiddles + k / B * (2 * B * (R - 1)) + k % B;
+}
+
+// A butterfly of V numbers from number `in` on, the R values `inStep` apart, to number `out`, `outStep` apart; with the
+// twiddles of these numbers.
+template <class T, size_t V, size_t B, size_t R, class Loader, class Storer>
+HWY_INLINE void butterfly(const Loader& loader, size_t in, size_t inStep, const T* twiddles, const Storer& storer,
+                          size_t out, size_t outStep) {
     using C = ComplexVec<T, V>;
     const Lanes<T, V> d;
     Butterfly<T, V, R>::run(
-        [&](auto n1) ZVPS_INLINE_LAMBDA { return loader.template load<V, B>(in + n1 * inStep); },
-        [&](auto k1, C x) ZVPS_INLINE_LAMBDA {
-            if constexpr (k1 != 0 && !std::is_null_pointer_v<Twiddles>) {
-                const T* const w = twiddles + 2 * (k1 - 1);
-                x = mul(x, C{inRegister(hn::Set(d, w[0])), inRegister(hn::Set(d, w[1]))});
+        [&](auto n1) ZVPS_INLINE_LAMBDA {
+            const C x = loader.template load<V, B>(in + n1 * inStep);
+            if constexpr (n1 == 0) {
+                return x;
+            } else {
+                const T* const w = twiddles + 2 * B * (n1 - 1);
+                return mul(x, C{inRegister(hn::LoadU(d, w)), inRegister(hn::LoadU(d, w + B))});
             }
-            storer.template store<V, B>(out + k1 * outStep, x);
-        });
+        },
+        [&](auto k1, C x) ZVPS_INLINE_LAMBDA { storer.template store<V, B>(out + k1 * outStep, x); });
 }
 
-// A pass between the first and the last: m butterflies for each of s residues. The loader's and the storer's memory do
+// A pass between the first and the last: m butterflies for each of s numbers. The loader's and the storer's memory do
 // not overlap.
 template <class T, size_t V, size_t B, size_t R, class Loader, class Storer>
 HWY_INLINE void middlePass(const Loader& loader, const Storer& storer, size_t s, size_t m, const T* twiddles) {
     for (size_t n = 0; n < m; ++n) {
         for (size_t k = 0; k < s; k += V) {
-            butterfly<T, V, B, R>(loader, n * s + k, m * s, storer, n * R * s + k, s, twiddles + 2 * (R - 1) * n);
+            butterfly<T, V, B, R>(loader, n * s + k, m * s, twiddlesOf<B, R>(twiddles, k), storer, n * R * s + k, s);
         }
     }
 }
 
 // Loader and storer may work on the same memory.
 template <class T, size_t V, size_t B, size_t R, class Loader, class Storer>
-HWY_INLINE void lastPass(const Loader& loader, const Storer& storer, size_t s) {
+HWY_INLINE void lastPass(const Loader& loader, const Storer& storer, size_t s, const T* twiddles) {
     for (size_t k = 0; k < s; k += V) {
-        butterfly<T, V, B, R>(loader, k, s, storer, k, s, nullptr);
+        butterfly<T, V, B, R>(loader, k, s, twiddlesOf<B, R>(twiddles, k), storer, k, s);
     }
 }
 
-// The first two passes, for a block of the second one's columns at a time, through `scratch`, room for R1 R2 blocks.
+// The first two passes, for a block of the second one's subsequences at a time, through `scratch`, which has room for
+// R1 R2 blocks.
 template <class T, size_t V, size_t R1, size_t R2, class Loader, class Storer>
 HWY_INLINE void firstPasses(const Loader& loader, const Storer& storer, size_t length, T* scratch, const T* twiddles) {
     constexpr size_t B = fftBlock<T>(R1);
-    constexpr size_t kColumns = fftBlock<T>(R2 * B);
-    const size_t columns = length / R1;
-    const size_t m = columns / R2;
-    const T* const nextTwiddles = twiddles + 2 * columns * (R1 - 1);
-    for (size_t n = 0; n < m; n += kColumns) {
+    const size_t m = length / (R1 * R2);
+    for (size_t n = 0; n < m; n += B) {
         for (size_t n1 = 0; n1 < R2; ++n1) {
-            firstPass<T, V, B, R1, kColumns>(loader, n1 * m + n, kColumns, columns,
-                                             BlockStorer<T>{scratch + 2 * n1 * kColumns * R1}, twiddles);
+            firstPass<T, V, B, R1>(loader, n1 * m + n, B, length / R1, BlockStorer<T>{scratch + 2 * n1 * B * R1});
         }
-        middlePass<T, V, B, R2>(BlockLoader<T>{scratch}, storer.from(n * R1 * R2), R1, kColumns,
-                                nextTwiddles + 2 * (R2 - 1) * n);
+        middlePass<T, V, B, R2>(BlockLoader<T>{scratch}, storer.from(n * R1 * R2), R1, B, twiddles);
     }
 }
 
-// The last two passes, R1 and R2, after s residues, for a block of residues at a time, through `scratch`, room for R1 R2
-// blocks. Loader and storer may work on the same memory.
+// The last two passes, R1 and R2, after s numbers, for a block of numbers at a time, through `scratch`, which has room
+// for R1 R2 blocks. Loader and storer may work on the same memory.
 template <class T, size_t V, size_t B, size_t R1, size_t R2, class Loader, class Storer>
 HWY_INLINE void lastPasses(const Loader& loader, const Storer& storer, size_t s, T* scratch, const T* twiddles) {
+    const T* const lastTwiddles = twiddles + 2 * s * (R1 - 1);
     for (size_t k = 0; k < s; k += B) {
         for (size_t n = 0; n < R2; ++n) {
             for (size_t i = 0; i < B; i += V) {
-                butterfly<T, V, B, R1>(loader, n * s + k + i, R2 * s, BlockStorer<T>{scratch}, n * R1 * B + i, B,
-                                       twiddles + 2 * (R1 - 1) * n);
+                butterfly<T, V, B, R1>(loader, n * s + k + i, R2 * s, twiddlesOf<B, R1>(twiddles, k + i),
+                                       BlockStorer<T>{scratch}, n * R1 * B + i, B);
             }
         }
         for (size_t k1 = 0; k1 < R1; ++k1) {
+            const size_t number = k1 * s + k;
             for (size_t i = 0; i < B; i += V) {
-                butterfly<T, V, B, R2>(BlockLoader<T>{scratch}, k1 * B + i, R1 * B, storer, k1 * s + k + i, R1 * s,
-                                       nullptr);
+                butterfly<T, V, B, R2>(BlockLoader<T>{scratch}, k1 * B + i, R1 * B,
+                                       twiddlesOf<B, R2>(lastTwiddles, number + i), storer, number + i, R1 * s);
             }
         }
     }

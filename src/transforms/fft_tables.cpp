@@ -7,13 +7,7 @@ template <class T>
 size_t fftTableBytes(int order) {
     if (order > kLastFftPlan) return largeFftTableBytes<T>(order);
     const FftPlan plan = fftPlan<T>(order);
-    size_t values = 0;
-    int rest = order;
-    for (int pass = 0; pass < plan.passes - 1; ++pass) {
-        values += (size_t{1} << rest) - (size_t{1} << (rest - plan.orders[pass]));
-        rest -= plan.orders[pass];
-    }
-    return 2 * sizeof(T) * values;
+    return ((size_t{1} << order) - (size_t{1} << plan.orders[0])) * 2 * sizeof(T);
 }
 
 template <class T>
@@ -25,24 +19,25 @@ void buildFftTables(int order, FftSpec<T>& spec, unsigned char* area, const T* q
         return;
     }
     const FftPlan plan = fftPlan<T>(order);
-    T* p = reinterpret_cast<T*>(area);
-    spec.twiddles = p;
-    int rest = order;
-    for (int pass = 0; pass < plan.passes - 1; ++pass) {
+    const size_t block = fftBlock<T>(size_t{1} << plan.orders[0]);
+    T* const table = reinterpret_cast<T*>(area);
+    spec.twiddles = table;
+    T* p = table;
+    int reached = plan.orders[0];
+    for (int pass = 1; pass < plan.passes; ++pass) {
+        const size_t s = size_t{1} << reached;
         const size_t radix = size_t{1} << plan.orders[pass];
-        const size_t columns = (size_t{1} << rest) / radix;
-        const size_t block = pass == 0 ? fftBlock<T>(columns) : 1;
-        for (size_t start = 0; start < columns; start += block) {
-            for (size_t k = 1; k < radix; ++k, p += 2 * block) {
+        reached += plan.orders[pass];
+        for (size_t start = 0; start < s; start += block) {
+            for (size_t n = 1; n < radix; ++n, p += 2 * block) {
                 for (size_t i = 0; i < block; ++i) {
-                    const size_t n = start + fftNumberAt<T>(i, block);
-                    const Twiddle<T> w = twiddle(n * k, rest, quarterWave, quarterWaveOrder);
+                    const Twiddle<T> w =
+                        twiddle(n * (start + fftNumberAt<T>(i, block)), reached, quarterWave, quarterWaveOrder);
                     p[i] = w.re;
                     p[block + i] = w.im;
                 }
             }
         }
-        rest -= plan.orders[pass];
     }
 }
 

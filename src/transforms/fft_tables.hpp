@@ -17,19 +17,18 @@ struct FftPlan {
     int orders[kMaxFftPasses];
 };
 
-// For orders from 6 on.
+// For orders from 6 to kLastFftPlan. Four passes run as two pairs, each in the first-level cache.
 template <class T>
 constexpr FftPlan fftPlan(int order) {
     constexpr FftPlan plans[] = {
-        {2, {3, 3}},       {2, {4, 3}},       {2, {4, 4}},       {2, {4, 5}},
-        {3, {4, 3, 3}},    {3, {4, 4, 3}},    {3, {4, 4, 4}},    {4, {4, 3, 3, 3}},
-        {4, {4, 3, 4, 3}}, {4, {4, 4, 4, 3}}, {4, {4, 4, 4, 4}}, {4, {4, 4, 4, 5}},
+        {2, {3, 3}},    {2, {4, 3}},       {2, {4, 4}},       {2, {4, 5}},       {3, {4, 3, 3}},    {3, {4, 4, 3}},
+        {3, {4, 4, 4}}, {4, {4, 3, 3, 3}}, {4, {4, 3, 4, 3}}, {4, {4, 4, 4, 3}}, {4, {4, 4, 4, 4}}, {4, {4, 4, 4, 5}},
     };
+    if (sizeof(T) == 8 && order == 12) return {4, {4, 3, 3, 2}};
     return plans[order - 6];
 }
 
-// The values in a block of the data between the passes: a vector of 64 bytes, or the numbers of the first pass; and of
-// the first pass, the columns in a block.
+// The values in a block of the data between the passes: a vector of 64 bytes, or the numbers of the first pass.
 template <class T>
 constexpr size_t fftBlock(size_t numbers) {
     const size_t lanes = 64 / sizeof(T);
@@ -43,9 +42,8 @@ constexpr size_t fftNumberAt(size_t place, size_t block) {
     return place / (2 * half) * half + place % half + (place % (2 * half) >= half ? block / 2 : 0);
 }
 
-// The twiddle factors of the passes but the last, one pass after the other: exp(-2 pi i n k / (R m)) for k = 1..R - 1,
-// with m = N / (s R). Of the first pass for each block of columns n, and k in it, the real parts of the block before
-// the imaginary parts; of the others for each n, and k in it, a complex value.
+// The twiddle factors of the passes after the first, one pass after the other: for each block of numbers k, and n1 from
+// 1 on, exp(-2 pi i n1 k / (s R)), the real parts of the block before the imaginary parts.
 
 // quarterWave[k] = sin(2 pi k / 2^quarterWaveOrder) for k = 0..2^quarterWaveOrder / 4, correctly rounded; of the order
 // of the transform or a higher one. The order of a real transform is that of its number of samples. Tables start at
