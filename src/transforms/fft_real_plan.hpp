@@ -21,7 +21,7 @@ constexpr RealFftPlan realFftPlan(int order) {
 
 // Of the longest transform that is cut so.
 inline constexpr int kMostRealOrder = 17;
-inline constexpr size_t kMostRealColumns = size_t{1} << (kMostRealOrder - 4);
+inline constexpr size_t kMostRealColumns = realFftPlan<double>(kMostRealOrder).columns;
 
 // Twiddle factors of the columns come in blocks of this many bytes: the real parts of neighbouring columns, then their
 // imaginary parts.
