@@ -1,5 +1,4 @@
 #include "transforms/fft_complex.hpp"
-#include "transforms/fft_plain.hpp"
 
 namespace zvps::ZVPS_LEVEL {
 

@@ -1,9 +1,8 @@
 // The complex transforms: fixed routines for small orders, passes for the others.
 #pragma once
 
-#include "transforms/fft.table.hpp"
+#include "transforms/fft_large_call.hpp"
 #include "transforms/fft_passes.hpp"
-#include "transforms/fft_plain.hpp"
 #include "transforms/fft_small.hpp"
 
 namespace zvps::ZVPS_LEVEL {
@@ -159,11 +158,16 @@ HWY_INLINE void withOrder(int value, const Run& run) {
     }
 }
 
+template <class T>
+LargeFftCall<T> largeCall(const FftSpec<T>& spec, T* work) {
+    return {spec.order, spec.twiddles, work, static_cast<size_t>(spec.workSize) / sizeof(T)};
+}
+
 template <class T, FftDirection direction>
 ZvpStatus complexFft(const T* src, T* dst, T factor, const FftSpec<T>& spec, T* work) {
     constexpr bool kInverse = direction == kFftInverse;
     if (spec.order > kLastFftPlan) {
-        plainFft<direction, T>({src, src + 1, 2}, {dst, dst + 1, 2}, spec.order, {spec.twiddles, 1}, factor);
+        largeComplexFft<T, direction>(src, dst, factor, largeCall(spec, work));
         return zvpStsOk;
     }
     withOrder<kFixedFftOrder + 1>(spec.order, [&](auto order) ZVPS_INLINE_LAMBDA {
@@ -176,7 +180,7 @@ ZvpStatus complexFft(const T* src, T* dst, T factor, const FftSpec<T>& spec, T* 
 template <class T, FftDirection direction>
 ZvpStatus splitFft(const T* srcRe, const T* srcIm, T* dstRe, T* dstIm, T factor, const FftSpec<T>& spec, T* work) {
     if (spec.order > kLastFftPlan) {
-        plainFft<direction, T>({srcRe, srcIm, 1}, {dstRe, dstIm, 1}, spec.order, {spec.twiddles, 1}, factor);
+        largeSplitFft<T, direction>(srcRe, srcIm, dstRe, dstIm, factor, largeCall(spec, work));
         return zvpStsOk;
     }
     if constexpr (direction == kFftInverse) {

@@ -99,9 +99,9 @@ struct LargeFft {
 };
 
 // The first transforms and the factors, from the columns to rows. A block is transposed behind the first pass, so that
-// each of its columns then is a transform in contiguous memory.
+// each of its columns then is a transform in contiguous memory, with padding behind it.
 template <class T, class From, class To>
-HWY_NOINLINE void transformToRows(const LargeFft<T>& fft, From from, To to, T* block) {
+HWY_NOINLINE void transformToRows(const LargeFft<T>& fft, From from, To to, T* block, size_t padding) {
     using Large = LargeFft<T>;
     constexpr size_t C = Large::C;
     constexpr size_t L = Large::L;
@@ -109,17 +109,15 @@ HWY_NOINLINE void transformToRows(const LargeFft<T>& fft, From from, To to, T* b
     using X = ComplexVec<T, L>;
     const Lanes<T, L> d;
     const size_t rest = fft.n1 / C;
+    const size_t columnStep = rest * 2 * C + padding;
     for (size_t n = 0; n < fft.n2; n += C) {
         for (size_t b = 0; b < rest; ++b) {
             const T* const twiddles = fft.first[0] + b * 2 * (C - 1);
-            const size_t ahead = b + 1 < rest ? (b + 1) * fft.n2 + n : n + C;
             for (size_t group = 0; group < C; group += L) {
                 V re[C], im[C];
                 Butterfly<T, L, C>::run(
-                    [&](auto a) ZVPS_INLINE_LAMBDA {
-                        if (group == 0) from.prefetch(a * rest * fft.n2 + ahead);
-                        return from.template load<L>((a * rest + b) * fft.n2 + n + group);
-                    },
+                    [&](auto a)
+                        ZVPS_INLINE_LAMBDA { return from.template load<L>((a * rest + b) * fft.n2 + n + group); },
                     [&](auto k, X x) ZVPS_INLINE_LAMBDA {
                         if constexpr (k == 0) {
                             re[k] = x.re;
@@ -135,7 +133,7 @@ HWY_NOINLINE void transformToRows(const LargeFft<T>& fft, From from, To to, T* b
                     transposeRows(d, re + tile * L);
                     transposeRows(d, im + tile * L);
                     unroll<L>([&](auto lane) ZVPS_INLINE_LAMBDA {
-                        T* const row = block + ((group + lane) * rest + b) * 2 * C + tile * 2 * L;
+                        T* const row = block + (group + lane) * columnStep + b * 2 * C + tile * 2 * L;
                         hn::StoreU(re[tile * L + lane], d, row);
                         hn::StoreU(im[tile * L + lane], d, row + L);
                     });
@@ -147,10 +145,11 @@ HWY_NOINLINE void transformToRows(const LargeFft<T>& fft, From from, To to, T* b
             const T* const coarse = fft.coarse + (n + i) * rest * 2;
             const size_t target = fft.place(n + i);
             transformParts<2 * C, 0>(
-                block + i * rest * 2 * C, fft.plan.rest, fft.plan.rest.order, 1, 0, 0, 1, fft.first + 1,
+                block + i * columnStep, fft.plan.rest, fft.plan.rest.order, 1, 0, 0, 1, fft.first + 1,
                 [fine, coarse, target, to](auto, auto, size_t k, size_t group, X x) ZVPS_INLINE_LAMBDA {
                     const Lanes<T, L> lanes;
-                    const auto once = rotated(x.re, x.im, hn::Set(lanes, coarse[2 * k]), hn::Set(lanes, coarse[2 * k + 1]));
+                    const auto once =
+                        rotated(x.re, x.im, hn::Set(lanes, coarse[2 * k]), hn::Set(lanes, coarse[2 * k + 1]));
                     const auto twice = rotated(once.re, once.im, hn::LoadU(lanes, fine + group * L),
                                                hn::LoadU(lanes, fine + C + group * L));
                     to.template store<L>(target + k * C + group * L, X{twice.re, twice.im});
@@ -172,9 +171,8 @@ HWY_NOINLINE void transformInColumns(const LargeFft<T>& fft, From from, To to, T
         const T* const coarse = fft.coarseAcross + n / C * rest * 2 * C + n % C;
         transformRows<2 * kColumns>(
             block, fft.plan.first, fft.first,
-            [from, step, n](auto, auto, size_t row, size_t group) ZVPS_INLINE_LAMBDA {
-                return from.template load<L>(row * step + n + group * L);
-            },
+            [from, step, n](auto, auto, size_t row, size_t group)
+                ZVPS_INLINE_LAMBDA { return from.template load<L>(row * step + n + group * L); },
             [fine, coarse, step, n, to](auto, auto, size_t k, size_t group, X x) ZVPS_INLINE_LAMBDA {
                 const Lanes<T, L> d;
                 const T* const c = coarse + k / C * 2 * C + group * L;
@@ -287,18 +285,20 @@ void transformLarge(From from, To to, bool isInPlace, T factor, const LargeFftCa
     const size_t column = size_t{2} << fft.plan.secondOrder; // values of one in a block
     const size_t all = size_t{2} << call.order;
     T* const work = call.work;
+    // A line of cache behind each column keeps them out of each other's way.
+    const auto padding = [&](size_t before) { return call.workValues >= before + C * column + C * C ? C : 0; };
     if (call.workValues < 4 * column) {
         transformInPlace<2>(fft, from, to, factor, work);
     } else if (call.workValues < C * column) {
         transformInPlace<4>(fft, from, to, factor, work);
     } else if (!isInPlace) {
-        transformToRows(fft, from, to, work);
+        transformToRows(fft, from, to, work, padding(0));
         transformRest<C>(fft, to, to, factor, work);
     } else if (call.workValues < all + C * column) {
         transformInPlace<C>(fft, from, to, factor, work);
     } else {
         const SplitData<T> middle = {work, work + all / 2};
-        transformToRows(fft, from, middle, work + all);
+        transformToRows(fft, from, middle, work + all, padding(all));
         transformRest<C>(fft, middle, to, factor, work + all);
     }
 }

@@ -33,10 +33,10 @@ constexpr LargeFftPlan largeFftPlan(int order) {
     return {firstOrder, secondOrder, first, rest, rowsPlan(secondOrder)};
 }
 
-// The values of a block of columns between its passes, at most.
+// The values of a block of columns between its passes, at most, with a line of cache behind each.
 template <class T>
 constexpr size_t largeFftBlock(int order) {
-    return 2 * kLargeColumns<T> << largeFftPlan<T>(order).secondOrder;
+    return (2 * kLargeColumns<T> << largeFftPlan<T>(order).secondOrder) + kLargeColumns<T> * kLargeColumns<T>;
 }
 
 // Where the tables start, in values. The factors between the transforms are products of a fine one, by n2 and k1 mod C,

@@ -1,7 +1,7 @@
 // Real FFTs: N = N1 x N2 samples in N1 rows. Real transforms of the columns leave rows k1 = 0 .. N1/2; complex
 // transforms of length N2 along the rows 1 .. N1/2 - 1, side by side in the lanes of vectors, give the bins k1 + N1 k2,
-// each of which is a bin of the half spectrum or the conjugate of one. The rows 0 and N1/2 together are the transform of
-// 2 N2 real values, which runs as a complex one of length N2 in the lane of row 0.
+// each of which is a bin of the half spectrum or the conjugate of one. The rows 0 and N1/2 together are the transform
+// of 2 N2 real values, which runs as a complex one of length N2 in the lane of row 0.
 #pragma once
 
 #include "transforms/fft.table.hpp"
@@ -10,31 +10,11 @@
 
 namespace zvps::ZVPS_LEVEL {
 
-// cos(2 pi k / 32) for k = 0 .. 8.
-inline constexpr double kCosines32[] = {
-    1.0,
-    0.98078528040323044912618223613424,
-    0.92387953251128675612818318939679,
-    0.83146961230254523707878837761791,
-    0.70710678118654752440084436210485,
-    0.55557023301960222474283081394853,
-    0.38268343236508977172845998403040,
-    0.19509032201612826784828486847702,
-    0.0,
-};
-
-// For k up to 16.
-constexpr double cosineOf32(size_t k) {
-    return k <= 8 ? kCosines32[k] : -kCosines32[16 - k];
-}
-constexpr double sineOf32(size_t k) {
-    return kCosines32[k <= 8 ? 8 - k : k - 8];
-}
-
+// Of 2 pi k / N.
 template <size_t N, size_t k, class T>
-inline constexpr T kCosine = static_cast<T>(cosineOf32(k * (32 / N)));
+inline constexpr T kCosine = static_cast<T>(cosOf32(k*(32 / N)));
 template <size_t N, size_t k, class T>
-inline constexpr T kSine = static_cast<T>(sineOf32(k * (32 / N)));
+inline constexpr T kSine = static_cast<T>(cosOf32(k*(32 / N) + 24));
 
 // ---- Butterflies ----
 
@@ -56,8 +36,7 @@ HWY_INLINE void realDft(D d, const V* x, V* re, V* im) {
             im[N / 4] = hn::Neg(oddRe[N / 4]);
             unroll<N / 4 - 1>([&](auto i) ZVPS_INLINE_LAMBDA {
                 constexpr size_t k = i + 1;
-                const auto odd =
-                    rotated(oddRe[k], oddIm[k], hn::Set(d, kCosine<N, k, T>), hn::Set(d, kSine<N, k, T>));
+                const auto odd = rotated(oddRe[k], oddIm[k], hn::Set(d, kCosine<N, k, T>), hn::Set(d, kSine<N, k, T>));
                 re[k] = hn::Add(evenRe[k], odd.re);
                 im[k] = hn::Add(evenIm[k], odd.im);
                 re[N / 2 - k] = hn::Sub(evenRe[k], odd.re);
@@ -84,9 +63,8 @@ HWY_INLINE void inverseRealDft(D d, const V* re, const V* im, V* x) {
                 constexpr size_t k = i + 1;
                 evenRe[k] = hn::Add(re[k], re[N / 2 - k]);
                 evenIm[k] = hn::Sub(im[k], im[N / 2 - k]);
-                const auto odd =
-                    rotatedBack(hn::Sub(re[k], re[N / 2 - k]), hn::Add(im[k], im[N / 2 - k]),
-                                hn::Set(d, kCosine<N, k, T>), hn::Set(d, kSine<N, k, T>));
+                const auto odd = rotatedBack(hn::Sub(re[k], re[N / 2 - k]), hn::Add(im[k], im[N / 2 - k]),
+                                             hn::Set(d, kCosine<N, k, T>), hn::Set(d, kSine<N, k, T>));
                 oddRe[k] = odd.re;
                 oddIm[k] = odd.im;
             });
@@ -247,9 +225,7 @@ HWY_INLINE void inverseTransformColumns(const T* rows, const T* halves, T* dst, 
             re[kRows / 2] = hn::LoadU(d, halves + columns + c);
         }
         inverseRealDft<kRows, true>(d, re, im, x);
-        unroll<kRows>([&](auto i) ZVPS_INLINE_LAMBDA {
-            hn::StoreU(hn::Mul(x[i], scale), d, dst + i * columns + c);
-        });
+        unroll<kRows>([&](auto i) ZVPS_INLINE_LAMBDA { hn::StoreU(hn::Mul(x[i], scale), d, dst + i * columns + c); });
     }
 }
 
@@ -262,8 +238,10 @@ struct Spectrum {
     bool isCcs;
 
     Spectrum(T* p, RealFftLayout layout, size_t n)
-        : values(p), shift(layout == kFftPack ? 1 : 0),
-          last(layout == kFftPerm ? 1 : layout == kFftPack ? n - 1 : n), isCcs(layout == kFftCcs) {}
+        : values(p), shift(layout == kFftPack ? 1 : 0), last(layout == kFftPerm   ? 1
+                                                             : layout == kFftPack ? n - 1
+                                                                                  : n),
+          isCcs(layout == kFftCcs) {}
 
     HWY_INLINE T* pair(size_t k) const { return values + (2 * k - shift); }
 };
@@ -306,8 +284,7 @@ HWY_INLINE void storeBins(Spectrum<T> dst, size_t columns, size_t k2, size_t gro
 
 // The same bins from memory, parts exchanged; lane 0 of the first group comes from the joined ends.
 template <size_t kRows, bool kIsUpper, bool kIsFirst, class T, class V>
-HWY_INLINE void loadBins(Spectrum<const T> src, size_t columns, size_t k2, size_t group, const T* ends, V& re,
-                         V& im) {
+HWY_INLINE void loadBins(Spectrum<const T> src, size_t columns, size_t k2, size_t group, const T* ends, V& re, V& im) {
     using Row = RowLanes<T, kRows>;
     constexpr size_t L = Row::kLanes;
     const typename Row::D d;
@@ -344,9 +321,8 @@ HWY_INLINE void loadBins(Spectrum<const T> src, size_t columns, size_t k2, size_
 }
 
 // The ends: with M columns the bins k N1/2, k = 0 .. M, are the transform of 2 M real values, which went (go) through
-// the passes as M complex ones z. ends: the real parts of bin 0 .. M-1 of their transform, a place, the imaginary parts,
-// a place.
-// kLanes bins at once.
+// the passes as M complex ones z. ends: the real parts of bin 0 .. M-1 of their transform, a place, the imaginary
+// parts, a place. kLanes bins at once.
 template <size_t kLanes, size_t kRows, class T>
 HWY_INLINE void joinEnds(const Spectrum<T>& dst, const T* re, const T* im, size_t columns, const T* twiddles) {
     const Lanes<T, kLanes> d;
@@ -405,9 +381,7 @@ HWY_INLINE void storeEnds(const Spectrum<T>& dst, T* ends, size_t columns, const
     T* const im = ends + columns + 1;
     re[columns] = re[0];
     im[columns] = im[0];
-    byLanes<T>(columns, [&](auto lanes) ZVPS_INLINE_LAMBDA {
-        joinEnds<lanes, kRows>(dst, re, im, columns, twiddles);
-    });
+    byLanes<T>(columns, [&](auto lanes) ZVPS_INLINE_LAMBDA { joinEnds<lanes, kRows>(dst, re, im, columns, twiddles); });
     T* const middle = dst.pair(columns / 2 * (kRows / 2));
     middle[0] = re[columns / 2];
     middle[1] = -im[columns / 2];
@@ -423,9 +397,7 @@ template <size_t kRows, class T>
 HWY_INLINE void loadEnds(const Spectrum<const T>& src, T* ends, size_t columns, const T* twiddles) {
     T* const re = ends;
     T* const im = ends + columns + 1;
-    byLanes<T>(columns, [&](auto lanes) ZVPS_INLINE_LAMBDA {
-        partEnds<lanes, kRows>(src, re, im, columns, twiddles);
-    });
+    byLanes<T>(columns, [&](auto lanes) ZVPS_INLINE_LAMBDA { partEnds<lanes, kRows>(src, re, im, columns, twiddles); });
     const T* const middle = src.pair(columns / 2 * (kRows / 2));
     re[columns / 2] = middle[0] + middle[0];
     im[columns / 2] = -(middle[1] + middle[1]);
@@ -443,9 +415,7 @@ HWY_INLINE void tinyRealFft(const T* src, T* dst, T factor) {
     V x[N], re[N / 2 + 1], im[N / 2 + 1];
     unroll<N>([&](auto n) ZVPS_INLINE_LAMBDA { x[n] = hn::LoadU(d, src + n); });
     realDft<N>(d, x, re, im);
-    const auto store = [&](V v, T* p) ZVPS_INLINE_LAMBDA {
-        hn::StoreU(hn::Mul(v, hn::Set(d, factor)), d, p);
-    };
+    const auto store = [&](V v, T* p) ZVPS_INLINE_LAMBDA { hn::StoreU(hn::Mul(v, hn::Set(d, factor)), d, p); };
     const Spectrum<T> spectrum(dst, layout, N);
     store(re[0], dst);
     if constexpr (N > 2) {
@@ -475,9 +445,7 @@ HWY_INLINE void tinyInverseRealFft(const T* src, T* dst, T factor) {
     }
     if constexpr (N > 1) re[N / 2] = hn::LoadU(d, src + spectrum.last);
     inverseRealDft<N>(d, re, im, x);
-    unroll<N>([&](auto n) ZVPS_INLINE_LAMBDA {
-        hn::StoreU(hn::Mul(x[n], hn::Set(d, factor)), d, dst + n);
-    });
+    unroll<N>([&](auto n) ZVPS_INLINE_LAMBDA { hn::StoreU(hn::Mul(x[n], hn::Set(d, factor)), d, dst + n); });
 }
 
 // Two passes, for up to 16 columns.
@@ -550,21 +518,18 @@ HWY_INLINE void shortInverseRealFft(const Spectrum<const T>& src, T* dst, T fact
             });
     });
     inverseTransformColumns<kRows, kColumns>(rows, halves, dst, factor, kColumns, columnTwiddles,
-                                                       [](size_t n, auto i) { return n + i; });
+                                             [](size_t n, auto i) { return n + i; });
 }
 
-inline constexpr size_t kStackBytes = 65536;
-
+// `rows` has room for all values, `ends` for those of the ends before and after the passes: two for each column and two
+// more.
 template <size_t kRows, class T>
 HWY_NOINLINE void longRealFft(const T* src, const Spectrum<T>& dst, T factor, const RealFftPlan& plan,
-                              const FftSpec<T>& spec, T* rows) {
+                              const FftSpec<T>& spec, T* rows, T* ends) {
     using Row = RowLanes<T, kRows>;
     constexpr size_t L = Row::kLanes;
     using C = ComplexVec<T, L>;
     const size_t columns = plan.columns;
-    // The values of the ends before the passes, then those after them.
-    alignas(kVectorBytes) T endValues[2 * kMostRealColumns + 2];
-    T* const ends = endValues;
     transformColumns<kRows, kMostRealColumns>(src, rows, ends, columns, spec.twiddles);
     transformRows<kRows>(
         rows, plan.along, spec.tables + 1,
@@ -593,13 +558,11 @@ HWY_NOINLINE void longRealFft(const T* src, const Spectrum<T>& dst, T factor, co
 
 template <size_t kRows, class T>
 HWY_NOINLINE void longInverseRealFft(const Spectrum<const T>& src, T* dst, T factor, const RealFftPlan& plan,
-                                     const FftSpec<T>& spec, T* rows) {
+                                     const FftSpec<T>& spec, T* rows, T* ends) {
     using Row = RowLanes<T, kRows>;
     constexpr size_t L = Row::kLanes;
     using C = ComplexVec<T, L>;
     const size_t columns = plan.columns;
-    alignas(kVectorBytes) T endValues[2 * kMostRealColumns + 2];
-    T* const ends = endValues;
     loadEnds<kRows>(src, ends, columns, spec.tables[0]);
     transformRows<kRows>(
         rows, plan.along, spec.tables + 1,
@@ -622,7 +585,8 @@ HWY_NOINLINE void longInverseRealFft(const Spectrum<const T>& src, T* dst, T fac
     for (size_t i = 0; i < Row::kLanes; ++i) {
         places[i] = reversedRow(plan.along, i);
     }
-    inverseTransformColumns<kRows, kMostRealColumns>(rows, ends, dst, factor, columns, spec.twiddles,
+    inverseTransformColumns<kRows, kMostRealColumns>(
+        rows, ends, dst, factor, columns, spec.twiddles,
         [&](size_t n, auto i) ZVPS_INLINE_LAMBDA { return reversedRow(plan.along, n) + places[i]; });
 }
 

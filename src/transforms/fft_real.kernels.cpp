@@ -1,4 +1,4 @@
-#include "transforms/fft_real.hpp"
+#include "transforms/fft_real_large.hpp"
 
 namespace zvps::ZVPS_LEVEL {
 
@@ -16,13 +16,13 @@ struct FixedTables {
     constexpr FixedTables() : columns(), ends() {
         for (size_t k = 1; k < kPlan.rows / 2; ++k) {
             for (size_t n = 0; n < kPlan.columns; ++n) {
-                columns[(k - 1) * 2 * kBlock + n] = static_cast<T>(cosineOf32(n * k << (5 - order)));
-                columns[(k - 1) * 2 * kBlock + kBlock + n] = static_cast<T>(sineOf32(n * k << (5 - order)));
+                columns[(k - 1) * 2 * kBlock + n] = static_cast<T>(cosOf32(n * k << (5 - order)));
+                columns[(k - 1) * 2 * kBlock + kBlock + n] = static_cast<T>(cosOf32((n * k << (5 - order)) + 24));
             }
         }
         for (size_t k = 0; k < kPlan.columns / 2; ++k) {
-            ends[k] = static_cast<T>(cosineOf32(k * kPlan.rows / 2 << (5 - order)));
-            ends[kPlan.columns / 2 + k] = static_cast<T>(sineOf32(k * kPlan.rows / 2 << (5 - order)));
+            ends[k] = static_cast<T>(cosOf32(k * kPlan.rows / 2 << (5 - order)));
+            ends[kPlan.columns / 2 + k] = static_cast<T>(cosOf32((k * kPlan.rows / 2 << (5 - order)) + 24));
         }
     }
 };
@@ -77,19 +77,42 @@ HWY_NOINLINE void runShort(From src, To dst, T factor, const FftSpec<T>& spec) {
 }
 
 template <size_t rows, class From, class To, class T>
-void runLong(From src, To dst, T factor, const RealFftPlan& plan, const FftSpec<T>& spec, T* work) {
+void runLongOf(From src, To dst, T factor, const RealFftPlan& plan, const FftSpec<T>& spec, T* work, T* ends) {
     if constexpr (std::is_same_v<To, T*>) {
-        longInverseRealFft<rows>(src, dst, factor, plan, spec, work);
+        longInverseRealFft<rows>(src, dst, factor, plan, spec, work, ends);
     } else {
-        longRealFft<rows>(src, dst, factor, plan, spec, work);
+        longRealFft<rows>(src, dst, factor, plan, spec, work, ends);
     }
 }
 
-// The order of the longest transform of two passes.
-inline constexpr int kMostShortOrder = 9;
+template <class From, class To, class T>
+HWY_INLINE void runLong(From src, To dst, T factor, const FftSpec<T>& spec, T* work, T* ends) {
+    const RealFftPlan plan = realFftPlan<T>(spec.order);
+    if (sizeof(T) == 8 && plan.rows == 16) {
+        runLongOf<16>(src, dst, factor, plan, spec, work, ends);
+    } else {
+        runLongOf<32>(src, dst, factor, plan, spec, work, ends);
+    }
+}
+
+// Up to so many values a transform works on the stack, which is aligned better than a caller's buffer.
+template <class T>
+inline constexpr size_t kStackValues = 65536 / sizeof(T);
 
 template <class From, class To, class T>
-void run(From src, To dst, T factor, const FftSpec<T>& spec, T* work) {
+HWY_NOINLINE void runOnStack(From src, To dst, T factor, const FftSpec<T>& spec) {
+    alignas(kVectorBytes) T work[kStackValues<T>];
+    alignas(kVectorBytes) T ends[kStackValues<T> / 8 + 2];
+    runLong(src, dst, factor, spec, work, ends);
+}
+template <class From, class To, class T>
+HWY_NOINLINE void runInBuffer(From src, To dst, T factor, const FftSpec<T>& spec, T* work) {
+    alignas(kVectorBytes) T ends[2 * kMostRealColumns + 2];
+    runLong(src, dst, factor, spec, work, ends);
+}
+
+template <class From, class To, class T>
+void realFftOf(From src, To dst, T factor, const FftSpec<T>& spec, T* work) {
     switch (spec.order) {
     case 6:
         return runShort<6>(src, dst, factor, spec);
@@ -97,34 +120,26 @@ void run(From src, To dst, T factor, const FftSpec<T>& spec, T* work) {
         return runShort<7>(src, dst, factor, spec);
     case 8:
         return runShort<8>(src, dst, factor, spec);
-    case kMostShortOrder:
-        return runShort<kMostShortOrder>(src, dst, factor, spec);
+    case 9:
+        return runShort<9>(src, dst, factor, spec);
     }
-    const RealFftPlan plan = realFftPlan<T>(spec.order);
-    if (sizeof(T) == 8 && plan.rows == 16) {
-        runLong<16>(src, dst, factor, plan, spec, work);
+    if (size_t{1} << spec.order <= kStackValues<T>) {
+        runOnStack(src, dst, factor, spec);
     } else {
-        runLong<32>(src, dst, factor, plan, spec, work);
+        runInBuffer(src, dst, factor, spec, work);
     }
-}
-
-// In memory of its own that takes no place while other orders run.
-template <class From, class To, class T>
-HWY_NOINLINE void runOnStack(From src, To dst, T factor, const FftSpec<T>& spec) {
-    alignas(kVectorBytes) T work[kStackBytes / sizeof(T)];
-    run(src, dst, factor, spec, work);
-}
-
-template <class From, class To, class T>
-void realFftOf(From src, To dst, T factor, const FftSpec<T>& spec, T* work) {
-    const bool fits = sizeof(T) << spec.order <= kStackBytes && spec.order > kMostShortOrder;
-    fits ? runOnStack(src, dst, factor, spec) : run(src, dst, factor, spec, work);
 }
 
 template <class T, FftDirection direction, RealFftLayout layout>
 ZvpStatus realFft(const T* src, T* dst, T factor, const FftSpec<T>& spec, T* work) {
     const size_t n = size_t{1} << spec.order;
-    if constexpr (direction == kFftForward) {
+    if (spec.order > kMostRealOrder) {
+        if constexpr (direction == kFftForward) {
+            largeRealFft(src, dst, layout, factor, spec, work);
+        } else {
+            largeInverseRealFft(src, dst, layout, factor, spec, work);
+        }
+    } else if constexpr (direction == kFftForward) {
         realFftOf(src, Spectrum<T>(dst, layout, n), factor, spec, work);
     } else {
         realFftOf(Spectrum<const T>(src, layout, n), dst, factor, spec, work);

@@ -21,7 +21,7 @@ constexpr RealFftPlan realFftPlan(int order) {
 
 // Of the longest transform that is cut so.
 inline constexpr int kMostRealOrder = 17;
-inline constexpr size_t kMostRealColumns = size_t{1} << (kMostRealOrder - 4);
+inline constexpr size_t kMostRealColumns = realFftPlan<double>(kMostRealOrder).columns;
 
 // Twiddle factors of the columns come in blocks of this many bytes: the real parts of neighbouring columns, then their
 // imaginary parts.
@@ -52,6 +52,17 @@ constexpr RealFftTables realFftTables(const RealFftPlan& plan) {
         order -= plan.along.orders[pass];
     }
     return tables;
+}
+
+// Longer ones are complex transforms of half the length, whose bins are joined. The tables are cos and sin of
+// 2 pi k / N for k = 1 .. C, where C values fill a vector; as pairs for every Cth k below N / 4; and those of that
+// transform.
+template <class T>
+inline constexpr size_t kJoinedBins = kTwiddleBlockBytes / sizeof(T);
+
+template <class T>
+constexpr size_t joiningValues(int order) {
+    return 2 * kJoinedBins<T> + 2 * ((size_t{1} << order) / 4 / kJoinedBins<T>);
 }
 
 } // namespace zvps

@@ -27,20 +27,42 @@ void storeEnds(int columnOrder, Wave<T> wave, T* p) {
     }
 }
 
+template <class T>
+void storeJoining(int order, Wave<T> wave, T* p) {
+    constexpr size_t C = kJoinedBins<T>;
+    for (size_t k = 0; k < C; ++k) {
+        p[k] = wave.cosine(k + 1, order);
+        p[C + k] = wave.sine(k + 1, order);
+    }
+    p += 2 * C;
+    for (size_t k = 0; k < (size_t{1} << order) / 4; k += C, p += 2) {
+        p[0] = wave.cosine(k, order);
+        p[1] = wave.sine(k, order);
+    }
+}
+
 } // namespace
 
 template <class T>
 size_t realFftTableBytes(int order) {
+    if (order > kMostRealOrder) return joiningValues<T>(order) * sizeof(T) + largeFftTableBytes<T>(order - 1);
     return realFftTables(realFftPlan<T>(order)).values() * sizeof(T);
 }
 
 template <class T>
 void buildRealFftTables(int order, FftSpec<T>& spec, unsigned char* area, const T* quarterWave, int quarterWaveOrder) {
-    const RealFftPlan plan = realFftPlan<T>(order);
-    const RealFftTables tables = realFftTables(plan);
     const Wave<T> wave = {quarterWave, quarterWaveOrder};
     T* p = reinterpret_cast<T*>(area);
     spec.twiddles = p;
+    if (order > kMostRealOrder) {
+        storeJoining(order, wave, p);
+        T* const half = p + joiningValues<T>(order);
+        spec.tables[0] = half;
+        buildLargeFftTables(order - 1, half, quarterWave, quarterWaveOrder);
+        return;
+    }
+    const RealFftPlan plan = realFftPlan<T>(order);
+    const RealFftTables tables = realFftTables(plan);
     storeColumns(order, plan, wave, p);
     spec.tables[0] = p += tables.columns;
     storeEnds(plan.along.order, wave, p);

@@ -31,8 +31,11 @@ HWY_INLINE Parts<V> rotatedBack(V re, V im, V c, V s) {
 template <class Pick, class T, size_t N, size_t... j>
 HWY_INLINE Vec<T, N> pickLanes(Lanes<T, N>, Vec<T, N> a, Vec<T, N> b, std::index_sequence<j...>) {
     constexpr size_t kRaw = sizeof(a) / sizeof(T);
-    return Vec<T, N>{reinterpret_cast<decltype(a.raw)>(__builtin_shufflevector(
-        a.raw, b.raw, static_cast<int>(j >= N ? 0 : Pick::at(j, N) < N ? Pick::at(j, N) : Pick::at(j, N) - N + kRaw)...))};
+    return Vec<T, N>{reinterpret_cast<decltype(a.raw)>(
+        __builtin_shufflevector(a.raw, b.raw,
+                                static_cast<int>(j >= N               ? 0
+                                                 : Pick::at(j, N) < N ? Pick::at(j, N)
+                                                                      : Pick::at(j, N) - N + kRaw)...))};
 }
 template <class Pick, class T, size_t N>
 HWY_INLINE Vec<T, N> pickLanes(Lanes<T, N> d, Vec<T, N> a, Vec<T, N> b) {
@@ -99,8 +102,8 @@ HWY_INLINE void forGroups(Step step) {
     }
 }
 
-// A complex pass in place, but the last: transforms over the rows n, n + step, n + 2 step, ... for every n < step, whose
-// values load(isUpper, isFirst, row, group) gives.
+// A complex pass in place, but the last: transforms over the rows n, n + step, n + 2 step, ... for every n < step,
+// whose values load(isUpper, isFirst, row, group) gives.
 template <size_t kWidth, size_t R, class T, class Load>
 HWY_NOINLINE void rowsPass(T* rows, size_t step, const T* twiddles, Load load) {
     using Row = RowLanes<T, kWidth>;
@@ -110,9 +113,8 @@ HWY_NOINLINE void rowsPass(T* rows, size_t step, const T* twiddles, Load load) {
     for (size_t n = 0; n < step; ++n, twiddles += 2 * (R - 1)) {
         forGroups<Row::kGroups>([&](size_t group, auto isFirst) ZVPS_INLINE_LAMBDA {
             Butterfly<T, L, R>::run(
-                [&](auto i) ZVPS_INLINE_LAMBDA {
-                    return load(std::bool_constant<2 * i >= R>(), isFirst, n + i * step, group);
-                },
+                [&](auto i)
+                    ZVPS_INLINE_LAMBDA { return load(std::bool_constant<2 * i >= R>(), isFirst, n + i * step, group); },
                 [&](auto k, C x) ZVPS_INLINE_LAMBDA {
                     T* const row = rows + (n + k * step) * kWidth + group * 2 * L;
                     if constexpr (k == 0) {
@@ -144,9 +146,8 @@ HWY_NOINLINE void lastRowsPass(const T* rows, size_t count, size_t k2, size_t bi
                     const T* const row = rows + i * kWidth + group * 2 * L;
                     return C{hn::LoadU(d, row), hn::LoadU(d, row + L)};
                 },
-                [&](auto k, C x) ZVPS_INLINE_LAMBDA {
-                    bin(std::bool_constant<2 * k >= R>(), isFirst, k2 + k * step, group, x);
-                });
+                [&](auto k, C x)
+                    ZVPS_INLINE_LAMBDA { bin(std::bool_constant<2 * k >= R>(), isFirst, k2 + k * step, group, x); });
         });
     }
 }
@@ -174,22 +175,22 @@ struct RowLoader {
     }
 };
 
-// The passes from number `pass` on over parts of the rows; the bins of part m start at k + m binStep and are `step` apart.
+// The passes from number `pass` on over parts of the rows; the bins of part m start at k + m binStep and are `step`
+// apart.
 template <size_t kWidth, int pass, class T, class Bin>
 HWY_NOINLINE void transformParts(T* rows, const RowsPlan& plan, int order, size_t parts, size_t k, size_t binStep,
                                  size_t step, const T* const* twiddles, const Bin& bin) {
-    constexpr size_t kLeast = pass == 0 ? 4 : 8;
     const int radixOrder = plan.orders[pass];
     const size_t radix = size_t{1} << radixOrder;
     if (radixOrder == order) {
-        byRadix<kLeast>(radix, [&](auto constant) ZVPS_INLINE_LAMBDA {
+        byRadix<8>(radix, [&](auto constant) ZVPS_INLINE_LAMBDA {
             lastRowsPass<kWidth, constant>(rows, parts, k, binStep, step, bin);
         });
     } else if constexpr (pass + 1 < kMostRowsPasses) {
         const int rest = order - radixOrder;
         for (size_t m = 0; m < parts; ++m) {
             T* const part = rows + (m * kWidth << order);
-            byRadix<kLeast>(radix, [&](auto constant) ZVPS_INLINE_LAMBDA {
+            byRadix<pass <= 1 ? 4 : 8>(radix, [&](auto constant) ZVPS_INLINE_LAMBDA {
                 rowsPass<kWidth, constant>(part, size_t{1} << rest, twiddles[pass], RowLoader<T, kWidth>{part});
             });
             transformParts<kWidth, pass + 1>(part, plan, rest, radix, k + m * binStep, step, step * radix, twiddles,
@@ -206,9 +207,8 @@ HWY_INLINE void transformRows(T* rows, const RowsPlan& plan, const T* const* twi
     const int radixOrder = plan.orders[0];
     const size_t radix = size_t{1} << radixOrder;
     const size_t inner = size_t{1} << (plan.order - radixOrder);
-    byRadix<4>(radix, [&](auto constant) ZVPS_INLINE_LAMBDA {
-        rowsPass<kWidth, constant>(rows, inner, twiddles[0], load);
-    });
+    byRadix<4>(radix,
+               [&](auto constant) ZVPS_INLINE_LAMBDA { rowsPass<kWidth, constant>(rows, inner, twiddles[0], load); });
     transformParts<kWidth, 1>(rows, plan, plan.order - radixOrder, radix, 0, 1, radix, twiddles, bin);
 }
 

@@ -3,39 +3,9 @@
 
 namespace zvps {
 
-namespace {
-
-// exp(-2 pi i k / 2^order) for k < count <= 2^order / 2.
-template <class T>
-void storeTwiddles(int order, size_t count, T* twiddles, const T* quarterWave, int quarterWaveOrder) {
-    const int places = quarterWaveOrder - order;
-    const size_t quarter = (size_t{1} << order) / 4;
-    for (size_t k = 0; k < count; ++k) {
-        const bool second = k > quarter;
-        const T cosine = quarterWave[(second ? k - quarter : quarter - k) << places];
-        twiddles[2 * k] = second ? -cosine : cosine;
-        twiddles[2 * k + 1] = -quarterWave[(second ? 2 * quarter - k : k) << places];
-    }
-}
-
-// The tables of radix-2 passes.
-template <class T>
-size_t plainTableBytes(int order) {
-    return sizeof(T) << order;
-}
-
-template <class T>
-void buildPlainTables(int order, FftSpec<T>& spec, unsigned char* area, const T* quarterWave, int quarterWaveOrder) {
-    T* const twiddles = reinterpret_cast<T*>(area);
-    storeTwiddles(order, (size_t{1} << order) / 2, twiddles, quarterWave, quarterWaveOrder);
-    spec.twiddles = twiddles;
-}
-
-} // namespace
-
 template <class T>
 size_t fftTableBytes(int order) {
-    if (order > kLastFftPlan) return plainTableBytes<T>(order);
+    if (order > kLastFftPlan) return largeFftTableBytes<T>(order);
     const FftPlan plan = fftPlan<T>(order);
     return ((size_t{1} << order) - (size_t{1} << plan.orders[0])) * 2 * sizeof(T);
 }
@@ -43,7 +13,9 @@ size_t fftTableBytes(int order) {
 template <class T>
 void buildFftTables(int order, FftSpec<T>& spec, unsigned char* area, const T* quarterWave, int quarterWaveOrder) {
     if (order > kLastFftPlan) {
-        buildPlainTables(order, spec, area, quarterWave, quarterWaveOrder);
+        T* const tables = reinterpret_cast<T*>(area);
+        spec.twiddles = tables;
+        buildLargeFftTables(order, tables, quarterWave, quarterWaveOrder);
         return;
     }
     const FftPlan plan = fftPlan<T>(order);
