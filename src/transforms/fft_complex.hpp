@@ -90,12 +90,12 @@ HWY_INLINE void transform(const Loader& loader, T* work, const Spare& spare, con
     constexpr size_t N = size_t{1} << order;
     constexpr size_t R1 = size_t{1} << plan.orders[0];
     constexpr size_t R2 = size_t{1} << plan.orders[1];
-    constexpr size_t B = fftBlock<T>(R1);
+    constexpr size_t kColumns = N / R1;
+    constexpr size_t B = fftBlock<T>(R1, kColumns);
     constexpr size_t V = smaller(B, kVectorBytes / sizeof(T));
     const BlockStorer<T> working = {work};
     if constexpr (plan.passes <= 3) {
-        constexpr size_t kColumns = N / R1;
-        firstPass<T, smaller(V, kColumns), B, R1>(loader, 0, kColumns, kColumns, working);
+        firstPass<T, V, B, R1>(loader, 0, kColumns, kColumns, working);
         if constexpr (plan.passes == 2) {
             lastPass<T, V, B, R2>(working.loader(), storer, R1, twiddles);
         } else {
@@ -107,7 +107,7 @@ HWY_INLINE void transform(const Loader& loader, T* work, const Spare& spare, con
         constexpr size_t R3 = size_t{1} << plan.orders[2];
         constexpr size_t R4 = size_t{1} << plan.orders[3];
         alignas(64) T scratch[2 * B * (R1 * R2 < R3 * R4 ? R3 * R4 : R1 * R2)];
-        firstPasses<T, V, R1, R2>(loader, working, N, scratch, twiddles);
+        firstPasses<T, V, B, R1, R2>(loader, working, N, scratch, twiddles);
         lastPasses<T, V, B, R3, R4>(working.loader(), storer, R1 * R2, scratch, twiddles + 2 * R1 * (R2 - 1));
     }
 }

@@ -309,9 +309,8 @@ HWY_INLINE void lastPass(const Loader& loader, const Storer& storer, size_t s, c
 
 // The first two passes, for a block of the second one's subsequences at a time, through `scratch`, which has room for
 // R1 R2 blocks.
-template <class T, size_t V, size_t R1, size_t R2, class Loader, class Storer>
+template <class T, size_t V, size_t B, size_t R1, size_t R2, class Loader, class Storer>
 HWY_INLINE void firstPasses(const Loader& loader, const Storer& storer, size_t length, T* scratch, const T* twiddles) {
-    constexpr size_t B = fftBlock<T>(R1);
     const size_t m = length / (R1 * R2);
     for (size_t n = 0; n < m; n += B) {
         for (size_t n1 = 0; n1 < R2; ++n1) {

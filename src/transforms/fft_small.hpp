@@ -5,7 +5,8 @@
 
 namespace zvps::ZVPS_LEVEL {
 
-// Whether a transform is one of these: registers have the 8 lanes, and passes are not as fast.
+// Whether a transform is one of these: registers have the 8 lanes, and passes are not as fast. Eight points in double
+// precision so differ from the other levels' in the last bit.
 template <class T>
 constexpr bool isInRegisters(int order) {
     return kVectorBytes >= 8 * sizeof(T) && order >= 3 && (sizeof(T) == 4 || order == 3);

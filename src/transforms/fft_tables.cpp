@@ -19,7 +19,7 @@ void buildFftTables(int order, FftSpec<T>& spec, unsigned char* area, const T* q
         return;
     }
     const FftPlan plan = fftPlan<T>(order);
-    const size_t block = fftBlock<T>(size_t{1} << plan.orders[0]);
+    const size_t block = fftBlock<T>(size_t{1} << plan.orders[0], size_t{1} << (order - plan.orders[0]));
     T* const table = reinterpret_cast<T*>(area);
     spec.twiddles = table;
     T* p = table;

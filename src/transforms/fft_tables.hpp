@@ -28,11 +28,14 @@ constexpr FftPlan fftPlan(int order) {
     return plans[order - 6];
 }
 
-// The values in a block of the data between the passes: a vector of 64 bytes, or the numbers of the first pass.
+// The values in a block of the data between the passes: a vector of 64 bytes, or as many as the first pass has numbers
+// and columns.
 template <class T>
-constexpr size_t fftBlock(size_t numbers) {
-    const size_t lanes = 64 / sizeof(T);
-    return numbers < lanes ? numbers : lanes;
+constexpr size_t fftBlock(size_t numbers, size_t columns) {
+    size_t block = 64 / sizeof(T);
+    if (numbers < block) block = numbers;
+    if (columns < block) block = columns;
+    return block;
 }
 
 // The number at a place in a block: in 128 bits the first half from the block's first half, the other from its second.
