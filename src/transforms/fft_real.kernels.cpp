@@ -65,33 +65,41 @@ ZvpStatus fixedReal(const T* src, T* dst, T factor) {
     return zvpStsOk;
 }
 
+// The spectrum is described where it is used: its description would be copied by vectors from single stores, which wait
+// for each other.
+
 // An order from 6 on that takes two passes.
-template <int order, class From, class To, class T>
-HWY_NOINLINE void runShort(From src, To dst, T factor, const FftSpec<T>& spec) {
+template <int order, FftDirection direction, class T>
+HWY_NOINLINE void runShort(const T* src, T* dst, RealFftLayout layout, T factor, const FftSpec<T>& spec) {
     constexpr RealFftPlan plan = realFftPlan<T>(order);
-    if constexpr (std::is_same_v<To, T*>) {
-        shortInverseRealFft<plan.rows, plan.columns>(src, dst, factor, spec.twiddles, spec.tables[0]);
+    constexpr size_t N = size_t{1} << order;
+    if constexpr (direction == kFftForward) {
+        shortRealFft<plan.rows, plan.columns>(src, Spectrum<T>(dst, layout, N), factor, spec.twiddles, spec.tables[0]);
     } else {
-        shortRealFft<plan.rows, plan.columns>(src, dst, factor, spec.twiddles, spec.tables[0]);
+        shortInverseRealFft<plan.rows, plan.columns>(Spectrum<const T>(src, layout, N), dst, factor, spec.twiddles,
+                                                     spec.tables[0]);
     }
 }
 
-template <size_t rows, class From, class To, class T>
-void runLongOf(From src, To dst, T factor, const RealFftPlan& plan, const FftSpec<T>& spec, T* work, T* ends) {
-    if constexpr (std::is_same_v<To, T*>) {
-        longInverseRealFft<rows>(src, dst, factor, plan, spec, work, ends);
+template <size_t rows, FftDirection direction, class T>
+void runLongOf(const T* src, T* dst, RealFftLayout layout, T factor, const RealFftPlan& plan, const FftSpec<T>& spec,
+               T* work, T* ends) {
+    const size_t n = size_t{1} << spec.order;
+    if constexpr (direction == kFftForward) {
+        longRealFft<rows>(src, Spectrum<T>(dst, layout, n), factor, plan, spec, work, ends);
     } else {
-        longRealFft<rows>(src, dst, factor, plan, spec, work, ends);
+        longInverseRealFft<rows>(Spectrum<const T>(src, layout, n), dst, factor, plan, spec, work, ends);
     }
 }
 
-template <class From, class To, class T>
-HWY_INLINE void runLong(From src, To dst, T factor, const FftSpec<T>& spec, T* work, T* ends) {
+template <FftDirection direction, class T>
+HWY_INLINE void runLong(const T* src, T* dst, RealFftLayout layout, T factor, const FftSpec<T>& spec, T* work,
+                        T* ends) {
     const RealFftPlan plan = realFftPlan<T>(spec.order);
     if (sizeof(T) == 8 && plan.rows == 16) {
-        runLongOf<16>(src, dst, factor, plan, spec, work, ends);
+        runLongOf<16, direction>(src, dst, layout, factor, plan, spec, work, ends);
     } else {
-        runLongOf<32>(src, dst, factor, plan, spec, work, ends);
+        runLongOf<32, direction>(src, dst, layout, factor, plan, spec, work, ends);
     }
 }
 
@@ -99,50 +107,42 @@ HWY_INLINE void runLong(From src, To dst, T factor, const FftSpec<T>& spec, T* w
 template <class T>
 inline constexpr size_t kStackValues = 65536 / sizeof(T);
 
-template <class From, class To, class T>
-HWY_NOINLINE void runOnStack(From src, To dst, T factor, const FftSpec<T>& spec) {
+template <FftDirection direction, class T>
+HWY_NOINLINE void runOnStack(const T* src, T* dst, RealFftLayout layout, T factor, const FftSpec<T>& spec) {
     alignas(kVectorBytes) T work[kStackValues<T>];
     alignas(kVectorBytes) T ends[kStackValues<T> / 8 + 2];
-    runLong(src, dst, factor, spec, work, ends);
+    runLong<direction>(src, dst, layout, factor, spec, work, ends);
 }
-template <class From, class To, class T>
-HWY_NOINLINE void runInBuffer(From src, To dst, T factor, const FftSpec<T>& spec, T* work) {
+template <FftDirection direction, class T>
+HWY_NOINLINE void runInBuffer(const T* src, T* dst, RealFftLayout layout, T factor, const FftSpec<T>& spec, T* work) {
     alignas(kVectorBytes) T ends[2 * kMostRealColumns + 2];
-    runLong(src, dst, factor, spec, work, ends);
-}
-
-template <class From, class To, class T>
-void realFftOf(From src, To dst, T factor, const FftSpec<T>& spec, T* work) {
-    switch (spec.order) {
-    case 6:
-        return runShort<6>(src, dst, factor, spec);
-    case 7:
-        return runShort<7>(src, dst, factor, spec);
-    case 8:
-        return runShort<8>(src, dst, factor, spec);
-    case 9:
-        return runShort<9>(src, dst, factor, spec);
-    }
-    if (size_t{1} << spec.order <= kStackValues<T>) {
-        runOnStack(src, dst, factor, spec);
-    } else {
-        runInBuffer(src, dst, factor, spec, work);
-    }
+    runLong<direction>(src, dst, layout, factor, spec, work, ends);
 }
 
 template <class T, FftDirection direction, RealFftLayout layout>
 ZvpStatus realFft(const T* src, T* dst, T factor, const FftSpec<T>& spec, T* work) {
-    const size_t n = size_t{1} << spec.order;
-    if (spec.order > kMostRealOrder) {
-        if constexpr (direction == kFftForward) {
-            largeRealFft(src, dst, layout, factor, spec, work);
-        } else {
-            largeInverseRealFft(src, dst, layout, factor, spec, work);
-        }
+    switch (spec.order) {
+    case 6:
+        runShort<6, direction>(src, dst, layout, factor, spec);
+        return zvpStsOk;
+    case 7:
+        runShort<7, direction>(src, dst, layout, factor, spec);
+        return zvpStsOk;
+    case 8:
+        runShort<8, direction>(src, dst, layout, factor, spec);
+        return zvpStsOk;
+    case 9:
+        runShort<9, direction>(src, dst, layout, factor, spec);
+        return zvpStsOk;
+    }
+    if (size_t{1} << spec.order <= kStackValues<T>) {
+        runOnStack<direction>(src, dst, layout, factor, spec);
+    } else if (spec.order <= kMostRealOrder) {
+        runInBuffer<direction>(src, dst, layout, factor, spec, work);
     } else if constexpr (direction == kFftForward) {
-        realFftOf(src, Spectrum<T>(dst, layout, n), factor, spec, work);
+        largeRealFft(src, dst, layout, factor, spec, work);
     } else {
-        realFftOf(Spectrum<const T>(src, layout, n), dst, factor, spec, work);
+        largeInverseRealFft(src, dst, layout, factor, spec, work);
     }
     return zvpStsOk;
 }
