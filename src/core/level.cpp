@@ -14,6 +14,7 @@ namespace zvps {
     extern const InitialisationKernels initialisationKernels;                                                          \
     extern const ProductKernels productKernels;                                                                        \
     extern const QuotientKernels quotientKernels;                                                                      \
+    extern const RecursiveKernels recursiveKernels;                                                                    \
     extern const SpectrumKernels spectrumKernels;                                                                      \
     extern const SumKernels sumKernels;                                                                                \
     extern const ThresholdKernels thresholdKernels;                                                                    \
@@ -30,7 +31,8 @@ namespace {
     {                                                                                                                  \
         &level::compandingKernels, &level::conversionKernels, &level::fft32fKernels, &level::fft64fKernels,            \
             &level::goertzelKernels, &level::initialisationKernels, &level::productKernels, &level::quotientKernels,   \
-            &level::spectrumKernels, &level::sumKernels, &level::thresholdKernels, &level::windowKernels,              \
+            &level::recursiveKernels, &level::spectrumKernels, &level::sumKernels, &level::thresholdKernels,           \
+            &level::windowKernels,                                                                                     \
     }
 constexpr Kernels levels[] = {ZVPS_TABLES(v2), ZVPS_TABLES(v3), ZVPS_TABLES(v4)};
 #undef ZVPS_TABLES

@@ -9,6 +9,7 @@ struct GoertzelKernels;
 struct InitialisationKernels;
 struct ProductKernels;
 struct QuotientKernels;
+struct RecursiveKernels;
 struct SpectrumKernels;
 struct SumKernels;
 struct ThresholdKernels;
@@ -26,6 +27,7 @@ struct Kernels {
     const InitialisationKernels* initialisation;
     const ProductKernels* products;
     const QuotientKernels* quotients;
+    const RecursiveKernels* recursive;
     const SpectrumKernels* spectra;
     const SumKernels* sums;
     const ThresholdKernels* thresholds;
