@@ -297,7 +297,9 @@ ZvpStatus filterChannels(const Data* const* src, Data* const* dst, int len, int 
         return zvps::setTaps(pTaps, pState, tapsFactor);                                                               \
     }
 #define ZVPS_IIR_STATE(NAME, STATE, DELAY)                                                                             \
-    ZvpStatus zvpsIIRFree##NAME(ZvpsIIRState##STATE* pState) { return zvps::release(pState); }                         \
+    ZvpStatus zvpsIIRFree##NAME(ZvpsIIRState##STATE* pState) {                                                         \
+        return zvps::release(pState);                                                                                  \
+    }                                                                                                                  \
     ZvpStatus zvpsIIRSetDlyLine##NAME(ZvpsIIRState##STATE* pState, const Zvp##DELAY* pDlyLine) {                       \
         return zvps::setDelay(pState, pDlyLine);                                                                       \
     }

@@ -18,10 +18,10 @@ namespace zvps {
 
 inline constexpr size_t kBiquadTaps = 5; // b0, b1, b2, a1, a2
 
-// A run is as many samples as fill a cache line. Within one, a section's output is the response to the run's inputs from
-// rest, plus that of the state before the run: y[j] = rest[j] + h[j] d0 + h[j-1] d1. Runs that follow each other can so
-// be computed side by side, and then joined. The state is kept in the same parts, so that a signal cut anywhere, even
-// within a run, gives the same bits.
+// A run is as many samples as fill a cache line. Within one, a section's output is the response to the run's inputs
+// from rest, plus that of the state before the run: y[j] = rest[j] + h[j] d0 + h[j-1] d1. Runs that follow each other
+// can so be computed side by side, and then joined. The state is kept in the same parts, so that a signal cut anywhere,
+// even within a run, gives the same bits.
 template <class T>
 inline constexpr size_t kRun = 64 / sizeof(T);
 

@@ -16,8 +16,7 @@ struct Section {
           a2(Element::tap(taps, 4)) {}
 
     // The next output of transposed direct form 2.
-    HWY_INLINE typename Element::V next(typename Element::V x, typename Element::V& d0,
-                                        typename Element::V& d1) const {
+    HWY_INLINE typename Element::V next(typename Element::V x, typename Element::V& d0, typename Element::V& d1) const {
         const auto y = Element::mulAdd(b0, x, d0);
         d0 = Element::mulSub(a1, y, Element::mulAdd(b1, x, d1));
         d1 = Element::mulSub(a2, y, Element::mul(b2, x));
@@ -230,8 +229,8 @@ struct TileStep {
     alignas(kVectorBytes) T rest[2][N]; // the states after the runs from rest
 };
 
-// The first half of `next` and the second of `step`, where they are not null, interleaved: both are chains that wait for
-// themselves. `step` has `runs` runs, the other lanes rest.
+// The first half of `next` and the second of `step`, where they are not null, interleaved: both are chains that wait
+// for themselves. `step` has `runs` runs, the other lanes rest.
 template <bool kNext, bool kStep, class T>
 HWY_INLINE void halfSteps(TileStep<T>* next, const TileStep<T>* step, size_t runs) {
     using One = Lanes<T, 1>;

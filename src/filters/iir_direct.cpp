@@ -100,8 +100,8 @@ SparseState* sparseHeader(ZvpsIIRSparseState_32f* state) {
 // 0 where an int does not hold it.
 int sparseSize(int64_t lenB, int64_t lenA, int64_t maxPosB, int64_t maxPosA) {
     constexpr int64_t kTap = sizeof(Zvp32f) + sizeof(Zvp32s);
-    const int64_t bytes = 31 + int64_t{sizeof(SparseState)} + kTap * (lenB + lenA) +
-                          int64_t{sizeof(Zvp32f)} * (maxPosB + maxPosA);
+    const int64_t bytes =
+        31 + int64_t{sizeof(SparseState)} + kTap * (lenB + lenA) + int64_t{sizeof(Zvp32f)} * (maxPosB + maxPosA);
     return bytes > INT_MAX ? 0 : static_cast<int>(bytes);
 }
 
@@ -133,8 +133,15 @@ ZvpsIIRSparseState_32f* buildSparse(const Zvp32f* tapsB, const Zvp32s* posB, int
     const bool hasA0 = lenA > 0 && posA[0] == 0;
     const int first = hasA0 ? 1 : 0;
     const Zvp32f factor = hasA0 ? 1 / tapsA[0] : 1;
-    state = {kIirSparseTag, lenB, lenA - first, take(Zvp32f{}, lenB), take(Zvp32f{}, lenA), take(Zvp32s{}, lenB),
-             take(Zvp32s{}, lenA), {}, {}};
+    state = {kIirSparseTag,
+             lenB,
+             lenA - first,
+             take(Zvp32f{}, lenB),
+             take(Zvp32f{}, lenA),
+             take(Zvp32s{}, lenB),
+             take(Zvp32s{}, lenA),
+             {},
+             {}};
     for (int i = 0; i < lenB; ++i) {
         state.tapsB[i] = tapsB[i] * factor;
         state.positionsB[i] = posB[i];

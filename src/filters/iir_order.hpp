@@ -83,8 +83,7 @@ struct IirOrder {
             y[j] = Element::mulAdd(tap(filter.b, 0), x[j], y[j]);
 #pragma GCC unroll 8
             for (size_t t = j + 1; t < kSamples; ++t) {
-                y[t] = Element::mulAdd(tap(filter.a, t - j), y[j],
-                                       Element::mulAdd(tap(filter.b, t - j), x[j], y[t]));
+                y[t] = Element::mulAdd(tap(filter.a, t - j), y[j], Element::mulAdd(tap(filter.b, t - j), x[j], y[t]));
             }
         }
         // The zeros behind the taps would make NaNs of infinities. One infinity or NaN makes all later outputs so too.

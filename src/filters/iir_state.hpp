@@ -74,8 +74,8 @@ inline constexpr bool kIirIsMixed =
 
 // Mixed types are converted in parts of as many elements: as much memory as 1024 elements of the size type.
 template <class Opaque>
-inline constexpr int kIirScratch =
-    static_cast<int>(1024 * sizeof(typename IirTraits<Opaque>::Size) / sizeof(typename IirTraits<Opaque>::Element));
+inline constexpr int kIirScratch = static_cast<int>(1024 * sizeof(typename IirTraits<Opaque>::Size) /
+                                                    sizeof(typename IirTraits<Opaque>::Element));
 
 template <class Opaque>
 IirState<typename IirTraits<Opaque>::Element>* header(Opaque* state) {
@@ -92,7 +92,8 @@ constexpr int64_t roundDown(int64_t v, int64_t unit) {
     return v / unit * unit;
 }
 
-// The bytes of a state of order n or n sections. Size: the type of its row; `mixed`: whether the data's type is another.
+// The bytes of a state of order n or n sections. Size: the type of its row; `mixed`: whether the data's type is
+// another.
 template <class Size>
 constexpr int64_t iirStateBytes(IirKind kind, int64_t n, bool mixed) {
     const int64_t scratch = mixed ? 2048 : 1024;
