@@ -2,6 +2,7 @@
 #include "filters/iir_state.hpp"
 #include "framework/arena.hpp"
 #include "framework/call.hpp"
+#include "zvpcore.h"
 
 #include <gtest/gtest.h>
 
