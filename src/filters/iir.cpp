@@ -192,18 +192,12 @@ const auto& kernelsOf() {
 
 template <class Opaque, class Element>
 void filterElements(const Element* src, Element* dst, int len, Opaque* opaque) {
-    using T = Part<Element>;
     IirState<Element>& state = *header(opaque);
     const auto n = static_cast<size_t>(len);
     if (isKind(opaque, IirKind::order)) {
-        const T* const* v = state.vectors;
-        IirFilter<T> filter = {static_cast<size_t>(state.order), parts(state.delay), {v[0], v[1]}, {v[2], v[3]}};
-        kernelsOf<Element>().order(parts(src), parts(dst), n, filter);
+        kernelsOf<Element>().order(parts(src), parts(dst), n, state.filter);
     } else if (isKind(opaque, IirKind::biquads)) {
-        BiquadCascade<T> cascade = {static_cast<size_t>(state.sections), parts(state.taps), parts(state.delay),
-                                    state.isJoined ? state.runs : nullptr, static_cast<size_t>(state.phase)};
-        kernelsOf<Element>().biquads(parts(src), parts(dst), n, cascade);
-        state.phase = static_cast<int32_t>(cascade.phase);
+        kernelsOf<Element>().biquads(parts(src), parts(dst), n, state.biquads.cascade);
     } else {
         const auto sections = static_cast<size_t>(state.sections);
         if constexpr (std::is_same_v<Element, Zvp32f>) {

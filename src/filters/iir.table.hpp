@@ -55,8 +55,8 @@ struct IirFilter {
     T* delay;
     // B and -A from index 0 on. Of complex elements each real part twice, then in vectors of their own the imaginary
     // parts: first negative, then as it is.
-    const T* b[2];
-    const T* a[2];
+    T* b[2];
+    T* a[2];
 };
 
 // ---- Kernels ----

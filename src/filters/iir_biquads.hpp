@@ -360,6 +360,10 @@ void biquads(const T* src, T* dst, size_t n, BiquadCascade<T>& cascade) {
         plainBiquads<T, 1>(src, dst, n, cascade);
         return;
     }
+    if (n < kRunsAtLeast * kRun<T>) {
+        samples(src, dst, n, cascade);
+        return;
+    }
     const size_t lead = (kRun<T> - cascade.phase) % kRun<T>;
     size_t i = 0;
     if (n >= lead + kRunsAtLeast * kRun<T>) {

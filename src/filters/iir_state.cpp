@@ -118,10 +118,10 @@ bool setRun(BiquadRun<T>& run, const T* taps) {
 // A section's delay line after the samples of a run that are done.
 template <class T>
 void joinedDelay(const IirState<T>& state, int section, T* delay) {
-    const BiquadRun<T>& run = state.runs[section];
+    const BiquadRun<T>& run = state.biquads.runs[section];
     const T* const before = state.delay + 2 * int64_t{section};
     const T a2 = state.taps[static_cast<int64_t>(kBiquadTaps) * section + 4];
-    const int j = state.phase;
+    const auto j = static_cast<int>(state.biquads.cascade.phase);
     const T h1 = j < 1 ? 0 : run.h[j - 1];
     const T h2 = j < 2 ? 0 : run.h[j - 2];
     const T d0 = run.rest[0] + run.h[j] * before[0] + h1 * before[1];
@@ -146,8 +146,15 @@ IirState<Element>* buildIirState(IirKind kind, uint32_t tag, int n, int scratch,
         state.order = n;
         state.taps = carver.take<Element>(2 * count + 1);
         state.delay = carver.take<Element>(delays);
-        for (int i = 0; i < 4; ++i) {
-            if (i % 2 == 0 || kIsComplex<Element>) state.vectors[i] = parts(carver.take<Element>(delays));
+        state.filter = {static_cast<size_t>(n), parts(state.delay), {}, {}};
+        const auto vector = [&] {
+            Element* const zeros = carver.take<Element>(delays);
+            std::fill_n(zeros, delays, Element{});
+            return parts(zeros);
+        };
+        for (size_t i = 0; i < (kIsComplex<Element> ? 2 : 1); ++i) {
+            state.filter.b[i] = vector();
+            state.filter.a[i] = vector();
         }
     } else {
         const bool isDirectForm1 = kind == IirKind::directForm1;
@@ -156,12 +163,10 @@ IirState<Element>* buildIirState(IirKind kind, uint32_t tag, int n, int scratch,
         state.sections = n;
         state.taps = carver.take<Element>(static_cast<int64_t>(kBiquadTaps) * count);
         state.delay = carver.take<Element>(delays);
-        if (!isDirectForm1 && !kIsComplex<Element>) state.runs = carver.take<BiquadRun<T>>(count);
+        if (!isDirectForm1 && !kIsComplex<Element>) state.biquads.runs = carver.take<BiquadRun<T>>(count);
+        state.biquads.cascade = {static_cast<size_t>(n), parts(state.taps), parts(state.delay), nullptr, 0};
     }
     std::fill_n(state.delay, delays, Element{});
-    for (T* vector : state.vectors) {
-        if (vector != nullptr) std::fill_n(vector, delays * static_cast<int64_t>(sizeof(Element) / sizeof(T)), T{});
-    }
     if (scratch > 0) state.scratch = carver.take<Element>(scratch);
     return &state;
 }
@@ -183,18 +188,18 @@ void setIirTaps(IirState<Element>& state, IirKind kind, const Taps* taps) {
         const Element factor = reciprocal(converted<Element>(taps[int64_t{n} + 1]));
         for (int k = 0; k <= n; ++k) {
             state.taps[k] = product(converted<Element>(taps[k]), factor);
-            setVectorTap<Element>(state.vectors, k, state.taps[k]);
+            setVectorTap<Element>(state.filter.b, k, state.taps[k]);
         }
         for (int k = 1; k <= n; ++k) {
             Element& a = state.taps[int64_t{n} + k];
             a = product(converted<Element>(taps[int64_t{n} + 1 + k]), factor);
-            setVectorTap<Element>(state.vectors + 2, k, negative(a));
+            setVectorTap<Element>(state.filter.a, k, negative(a));
         }
         return;
     }
     const int sections = state.sections;
     if constexpr (!kIsComplex<Element>) {
-        if (state.runs != nullptr && state.phase != 0) {
+        if (kind == IirKind::biquads && state.biquads.cascade.phase != 0) {
             // The new taps begin with a new run.
             for (int s = 0; s < sections; ++s)
                 joinedDelay(state, s, state.delay + 2 * int64_t{s});
@@ -207,20 +212,21 @@ void setIirTaps(IirState<Element>& state, IirKind kind, const Taps* taps) {
         for (int k = 0; k < 5; ++k)
             kept[k] = product(converted<Element>(given[k < 3 ? k : k + 1]), factor);
     }
-    if (state.runs == nullptr) return;
-    state.phase = 0;
-    state.isJoined = true;
+    BiquadRun<T>* const runs = state.biquads.runs;
+    if (runs == nullptr) return;
+    bool canJoin = true;
     for (int s = 0; s < sections; ++s) {
-        BiquadRun<T>& run = state.runs[s];
-        std::fill_n(run.rest, 2, T{});
-        state.isJoined = state.isJoined && setRun(run, parts(state.taps) + static_cast<int64_t>(kBiquadTaps) * s);
+        std::fill_n(runs[s].rest, 2, T{});
+        canJoin = canJoin && setRun(runs[s], parts(state.taps) + static_cast<int64_t>(kBiquadTaps) * s);
     }
+    state.biquads.cascade.runs = canJoin ? runs : nullptr;
+    state.biquads.cascade.phase = 0;
 }
 
 template <class Element>
 void getIirDelay(const IirState<Element>& state, int first, int count, Element* delay) {
     if constexpr (!kIsComplex<Element>) {
-        if (state.phase != 0) {
+        if (state.sections != 0 && state.biquads.cascade.phase != 0) {
             for (int i = 0; i < count; i += 2)
                 joinedDelay(state, (first + i) / 2, delay + i);
             return;
@@ -232,10 +238,10 @@ void getIirDelay(const IirState<Element>& state, int first, int count, Element* 
 template <class Element>
 void clearIirDelay(IirState<Element>& state) {
     std::fill_n(state.delay, state.order, Element{});
-    state.phase = 0;
-    if (state.runs == nullptr) return;
+    if (state.sections == 0 || state.biquads.runs == nullptr) return;
+    state.biquads.cascade.phase = 0;
     for (int s = 0; s < state.sections; ++s)
-        std::fill_n(state.runs[s].rest, 2, Part<Element>{});
+        std::fill_n(state.biquads.runs[s].rest, 2, Part<Element>{});
 }
 
 #define ZVPS_INSTANTIATE(TYPE)                                                                                         \

@@ -22,18 +22,23 @@ enum class IirKind { order, biquads, directForm1 };
 template <class Element>
 struct IirState {
     using T = Part<Element>;
+    struct Sections {
+        BiquadCascade<T> cascade;
+        BiquadRun<T>* runs; // those of the cascade, whether it uses them or not
+    };
 
     uint32_t tag;
     Element* taps; // b0..bN, a1..aN, or of each section b0, b1, b2, a1, a2: times 1/A0
     Element* delay;
     int32_t order; // two for each section
     int32_t sections;
-    T* vectors[4]; // any order: IirFilter's b and a
-    BiquadRun<T>* runs;
+    // As kernels take them, so that nothing is copied at a call of one sample.
+    union {
+        Sections biquads; // not in direct form 1
+        IirFilter<T> filter;
+    };
     Element* scratch; // data converted to elements
     Zvp8u* allocated; // by the library; else null
-    int32_t phase;    // see BiquadCascade
-    bool isJoined;    // whether runs are
 };
 static_assert(offsetof(IirState<Zvp32f>, taps) == 8 && offsetof(IirState<Zvp32f>, delay) == 16);
 static_assert(offsetof(IirState<Zvp32f>, order) == 24 && offsetof(IirState<Zvp32f>, sections) == 28);
