@@ -1,7 +1,8 @@
 /* Recursive (infinite impulse response) filters: of any order, and cascades of sections of second order (biquads).
 
    Any order N: A0 y[n] = sum over k <= N of Bk x[n-k] - sum over 1 <= k <= N of Ak y[n-k]. The taps are given as
-   B0..BN, A0..AN. A cascade: numBq filters of second order, each the next one's input; six taps for each, B0 B1 B2 A0 A1 A2.
+   B0..BN, A0..AN. A cascade: numBq filters of second order, each the next one's input; six taps for each, B0 B1 B2 A0
+   A1 A2.
    Taps are multiplied by 1/A0 once, in the type the filter computes in.
 
    The types of a name are those of the taps and of the data; where there is only one, both have it. A filter computes
