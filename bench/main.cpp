@@ -38,6 +38,7 @@ int main(int argc, char** argv) {
     bench::registerArithmetic();
     bench::registerConversion();
     bench::registerFft();
+    bench::registerIir();
     bench::registerInitialisation();
     bench::registerStatistics();
     bench::registerTelephony();

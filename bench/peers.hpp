@@ -84,6 +84,14 @@ void multiplyPacked(const T* a, const T* b, T* dst, int n);
 template <class T>
 void expandPacked(const T* a, T* dst, int n);
 
+// Recursive filters with taps as the library takes them, A0 = 1.
+template <class T>
+void biquads(const T* a, T* dst, int n, const T* taps, int sections, T* delay);
+template <class T>
+void biquad(const T* a, T* dst, int n, const T* taps, T* delay);
+template <class T>
+void recursive(const T* a, T* dst, int n, const T* taps, int order, T* delay);
+
 } // namespace plain
 
 // Eigen's array expressions on maps of the vectors.

@@ -13,6 +13,7 @@ struct LogKernels;
 struct NormKernels;
 struct ProductKernels;
 struct QuotientKernels;
+struct RecursiveKernels;
 struct SpectrumKernels;
 struct SumKernels;
 struct ThresholdKernels;
@@ -39,6 +40,7 @@ struct RealFftKernels;
     X(QuotientKernels, quotients, quotientKernels)                                                                     \
     X(RealFftKernels<float>, realFft32f, realFft32fKernels)                                                            \
     X(RealFftKernels<double>, realFft64f, realFft64fKernels)                                                           \
+    X(RecursiveKernels, recursive, recursiveKernels)                                                                   \
     X(SpectrumKernels, spectra, spectrumKernels)                                                                       \
     X(SumKernels, sums, sumKernels)                                                                                    \
     X(ThresholdKernels, thresholds, thresholdKernels)                                                                  \
