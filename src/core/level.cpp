@@ -8,6 +8,7 @@ namespace zvps {
     namespace level {                                                                                                  \
     extern const CompandingKernels compandingKernels;                                                                  \
     extern const ConversionKernels conversionKernels;                                                                  \
+    extern const FilterKernels filterKernels;                                                                          \
     extern const GoertzelKernels goertzelKernels;                                                                      \
     extern const InitialisationKernels initialisationKernels;                                                          \
     extern const ProductKernels productKernels;                                                                        \
@@ -25,9 +26,9 @@ namespace {
 
 #define ZVPS_TABLES(level)                                                                                             \
     {                                                                                                                  \
-        &level::compandingKernels, &level::conversionKernels, &level::goertzelKernels, &level::initialisationKernels,  \
-            &level::productKernels, &level::quotientKernels, &level::sumKernels, &level::thresholdKernels,             \
-            &level::windowKernels,                                                                                     \
+        &level::compandingKernels, &level::conversionKernels, &level::filterKernels, &level::goertzelKernels,          \
+            &level::initialisationKernels, &level::productKernels, &level::quotientKernels, &level::sumKernels,        \
+            &level::thresholdKernels, &level::windowKernels,                                                           \
     }
 constexpr Kernels levels[] = {ZVPS_TABLES(v2), ZVPS_TABLES(v3), ZVPS_TABLES(v4)};
 #undef ZVPS_TABLES

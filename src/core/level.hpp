@@ -5,6 +5,7 @@ namespace zvps {
 
 struct CompandingKernels;
 struct ConversionKernels;
+struct FilterKernels;
 struct GoertzelKernels;
 struct InitialisationKernels;
 struct ProductKernels;
@@ -17,6 +18,7 @@ struct WindowKernels;
 struct Kernels {
     const CompandingKernels* companding;
     const ConversionKernels* conversions;
+    const FilterKernels* filters;
     const GoertzelKernels* goertzel;
     const InitialisationKernels* initialisation;
     const ProductKernels* products;
