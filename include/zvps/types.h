@@ -1,4 +1,4 @@
-/* Element types, complex pairs and rounding modes. */
+/* Element types, complex pairs, rounding modes and the options of transforms. */
 #ifndef ZVPS_TYPES_H
 #define ZVPS_TYPES_H
 
@@ -55,5 +55,16 @@ enum {
     zvpRndNear = 1,     /* to nearest, ties to even */
     zvpRndFinancial = 2 /* to nearest, ties away from zero */
 };
+
+/* Which direction of a transform of N points multiplies its result by what. */
+enum {
+    zvpFftScaleFwd = 1,  /* forward: 1/N */
+    zvpFftScaleInv = 2,  /* inverse: 1/N */
+    zvpFftScaleSqrt = 4, /* both: 1/sqrt(N) */
+    zvpFftScaleNone = 8  /* neither */
+};
+
+/* A choice between algorithms, where a function documents one; any value is accepted. */
+typedef int32_t ZvpHintAlgorithm;
 
 #endif

@@ -8,11 +8,14 @@ namespace zvps {
     namespace level {                                                                                                  \
     extern const CompandingKernels compandingKernels;                                                                  \
     extern const ConversionKernels conversionKernels;                                                                  \
+    extern const FftKernels<float> fft32fKernels;                                                                      \
+    extern const FftKernels<double> fft64fKernels;                                                                     \
     extern const FilterKernels filterKernels;                                                                          \
     extern const GoertzelKernels goertzelKernels;                                                                      \
     extern const InitialisationKernels initialisationKernels;                                                          \
     extern const ProductKernels productKernels;                                                                        \
     extern const QuotientKernels quotientKernels;                                                                      \
+    extern const SpectrumKernels spectrumKernels;                                                                      \
     extern const SumKernels sumKernels;                                                                                \
     extern const ThresholdKernels thresholdKernels;                                                                    \
     extern const WindowKernels windowKernels;                                                                          \
@@ -26,9 +29,10 @@ namespace {
 
 #define ZVPS_TABLES(level)                                                                                             \
     {                                                                                                                  \
-        &level::compandingKernels, &level::conversionKernels, &level::filterKernels, &level::goertzelKernels,          \
-            &level::initialisationKernels, &level::productKernels, &level::quotientKernels, &level::sumKernels,        \
-            &level::thresholdKernels, &level::windowKernels,                                                           \
+        &level::compandingKernels, &level::conversionKernels, &level::fft32fKernels, &level::fft64fKernels,            \
+            &level::filterKernels, &level::goertzelKernels, &level::initialisationKernels, &level::productKernels,     \
+            &level::quotientKernels, &level::spectrumKernels, &level::sumKernels, &level::thresholdKernels,            \
+            &level::windowKernels,                                                                                     \
     }
 constexpr Kernels levels[] = {ZVPS_TABLES(v2), ZVPS_TABLES(v3), ZVPS_TABLES(v4)};
 #undef ZVPS_TABLES

@@ -10,19 +10,25 @@ struct GoertzelKernels;
 struct InitialisationKernels;
 struct ProductKernels;
 struct QuotientKernels;
+struct SpectrumKernels;
 struct SumKernels;
 struct ThresholdKernels;
 struct WindowKernels;
+template <class T>
+struct FftKernels;
 
 // One table of function pointers per family.
 struct Kernels {
     const CompandingKernels* companding;
     const ConversionKernels* conversions;
+    const FftKernels<float>* fft32f;
+    const FftKernels<double>* fft64f;
     const FilterKernels* filters;
     const GoertzelKernels* goertzel;
     const InitialisationKernels* initialisation;
     const ProductKernels* products;
     const QuotientKernels* quotients;
+    const SpectrumKernels* spectra;
     const SumKernels* sums;
     const ThresholdKernels* thresholds;
     const WindowKernels* windows;

@@ -1,0 +1,116 @@
+// The FFT specification objects as entries see them: types, tags, headers, and the memory that transforms work in.
+#pragma once
+
+#include "core/level.hpp"
+#include "transforms/fft.table.hpp"
+#include "zvps/fft.h"
+#include "zvps/memory.h"
+
+namespace zvps {
+
+// ---- Headers ----
+
+// Of 32-bit integers; the specification of the floating-point transform follows the header.
+struct FftSpec32s {
+    uint32_t tag;
+    int32_t order;
+    int32_t hint;
+    int32_t workSize;
+    int32_t isAllocated;
+    const void* inner;
+};
+static_assert(offsetof(FftSpec32s, workSize) == 12 && offsetof(FftSpec32s, isAllocated) == 16);
+static_assert(offsetof(FftSpec32s, inner) == 24 && sizeof(FftSpec32s) == 32);
+
+// Of 16-bit integers; without an inner specification the transform is done in integers.
+struct FftSpec16s {
+    uint32_t tag;
+    int32_t order;
+    int32_t scalesForward;
+    int32_t scalesInverse;
+    int32_t hint;
+    int32_t workSize;
+    int32_t isAllocated;
+    int32_t halvings; // the normalisation factor is 2^(-halvings / 2)
+    const void* inner;
+};
+
+// What an opaque type stands for.
+template <class Opaque>
+struct FftType;
+#define ZVPS_FFT_TYPE(CODE, HEADER, TAG)                                                                               \
+    template <>                                                                                                        \
+    struct FftType<ZvpsFFTSpec_##CODE> {                                                                               \
+        using Header = HEADER;                                                                                         \
+        static constexpr uint32_t kTag = TAG;                                                                          \
+        static constexpr bool kIsReal = #CODE[0] == 'R';                                                               \
+    };
+ZVPS_FFT_TYPE(C_16sc, FftSpec16s, 1)
+ZVPS_FFT_TYPE(C_16s, FftSpec16s, 2)
+ZVPS_FFT_TYPE(R_16s, FftSpec16s, 3)
+ZVPS_FFT_TYPE(C_32fc, FftSpec<Zvp32f>, 4)
+ZVPS_FFT_TYPE(C_32f, FftSpec<Zvp32f>, 5)
+ZVPS_FFT_TYPE(R_32f, FftSpec<Zvp32f>, 6)
+ZVPS_FFT_TYPE(C_64fc, FftSpec<Zvp64f>, 7)
+ZVPS_FFT_TYPE(C_64f, FftSpec<Zvp64f>, 8)
+ZVPS_FFT_TYPE(R_64f, FftSpec<Zvp64f>, 9)
+ZVPS_FFT_TYPE(C_32sc, FftSpec32s, 0x434D414C)
+ZVPS_FFT_TYPE(C_32s, FftSpec32s, 0x434D414D)
+ZVPS_FFT_TYPE(R_32s, FftSpec32s, 0x434D414E)
+ZVPS_FFT_TYPE(R_16s32s, FftSpec32s, 0x434D414F)
+#undef ZVPS_FFT_TYPE
+
+template <class Opaque>
+using FftHeader = typename FftType<Opaque>::Header;
+
+template <class Opaque>
+const FftHeader<Opaque>* header(const Opaque* spec) {
+    return reinterpret_cast<const FftHeader<Opaque>*>(spec);
+}
+template <class Opaque>
+FftHeader<Opaque>* header(Opaque* spec) {
+    return reinterpret_cast<FftHeader<Opaque>*>(spec);
+}
+
+// The specification first, then the data.
+template <class Opaque, class... Pointers>
+ZvpStatus checkTransform(const Opaque* spec, Pointers... data) {
+    if (spec == nullptr) return zvpStsNullPtr;
+    if (header(spec)->tag != FftType<Opaque>::kTag) return zvpStsContextMismatch;
+    if (((data == nullptr) || ...)) return zvpStsNullPtr;
+    return zvpStsOk;
+}
+
+// ---- Memory ----
+
+inline constexpr int kFftAlignment = 32;
+
+inline Zvp8u* alignedUp(Zvp8u* p, uintptr_t alignment = kFftAlignment) {
+    return p + (0 - reinterpret_cast<uintptr_t>(p)) % alignment;
+}
+
+// The caller's buffer from an aligned address on, or if there is none, memory until the end of the call.
+class WorkArea {
+  public:
+    WorkArea(Zvp8u* buffer, int size)
+        : owned_(buffer == nullptr ? zvpsMalloc_8u(size) : nullptr),
+          bytes_(buffer == nullptr ? owned_ : alignedUp(buffer)) {}
+    ~WorkArea() {
+        if (owned_ != nullptr) zvpsFree(owned_);
+    }
+    WorkArea(const WorkArea&) = delete;
+    WorkArea& operator=(const WorkArea&) = delete;
+
+    explicit operator bool() const { return bytes_ != nullptr; }
+    Zvp8u* bytes() const { return bytes_; }
+    template <class T>
+    T* as() const {
+        return reinterpret_cast<T*>(bytes_);
+    }
+
+  private:
+    Zvp8u* owned_;
+    Zvp8u* bytes_;
+};
+
+} // namespace zvps

@@ -1,0 +1,411 @@
+// The life cycle of FFT specifications.
+#include "transforms/fft_objects.hpp"
+#include "transforms/fft_tables.hpp"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstring>
+
+namespace zvps {
+namespace {
+
+constexpr int kMostOrder = 30; // that a call may name; the types have lower limits
+
+constexpr int64_t rounded(int64_t bytes) {
+    return (bytes + kFftAlignment - 1) / kFftAlignment * kFftAlignment;
+}
+
+constexpr int64_t pointsOf(int order) {
+    return int64_t{1} << order;
+}
+
+// ---- Normalisation ----
+
+bool isFlag(int flag) {
+    return flag == zvpFftScaleFwd || flag == zvpFftScaleInv || flag == zvpFftScaleSqrt || flag == zvpFftScaleNone;
+}
+
+template <class Header>
+void storeScaling(Header& spec, int flag) {
+    spec.scalesForward = flag == zvpFftScaleFwd || flag == zvpFftScaleSqrt;
+    spec.scalesInverse = flag == zvpFftScaleInv || flag == zvpFftScaleSqrt;
+}
+
+double normalisation(int order, int flag) {
+    if (flag == zvpFftScaleNone) return 0;
+    const auto points = static_cast<double>(pointsOf(order));
+    return 1.0 / (flag == zvpFftScaleSqrt ? std::sqrt(points) : points);
+}
+
+// ---- Sines ----
+
+struct SineCosine {
+    long double sine;
+    long double cosine;
+};
+
+// Of 0 <= angle <= pi / 4, by their series.
+constexpr SineCosine sineCosine(long double angle) {
+    SineCosine sum = {0, 0};
+    long double term = 1; // angle^k / k!
+    for (int k = 0; k < 24; ++k) {
+        long double& part = k % 2 == 0 ? sum.cosine : sum.sine;
+        part += k / 2 % 2 == 0 ? term : -term;
+        term *= angle / (k + 1);
+    }
+    return sum;
+}
+
+constexpr long double kTurn = 6.283185307179586476925286766559L;
+
+// The sines of a quarter of 2^kStoredOrder points, for the small orders.
+constexpr int kStoredOrder = 10;
+
+template <class T>
+constexpr auto makeStoredSines() {
+    constexpr int kQuarter = (1 << kStoredOrder) / 4;
+    std::array<T, kQuarter + 1> sines{};
+    for (int k = 0; k <= kQuarter / 2; ++k) {
+        const SineCosine value = sineCosine(kTurn * k / (1 << kStoredOrder));
+        sines[static_cast<size_t>(k)] = static_cast<T>(value.sine);
+        sines[static_cast<size_t>(kQuarter - k)] = static_cast<T>(value.cosine);
+    }
+    return sines;
+}
+template <class T>
+constexpr auto kStoredSines = makeStoredSines<T>();
+
+// sines[k] = sin(2 pi k / 2^order) for k = 0..2^order / 4, each rounded once: the products and sums are in extended
+// precision.
+template <class T>
+void computeSines(int order, T* sines) {
+    constexpr size_t kBlock = 64;
+    const auto quarter = static_cast<size_t>(pointsOf(order)) / 4;
+    const long double step = kTurn / static_cast<long double>(pointsOf(order));
+    SineCosine within[kBlock];
+    for (size_t k = 0; k < kBlock; ++k)
+        within[k] = sineCosine(step * static_cast<long double>(k));
+    for (size_t k = 0; k <= quarter / 2; ++k) {
+        static_assert((kBlock & (kBlock - 1)) == 0);
+        SineCosine start{};
+        if (k % kBlock == 0) start = sineCosine(step * static_cast<long double>(k));
+        const SineCosine& rest = within[k % kBlock];
+        sines[k] = static_cast<T>(start.sine * rest.cosine + start.cosine * rest.sine);
+        sines[quarter - k] = static_cast<T>(start.cosine * rest.cosine - start.sine * rest.sine);
+    }
+}
+
+// ---- Sizes ----
+
+struct FftSizes {
+    int64_t spec;
+    int64_t init;
+    int64_t work;
+};
+
+// Bytes of a complex transform of 2^order points: its tables without the index words, and what it works in.
+struct Room {
+    int64_t tables;
+    int64_t work;
+};
+
+// From this order on a transform is one of columns and one of rows.
+constexpr int kLargeOrder = 18;
+
+template <class T>
+Room complexRoom(int order) {
+    constexpr int64_t kElement = 2 * sizeof(T);
+    constexpr bool kIsDouble = sizeof(T) == 8;
+    if (order <= kFixedFftOrder) return {0, 0};
+    const int64_t bytes = kElement * pointsOf(order);
+    if (order < kLargeOrder) return {rounded(bytes + kElement), kIsDouble && order <= 12 ? 0 : bytes};
+
+    const int columns = order <= 20 ? 4 : order == 21 ? 5 : 8;
+    const int block = order <= 20 ? 10 : order == 21 ? 13 : 15;
+    const Room rows = complexRoom<T>(order - columns);
+    Room room = {rows.tables + bytes, std::max(rows.work, kElement * pointsOf(block))};
+    if (order > kLargeOrder) room.work = std::max<int64_t>(room.work, 65536);
+    // Room for all points but in the last order, where those of integers would pass 2^31 bytes with it.
+    if (kIsDouble && order <= 25) room.work = bytes;
+    return room;
+}
+
+constexpr int64_t indexBytes(int order) {
+    return rounded(4 * (pointsOf(order) / 4) + 4);
+}
+
+constexpr int64_t kHeaderBytes = 192; // of a floating-point specification, alignment included
+
+// Bytes beyond 0 with those for the alignment of their start.
+constexpr int64_t withSlack(int64_t bytes) {
+    return bytes > 0 ? bytes + kFftAlignment : 0;
+}
+
+template <class T>
+int64_t initSize(int order) {
+    if (order <= kStoredOrder) return 0;
+    constexpr int64_t kPart = sizeof(T);
+    return withSlack(rounded(kPart * (pointsOf(order) / 4) + kPart));
+}
+
+// Transforms without tables.
+constexpr FftSizes kFixedSizes = {168, 0, 0};
+
+// A complex transform, or a real one of 2^order samples: the complex one of half the length with two tables of a
+// quarter of the length.
+template <class T, bool kIsReal>
+FftSizes floatSizes(int order) {
+    if constexpr (kIsReal) {
+        constexpr int kLastFixed = sizeof(T) == 4 ? 4 : 5;
+        if (order <= kLastFixed) return kFixedSizes;
+        const int half = order - 1;
+        const Room room = complexRoom<T>(half);
+        const int64_t tables = room.tables + (half > kFixedFftOrder ? indexBytes(half) : 0);
+        const int64_t combining = rounded(2 * static_cast<int64_t>(sizeof(T)) * (pointsOf(order) / 4));
+        return {2 * combining + tables + kHeaderBytes, initSize<T>(order), withSlack(room.work)};
+    } else {
+        if (order <= kFixedFftOrder) return kFixedSizes;
+        const Room room = complexRoom<T>(order);
+        return {room.tables + indexBytes(order) + kHeaderBytes, initSize<T>(order), withSlack(room.work)};
+    }
+}
+
+// The size that a specification records.
+int32_t recordedWork(const FftSizes& sizes) {
+    return static_cast<int32_t>(sizes.work > 0 ? sizes.work - kFftAlignment : 0);
+}
+
+// Bytes of the numbers that integers are converted to: all points, or a spectrum in CCS layout.
+template <class Inner>
+int64_t convertedBytes(int order) {
+    constexpr int64_t kPart = sizeof(FftHeader<Inner>::factor);
+    return FftType<Inner>::kIsReal ? kPart * (pointsOf(order) + 2) : 2 * kPart * pointsOf(order);
+}
+
+// ---- Building ----
+
+// A specification of Opaque is what Specs::sizes() and Specs::init() make of it.
+
+template <class Opaque>
+struct FloatSpecs {
+    using Header = FftHeader<Opaque>;
+    using T = decltype(Header::factor);
+    static constexpr int kLastOrder = sizeof(T) == 4 ? 27 : 26;
+
+    static FftSizes sizes(int order, ZvpHintAlgorithm) { return floatSizes<T, FftType<Opaque>::kIsReal>(order); }
+
+    static ZvpStatus init(Opaque** result, int order, int flag, ZvpHintAlgorithm hint, Zvp8u* specMem, Zvp8u* initBuf) {
+        if (result == nullptr) return zvpStsNullPtr;
+        if (order < 0 || order > kLastOrder) return zvpStsBadFftOrder;
+        if (specMem == nullptr) return zvpStsNullPtr;
+        auto* const opaque = reinterpret_cast<Opaque*>(alignedUp(specMem));
+        Header& spec = *header(opaque);
+        spec = {};
+        spec.order = order;
+        spec.hint = hint;
+        if (!isFlag(flag)) return zvpStsBadFftFlag;
+        storeScaling(spec, flag);
+        spec.factor = static_cast<T>(normalisation(order, flag));
+        spec.tag = FftType<Opaque>::kTag;
+        spec.workSize = recordedWork(sizes(order, hint));
+        if (order > kFixedFftOrder) {
+            // The slack leaves room for whole lines of cache.
+            Zvp8u* const area = alignedUp(reinterpret_cast<Zvp8u*>(&spec + 1), 64);
+            spec.area = area;
+            if (order <= kStoredOrder) {
+                build(spec, area, kStoredSines<T>.data(), kStoredOrder);
+            } else {
+                if (initBuf == nullptr) return zvpStsNullPtr;
+                T* const sines = reinterpret_cast<T*>(alignedUp(initBuf));
+                computeSines(order, sines);
+                build(spec, area, sines, order);
+            }
+        }
+        *result = opaque;
+        return zvpStsOk;
+    }
+
+  private:
+    static void build(Header& spec, Zvp8u* area, const T* sines, int sinesOrder) {
+        if constexpr (FftType<Opaque>::kIsReal) {
+            buildRealFftTables(spec.order, spec, area, sines, sinesOrder);
+        } else {
+            buildFftTables(spec.order, spec, area, sines, sinesOrder);
+        }
+    }
+};
+
+// Builds the specification that an integer one wraps, behind the header; without it, there is none of either.
+template <class Inner, class Header>
+ZvpStatus initInner(Header& spec, int headerBytes, int flag, ZvpHintAlgorithm hint, Zvp8u* initBuf) {
+    Inner* inner = nullptr;
+    Zvp8u* const place = reinterpret_cast<Zvp8u*>(&spec) + headerBytes;
+    const ZvpStatus status = FloatSpecs<Inner>::init(&inner, spec.order, flag, hint, place, initBuf);
+    spec.inner = inner;
+    if (status != zvpStsOk) spec.tag = 0;
+    return status;
+}
+
+// Of 32-bit integers, on an inner specification.
+template <class Opaque, class Inner>
+struct WideSpecs {
+    static constexpr int kLastOrder = FloatSpecs<Inner>::kLastOrder;
+
+    static FftSizes sizes(int order, ZvpHintAlgorithm) {
+        const FftSizes inner = FloatSpecs<Inner>::sizes(order, 0);
+        return {inner.spec + 64, withSlack(inner.init), withSlack(inner.work + convertedBytes<Inner>(order))};
+    }
+
+    static ZvpStatus init(Opaque** result, int order, int flag, ZvpHintAlgorithm hint, Zvp8u* specMem, Zvp8u* initBuf) {
+        if (result == nullptr) return zvpStsNullPtr;
+        if (order < 0 || order > kMostOrder) return zvpStsBadFftOrder;
+        if (specMem == nullptr) return zvpStsNullPtr;
+        auto* const opaque = reinterpret_cast<Opaque*>(alignedUp(specMem));
+        FftSpec32s& spec = *header(opaque);
+        spec = {};
+        spec.hint = hint;
+        spec.tag = FftType<Opaque>::kTag;
+        spec.order = order;
+        if (const ZvpStatus status = initInner<Inner>(spec, sizeof(spec), flag, 0, initBuf)) return status;
+        spec.workSize = recordedWork(sizes(order, hint));
+        *result = opaque;
+        return zvpStsOk;
+    }
+};
+
+// Of 16-bit integers, on an inner specification but for the smallest orders of complex data.
+template <class Opaque, class Inner>
+struct NarrowSpecs {
+    static constexpr int kLastOrder = FloatSpecs<Inner>::kLastOrder;
+    static constexpr int kHeader = 128;
+
+    static FftSizes sizes(int order, ZvpHintAlgorithm hint) {
+        if (isSinglePoint(order)) return {104, 0, 0};
+        const int64_t points = pointsOf(order);
+        const FftSizes inner = isInIntegers(order, hint) ? FftSizes{rounded(8 * points) + indexBytes(order),
+                                                                    rounded(2 * (points / 4) + 2), 4 * points}
+                                                         : FloatSpecs<Inner>::sizes(order, hint);
+        const int64_t init = FftType<Inner>::kIsReal ? withSlack(inner.init) : inner.init + kFftAlignment;
+        return {inner.spec + kHeader, init, withSlack(inner.work + convertedBytes<Inner>(order))};
+    }
+
+    static ZvpStatus init(Opaque** result, int order, int flag, ZvpHintAlgorithm hint, Zvp8u* specMem, Zvp8u* initBuf) {
+        if (result == nullptr) return zvpStsNullPtr;
+        if (order < 0 || order > kLastOrder) return zvpStsBadFftOrder;
+        if (specMem == nullptr) return zvpStsNullPtr;
+        auto* const opaque = reinterpret_cast<Opaque*>(alignedUp(specMem));
+        FftSpec16s& spec = *header(opaque);
+        spec = {};
+        spec.order = order;
+        spec.hint = hint;
+        if (!isFlag(flag)) return zvpStsBadFftFlag;
+        storeScaling(spec, flag);
+        spec.halvings = flag == zvpFftScaleNone ? 0 : flag == zvpFftScaleSqrt ? order : 2 * order;
+        spec.tag = FftType<Opaque>::kTag;
+        spec.workSize = recordedWork(sizes(order, hint));
+        if (!isSinglePoint(order) && !isInIntegers(order, hint)) {
+            if (const ZvpStatus status = initInner<Inner>(spec, kHeader, flag, hint, initBuf)) return status;
+        }
+        *result = opaque;
+        return zvpStsOk;
+    }
+
+  private:
+    static bool isSinglePoint(int order) { return order == 0 && !FftType<Inner>::kIsReal; }
+    static bool isInIntegers(int order, ZvpHintAlgorithm hint) {
+        return order <= 3 && (hint == 0 || hint == 1) && !FftType<Inner>::kIsReal;
+    }
+};
+
+// ---- Operations ----
+
+template <class Specs>
+ZvpStatus getSize(int order, int flag, ZvpHintAlgorithm hint, int* specSize, int* initBufSize, int* workBufSize) {
+    if (order < 0 || order > kMostOrder) return zvpStsBadFftOrder;
+    if (specSize == nullptr || initBufSize == nullptr || workBufSize == nullptr) return zvpStsNullPtr;
+    if (!isFlag(flag)) return zvpStsBadFftFlag;
+    if (order > Specs::kLastOrder) return zvpStsBadFftOrder;
+    const FftSizes sizes = Specs::sizes(order, hint);
+    *specSize = static_cast<int>(sizes.spec);
+    *initBufSize = static_cast<int>(sizes.init);
+    *workBufSize = static_cast<int>(sizes.work);
+    return zvpStsOk;
+}
+
+template <class Specs, class Opaque>
+ZvpStatus initAlloc(Opaque** spec, int order, int flag, ZvpHintAlgorithm hint) {
+    if (spec == nullptr) return zvpStsNullPtr;
+    int specSize = 0;
+    int initSize = 0;
+    int workSize = 0;
+    if (const ZvpStatus status = getSize<Specs>(order, flag, hint, &specSize, &initSize, &workSize)) return status;
+    Zvp8u* const specMem = zvpsMalloc_8u(specSize);
+    if (specMem == nullptr) return zvpStsNoMemory;
+    Zvp8u* const initBuf = initSize > 0 ? zvpsMalloc_8u(initSize) : nullptr;
+    Opaque* built = nullptr;
+    const ZvpStatus status =
+        initSize > 0 && initBuf == nullptr ? zvpStsNoMemory : Specs::init(&built, order, flag, hint, specMem, initBuf);
+    zvpsFree(initBuf);
+    if (status != zvpStsOk) {
+        zvpsFree(specMem);
+        return status;
+    }
+    header(built)->isAllocated = 1;
+    *spec = built;
+    return zvpStsOk;
+}
+
+template <class Opaque>
+ZvpStatus freeSpec(Opaque* spec) {
+    if (const ZvpStatus status = checkTransform(spec)) return status;
+    header(spec)->tag = 0;
+    if (header(spec)->isAllocated == 1) zvpsFree(spec);
+    return zvpStsOk;
+}
+
+template <class Opaque>
+ZvpStatus getBufSize(const Opaque* spec, int* size) {
+    if (spec == nullptr || size == nullptr) return zvpStsNullPtr;
+    if (const ZvpStatus status = checkTransform(spec)) return status;
+    *size = static_cast<int>(withSlack(header(spec)->workSize));
+    return zvpStsOk;
+}
+
+} // namespace
+} // namespace zvps
+
+// ---- Entries ----
+
+#define ZVPS_FFT_SPEC(CODE, ...)                                                                                       \
+    ZvpStatus zvpsFFTGetSize_##CODE(int order, int flag, ZvpHintAlgorithm hint, int* specSize, int* initBufSize,       \
+                                    int* workBufSize) {                                                                \
+        return zvps::getSize<zvps::__VA_ARGS__>(order, flag, hint, specSize, initBufSize, workBufSize);                \
+    }                                                                                                                  \
+    ZvpStatus zvpsFFTInit_##CODE(ZvpsFFTSpec_##CODE** spec, int order, int flag, ZvpHintAlgorithm hint,                \
+                                 Zvp8u* specMem, Zvp8u* initBuf) {                                                     \
+        return zvps::__VA_ARGS__::init(spec, order, flag, hint, specMem, initBuf);                                     \
+    }                                                                                                                  \
+    ZvpStatus zvpsFFTInitAlloc_##CODE(ZvpsFFTSpec_##CODE** spec, int order, int flag, ZvpHintAlgorithm hint) {         \
+        return zvps::initAlloc<zvps::__VA_ARGS__>(spec, order, flag, hint);                                            \
+    }                                                                                                                  \
+    ZvpStatus zvpsFFTFree_##CODE(ZvpsFFTSpec_##CODE* spec) {                                                           \
+        return zvps::freeSpec(spec);                                                                                   \
+    }                                                                                                                  \
+    ZvpStatus zvpsFFTGetBufSize_##CODE(const ZvpsFFTSpec_##CODE* spec, int* size) {                                    \
+        return zvps::getBufSize(spec, size);                                                                           \
+    }
+
+ZVPS_FFT_SPEC(C_32fc, FloatSpecs<ZvpsFFTSpec_C_32fc>)
+ZVPS_FFT_SPEC(C_32f, FloatSpecs<ZvpsFFTSpec_C_32f>)
+ZVPS_FFT_SPEC(R_32f, FloatSpecs<ZvpsFFTSpec_R_32f>)
+ZVPS_FFT_SPEC(C_64fc, FloatSpecs<ZvpsFFTSpec_C_64fc>)
+ZVPS_FFT_SPEC(C_64f, FloatSpecs<ZvpsFFTSpec_C_64f>)
+ZVPS_FFT_SPEC(R_64f, FloatSpecs<ZvpsFFTSpec_R_64f>)
+ZVPS_FFT_SPEC(C_32sc, WideSpecs<ZvpsFFTSpec_C_32sc, ZvpsFFTSpec_C_64fc>)
+ZVPS_FFT_SPEC(C_32s, WideSpecs<ZvpsFFTSpec_C_32s, ZvpsFFTSpec_C_64f>)
+ZVPS_FFT_SPEC(R_32s, WideSpecs<ZvpsFFTSpec_R_32s, ZvpsFFTSpec_R_64f>)
+ZVPS_FFT_SPEC(R_16s32s, WideSpecs<ZvpsFFTSpec_R_16s32s, ZvpsFFTSpec_R_32f>)
+ZVPS_FFT_SPEC(C_16sc, NarrowSpecs<ZvpsFFTSpec_C_16sc, ZvpsFFTSpec_C_32fc>)
+ZVPS_FFT_SPEC(C_16s, NarrowSpecs<ZvpsFFTSpec_C_16s, ZvpsFFTSpec_C_32f>)
+ZVPS_FFT_SPEC(R_16s, NarrowSpecs<ZvpsFFTSpec_R_16s, ZvpsFFTSpec_R_32f>)
