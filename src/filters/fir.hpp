@@ -270,4 +270,43 @@ void firOne(const T* src, T* dst, const T* taps, size_t tapsLen) {
     }
 }
 
+// ---- Sparse taps ----
+
+// kVectors vectors of outputs; or the first n of one.
+template <size_t kVectors>
+HWY_INLINE void sparseTile(const float* src, float* dst, size_t n, const float* taps, const int32_t* positions,
+                           size_t count) {
+    constexpr size_t N = kVectorBytes / sizeof(float);
+    const Lanes<float, N> d;
+    Vec<float, N> sums[kVectors];
+#pragma GCC unroll 8
+    for (size_t v = 0; v < kVectors; ++v)
+        sums[v] = hn::Zero(d);
+    for (size_t k = 0; k < count; ++k) {
+        const auto tap = hn::Set(d, taps[k]);
+        const float* const x = src - positions[k];
+#pragma GCC unroll 8
+        for (size_t v = 0; v < kVectors; ++v) {
+            const auto inputs = n < N ? loadFirst(d, x, n) : hn::LoadU(d, x + v * N);
+            sums[v] = hn::MulAdd(inputs, tap, sums[v]);
+        }
+    }
+    if (n < N) return storeFirst(d, sums[0], dst, n);
+#pragma GCC unroll 8
+    for (size_t v = 0; v < kVectors; ++v)
+        hn::StoreU(sums[v], d, dst + v * N);
+}
+
+// dst[i] = sum over k < count of taps[k] * src[i - positions[k]] for i < n.
+inline void sparseFir(const float* src, float* dst, size_t n, const float* taps, const int32_t* positions,
+                      size_t count) {
+    constexpr size_t N = kVectorBytes / sizeof(float);
+    size_t i = 0;
+    for (; n - i >= 8 * N; i += 8 * N)
+        sparseTile<8>(src + i, dst + i, N, taps, positions, count);
+    for (; n - i >= N; i += N)
+        sparseTile<1>(src + i, dst + i, N, taps, positions, count);
+    if (i < n) sparseTile<1>(src + i, dst + i, n - i, taps, positions, count);
+}
+
 } // namespace zvps::ZVPS_LEVEL

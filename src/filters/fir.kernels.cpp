@@ -11,6 +11,7 @@ const FilterKernels filterKernels = {
 #define ZVPS_KERNEL(slot, parts) {integerFir<parts>, integerFirOne<parts>},
         ZVPS_INTEGER_FIRS(ZVPS_KERNEL)
 #undef ZVPS_KERNEL
+            sparseFir,
 };
 
 } // namespace zvps::ZVPS_LEVEL

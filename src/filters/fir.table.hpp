@@ -62,6 +62,9 @@ struct FilterKernels {
 #define ZVPS_SLOT(slot, parts) IntegerFirKernels slot;
     ZVPS_INTEGER_FIRS(ZVPS_SLOT)
 #undef ZVPS_SLOT
+    // dst[i] = sum over k < count of taps[k] * src[i - positions[k]]
+    void (*sparse_32f)(const Zvp32f* src, Zvp32f* dst, size_t n, const Zvp32f* taps, const Zvp32s* positions,
+                       size_t count);
 };
 
 } // namespace zvps
