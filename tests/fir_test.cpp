@@ -78,7 +78,7 @@ struct Family {
 #define IN_PLACE_SCALED(NAME) NAME##_ISfs
 #define FAMILY(PREFIX, DATA, TAPS, tag, FACTOR, SCALE, PAST, DIRECT)                                                   \
     Family<Zvp##TAPS, Zvp##DATA> {                                                                                     \
-        #PREFIX "_" #DATA, tag, zvpsFIRGetStateSize##PREFIX##_##DATA,                                                  \
+#PREFIX "_" #DATA, tag, zvpsFIRGetStateSize##PREFIX##_##DATA,                                                  \
             [](State** s, const Zvp##TAPS* taps, int len, const Zvp##DATA* past, Zvp8u* buffer) {                      \
                 return zvpsFIRInit##PREFIX##_##DATA(STATES(PREFIX, DATA), taps, len SET_##FACTOR, past, buffer);       \
             },                                                                                                         \
@@ -103,15 +103,13 @@ struct Family {
             [](Zvp##DATA src, Zvp##DATA* dst, State* s, [[maybe_unused]] int scale) {                                  \
                 return NAME_##SCALE(zvpsFIROne##PREFIX##_##DATA)(src, dst, STATE(PREFIX, DATA) ARGUMENT_##SCALE);      \
             },                                                                                                         \
-            DIRECT(PREFIX, DATA, TAPS, FACTOR, SCALE)                                                                  \
+            DIRECT(PREFIX, DATA, TAPS, FACTOR, SCALE)       \
     }
 #define PAST(PREFIX, DATA)                                                                                             \
     [](const State* s, Zvp##DATA* past) {                                                                              \
         return zvpsFIRGetDlyLine##PREFIX##_##DATA(CONST_STATE(PREFIX, DATA), past);                                    \
     },                                                                                                                 \
-        [](State* s, const Zvp##DATA* past) {                                                                          \
-            return zvpsFIRSetDlyLine##PREFIX##_##DATA(STATE(PREFIX, DATA), past);                                      \
-        }
+        [](State* s, const Zvp##DATA* past) { return zvpsFIRSetDlyLine##PREFIX##_##DATA(STATE(PREFIX, DATA), past); }
 #define NO_PAST(PREFIX, DATA) nullptr, nullptr
 #define DIRECT(PREFIX, DATA, TAPS, FACTOR, SCALE)                                                                      \
     [](const Zvp##DATA* src, Zvp##DATA* dst, int n, const Zvp##TAPS* taps, int len, Zvp##DATA* past, int* index,       \
@@ -295,12 +293,24 @@ Sum sumAt(const std::vector<T>& taps, const D* newest) {
     return sum;
 }
 
-// The largest error, in units of the magnitudes' sum, of a sum of so many products, or of the FFT's in its place.
+// The largest error of a sum of so many products, in units of the magnitudes' sum.
 template <class T>
 long double tolerance(size_t tapsLen) {
-    using P = PartOfType<T>;
-    if constexpr (std::is_floating_point_v<P>) return std::numeric_limits<P>::epsilon() * (4 + tapsLen / 4.0L);
-    return std::numeric_limits<double>::epsilon() * (4 + tapsLen / 4.0L);
+    using Working = std::conditional_t<std::is_same_v<PartOfType<T>, float>, float, double>;
+    return std::numeric_limits<Working>::epsilon() * (4 + static_cast<long double>(tapsLen) / 4);
+}
+
+// What transforms of a block may add, whatever its single results: by the norms of the taps and of as many inputs as
+// the longest transform takes.
+template <class T, class D>
+long double transformError(const std::vector<T>& taps, const std::vector<D>& x) {
+    if (x.size() < 256 || taps.size() < 16) return 0;
+    long double energy = 0, largest = 0;
+    for (const T& tap : taps)
+        energy += part(tap, 0) * part(tap, 0) + part(tap, 1) * part(tap, 1);
+    for (const D& element : x)
+        largest = std::max({largest, std::abs(part(element, 0)), std::abs(part(element, 1))});
+    return 16 * tolerance<T>(0) / 4 * std::sqrt(energy * static_cast<long double>(taps.size())) * largest;
 }
 
 template <class D>
@@ -335,6 +345,7 @@ void expectResults(const F& family, std::vector<typename F::Taps> taps, const st
     std::vector<D> signal(past.rbegin(), past.rend());
     signal.insert(signal.end(), x.begin(), x.end());
     const size_t step = x.size() / 200 + 1;
+    const long double common = isExact(family) ? 0 : transformError(taps, x);
     for (size_t n = 0; n < x.size(); n += n < 40 || n + 40 > x.size() ? 1 : step) {
         const Sum sum = sumAt(taps, &signal[past.size() + n]);
         const long double error = isExact(family) ? 0 : tolerance<typename F::Taps>(taps.size()) * sum.magnitudes;
