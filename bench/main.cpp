@@ -37,6 +37,7 @@ int main(int argc, char** argv) {
     bench::registerMachine();
     bench::registerArithmetic();
     bench::registerConversion();
+    bench::registerFft();
     bench::registerInitialisation();
     bench::registerTelephony();
     bench::registerWindows();

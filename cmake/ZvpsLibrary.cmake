@@ -14,7 +14,7 @@ function(zvps_add_kernels name)
     target_include_directories(${target} PRIVATE src include)
     target_compile_definitions(${target} PRIVATE ZVPS_LEVEL=${level})
     # A short loop that straddles lines of decoded instructions loses a tenth.
-    target_compile_options(${target} PRIVATE -march=x86-64-${level} -falign-loops=64)
+    target_compile_options(${target} PRIVATE -march=x86-64-${level} -falign-loops=64 -fno-exceptions)
     target_link_libraries(${target} PRIVATE zvps_warnings zvps_instrumentation zvps_arithmetic)
     set_target_properties(${target} PROPERTIES CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
     list(APPEND objects $<TARGET_OBJECTS:${target}>)
@@ -29,7 +29,8 @@ function(zvps_add_library name)
 
   add_library(${name}_objects OBJECT ${arg_SOURCES})
   target_include_directories(${name}_objects PRIVATE src include)
-  target_compile_options(${name}_objects PRIVATE -march=x86-64-v2)
+  # Nothing throws, and the shared object needs no C++ run time.
+  target_compile_options(${name}_objects PRIVATE -march=x86-64-v2 -fno-exceptions)
   target_link_libraries(${name}_objects PRIVATE
     ${arg_LINK} zvps_warnings zvps_instrumentation zvps_arithmetic)
   set_target_properties(${name}_objects PROPERTIES CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)

@@ -28,6 +28,7 @@ class Results:
         self.times = defaultdict(lambda: defaultdict(dict))
         self.traffic = {}
         self.bytes = {}
+        self.error = {}
         runs = [run for run in data["benchmarks"] if run["run_type"] == "iteration"]
         for run in sorted(runs, key=lambda run: run["family_index"]):  # they ran in random order
             row, peer, length = run["run_name"].split("/")[:3]
@@ -36,6 +37,8 @@ class Results:
             lengths[length] = min(run["cpu_time"], lengths.get(length, math.inf))
             self.traffic[row] = int(run["traffic"])
             self.bytes[row, length] = run["bytes"]
+            if "error" in run:
+                self.error[row, peer, length] = run["error"]
 
     def rows(self, wanted=lambda row: True):
         return [row for row in self.times if "ours" in self.times[row] and wanted(row)]
@@ -65,8 +68,12 @@ def is_division(row):
     return re.match(r"DivC?_\d+[us]", row) is not None
 
 
+def is_fft(row):
+    return row.startswith("FFT_")
+
+
 def is_in_cache(row):
-    return "@" not in row and not is_division(row)
+    return "@" not in row and not is_division(row) and not is_fft(row)
 
 
 def geometric_mean(values):
@@ -188,7 +195,7 @@ def division_table(results):
 
 
 def misaligned_table(results):
-    rows = [row for row in results.rows(lambda row: "@" in row) if 4096 in results.times[row]["ours"]]
+    rows = [row for row in results.rows(lambda row: "@" in row and not is_fft(row)) if 4096 in results.times[row]["ours"]]
     if not rows:
         return []
     lines = ["One element off alignment at 4096: time over that of aligned vectors", ""]
@@ -199,6 +206,42 @@ def misaligned_table(results):
             if aligned and 4096 in results.times[row].get(peer, {}):
                 line += f"  {peer} {results.times[row][peer][4096] / aligned:.2f}"
         lines.append(line)
+    return lines
+
+
+FFT_FORMS = (("", "out"), ("_I", "in place"), ("@all", "unaligned"), ("_Inv", "inverse"))
+
+
+def fft_table(results):
+    kinds = [row for row in results.rows(is_fft) if re.fullmatch(r"FFT_[CR]_\d+fc?", row)]
+    if not kinds:
+        return []
+    lines = ["Fourier transforms of 2^order points against FFTW: GFLOP/s (5 N log2 N / t, real 2.5), FFTW's time over ours,",
+             "our unaligned time over that of aligned data, and relative errors of both in units of 2^-24 or 2^-53"]
+    for kind in kinds:
+        unit = 2.0 ** (-53 if "64" in kind else -24)
+        lines += ["", f"{kind:8}order        ns GFLOP/s" + "".join(title.rjust(11) for _, title in FFT_FORMS) +
+                  "  @/aligned   ours    fftw"]
+        ratios = defaultdict(list)
+        for length, ours in sorted(results.times[kind]["ours"].items()):
+            order = length.bit_length() - 1
+            flops = (2.5 if "_R_" in kind else 5) * length * order
+            line = f"{order:13}{ours:10.0f}{flops / ours:8.1f}"
+            for suffix, title in FFT_FORMS:
+                ratio = results.ratio(kind + suffix, "fftw", length) if kind + suffix in results.times else None
+                line += (cell(ratio, width=10) + ("<" if ratio and ratio < 1 else " "))
+                if ratio:
+                    ratios[title].append(ratio)
+            unaligned = results.times[kind + "@all"]["ours"].get(length) if kind + "@all" in results.times else None
+            line += cell(unaligned and unaligned / ours, width=11)
+            for peer in ("ours", "fftw"):
+                error = results.error.get((kind, peer, length))
+                line += cell(error and error / unit, width=8)
+            lines.append(line)
+        if ratios:
+            lines.append("geometric mean".ljust(31) +
+                         "".join((cell(geometric_mean(ratios[title]), width=10) if title in ratios else " " * 10) + " "
+                                 for _, title in FFT_FORMS))
     return lines
 
 
@@ -267,7 +310,8 @@ def main():
     head = [f"{context['date'][:16]}, {context['num_cpus']} processors at {context['mhz_per_cpu']} MHz, vectors of "
             f"{context['vector_bytes']} bytes, VOLK's machine {context['volk_machine']}",
             "Least time of all repetitions; ratios above 1: we are faster; <: a peer is faster or a target is missed"]
-    tables = [table(results) for table in (in_cache_table, large_table, short_table, division_table, misaligned_table)]
+    tables = [table(results) for table in (in_cache_table, large_table, short_table, division_table, misaligned_table,
+                                                      fft_table)]
     text = "\n\n".join("\n".join(line.rstrip() for line in table) for table in [head] + tables if table) + "\n"
     (directory / "latest.txt").write_text(text)
     print(text)

@@ -47,10 +47,13 @@ ZvpStatus filterRing(const Data* src, Data* dst, int numIters, const Taps* taps,
     if (memory.get() == nullptr) return zvpStsNoMemory;
     auto& state = *buildFirState<Taps>(kFirTag<Taps, Data>, tapsLen, threads, use, memory.get());
     setFirTaps(state, taps);
-    for (int i = 0; i < tapsLen; ++i)
-        state.ring[i] = firElement<Taps>(ring[*index + i]);
+    const bool isShort = tapsLen < FirTraits<Taps>::kFftTaps;
+    // Short blocks leave the past of an index of tapsLen - 1 at the ring's begin.
+    const int oldest = isShort && *index == tapsLen - 1 ? -1 : *index;
+    for (int i = 1; i < tapsLen; ++i)
+        state.ring[i] = firElement<Taps>(ring[oldest + i]);
     if (const ZvpStatus status = filterBlock(state, src, dst, n, scaleFactor)) return status;
-    renewRing(state.ring, n, tapsLen, tapsLen < FirTraits<Taps>::kFftTaps, ring, index);
+    renewRing(state.ring, n, tapsLen, isShort, ring, index);
     return zvpStsOk;
 }
 

@@ -86,9 +86,8 @@ void computeSines(int order, T* sines) {
     SineCosine within[kBlock];
     for (size_t k = 0; k < kBlock; ++k)
         within[k] = sineCosine(step * static_cast<long double>(k));
+    SineCosine start{};
     for (size_t k = 0; k <= quarter / 2; ++k) {
-        static_assert((kBlock & (kBlock - 1)) == 0);
-        SineCosine start{};
         if (k % kBlock == 0) start = sineCosine(step * static_cast<long double>(k));
         const SineCosine& rest = within[k % kBlock];
         sines[k] = static_cast<T>(start.sine * rest.cosine + start.cosine * rest.sine);
