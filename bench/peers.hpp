@@ -70,6 +70,13 @@ template <class D>
 void lookUp(const Zvp8u* a, const D* table, D* dst, int n);
 template <class T>
 void goertzel(const T* a, int n, double frequency, double* value);
+// dst[i] = sum over k < tapsLen of taps[k] * src[i - k]
+template <class T>
+void fir(const T* src, T* dst, int n, const T* taps, int tapsLen);
+void fir(const Zvp32fc* src, Zvp32fc* dst, int n, const Zvp32fc* taps, int tapsLen);
+void fir(const Zvp16s* src, Zvp16s* dst, int n, const float* taps, int tapsLen);
+template <class Taps>
+void fir(const Zvp16s* src, Zvp16s* dst, int n, const Taps* taps, int tapsLen, int shift);
 
 } // namespace plain
 

@@ -4,8 +4,10 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <optional>
 #include <string>
 
+#include "band.hpp"
 #include "line.hpp"
 #include "measure.hpp"
 #include "output_file.hpp"
@@ -16,6 +18,7 @@
 namespace {
 constexpr char kHelp[] = "usage: phone_line [OPTION...] RECORDING.wav\n"
                          "  --channel N      take channel N, the first is 1 (all channels mixed)\n"
+                         "  --band           pass only 300 to 3400 Hz, at the network's 8000 Hz where the rate allows\n"
                          "  --gain DB        amplification at the receiver, -60 to 60 (10)\n"
                          "  --echo DB        level of the line's echo, -60 to 0 (-14)\n"
                          "  --output NAME    write NAME.wav and NAME.png (phone_line)\n";
@@ -28,6 +31,7 @@ struct Options {
     std::string input;
     std::string output = "phone_line";
     int channel = 0; // mixed
+    bool band = false;
     LineSettings line;
     bool help = false;
 };
@@ -53,6 +57,8 @@ Options parse(int argc, char** argv) {
             options.help = true;
         else if (argument == "--channel")
             options.channel = static_cast<int>(parseNumber(argument, value(), 1, 1024));
+        else if (argument == "--band")
+            options.band = true;
         else if (argument == "--gain")
             options.line.gain = parseNumber(argument, value(), -60, 60);
         else if (argument == "--echo")
@@ -76,6 +82,17 @@ std::string codingText(const Line& line, const Law& law, int rate) {
     return std::string(law.name) + " " + powerDecibels(noise.ratio) + " dB";
 }
 
+std::string bandText(const TelephoneBand& band, int rate) {
+    std::string text = "band       300 to 3400 Hz by " + std::to_string(band.taps()) + " taps, one sample in " +
+                       std::to_string(band.every()) + " kept: " + std::to_string(rate) + " Hz\n";
+    const char* before = "           response";
+    for (const int frequency : {100, 300, 500, 1000, 3000, 3400, 3800}) {
+        text += before + (" " + amplitudeDecibels(band.response(frequency))) + " dB at " + std::to_string(frequency);
+        before = ",";
+    }
+    return text + " Hz\n";
+}
+
 std::string strongestText(const Spectrum& spectrum) {
     const size_t band = spectrum.strongest();
     return std::to_string(std::lround(spectrum.centre(band))) + " Hz (" + powerDecibels(spectrum.power[band]) +
@@ -89,7 +106,9 @@ void run(const Options& options) {
     if (std::filesystem::equivalent(options.input, wavName, missing))
         throw std::runtime_error(wavName + ": would replace the recording; choose another --output");
 
-    const Signal& sent = recording.signal;
+    std::optional<TelephoneBand> band;
+    if (options.band) band.emplace(recording.signal.rate);
+    const Signal sent = band ? band->pass(recording.signal) : recording.signal;
     Line line(sent, options.line);
     const double seconds = timeBestRun([&] { line.run(); });
 
@@ -113,12 +132,13 @@ void run(const Options& options) {
     png.commit();
 
     std::printf("recording  %s\n", options.input.c_str());
-    std::printf("           %s, %d Hz, %d %s%s, %.2f s, %d samples\n", recording.encoding.c_str(), sent.rate,
-                recording.channels, recording.channels == 1 ? "channel" : "channels",
+    std::printf("           %s, %d Hz, %d %s%s, %.2f s, %d samples\n", recording.encoding.c_str(),
+                recording.signal.rate, recording.channels, recording.channels == 1 ? "channel" : "channels",
                 recording.channels == 1 ? ""
                 : options.channel > 0   ? (", number " + std::to_string(options.channel) + " taken").c_str()
                                         : ", mixed",
-                sent.seconds(), sent.length());
+                recording.signal.seconds(), recording.signal.length());
+    if (band) std::fputs(bandText(*band, sent.rate).c_str(), stdout);
     std::printf("before     peak %s dBFS, level %s dBFS\n", amplitudeDecibels(before.peak).c_str(),
                 amplitudeDecibels(before.rms).c_str());
     std::printf("line       echo %.1f dB after %.0f ms (x %d / 2^%d), then gain %.1f dB (x %d / 2^%d), in 16 bits\n",

@@ -16,9 +16,10 @@
    precision and share all functions of execution with 64f_32s.
 
    How a block is filtered. States with at least 64 taps (32fc: 16, 64fc: 32) in floating point carry an FFT, and blocks
-   of more than 511 samples (32fc, 64fc: 255) go through it by overlap-save. All others are summed directly: an output
-   of a direct block does not depend in a bit on how the signal is cut into blocks. Larger blocks are shared among
-   threads, never more than ownGetNumThreads gave when the state was sized, without changing a bit of the result.
+   of more than 511 samples (32fc, 64fc: 255) go through it by overlap-save where that takes less time than direct sums.
+   All others are summed directly: an output of a direct block does not depend in a bit on how the signal is cut into
+   blocks. Larger blocks are shared among threads, never more than ownGetNumThreads gave when the state was sized,
+   without changing a bit of the result.
 
    Thread safety: one call at a time on a state. Checks, in this order, before anything is written: null pointers give
    zvpStsNullPtr, numIters below 1 zvpStsBadSize, tapsLen below 1 zvpStsBadFirLength, a state of another kind

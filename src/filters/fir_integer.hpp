@@ -16,10 +16,6 @@ using ShortVec = hn::Vec<Shorts>;
 using WordVec = hn::Vec<Words>;
 using LongVec = hn::Vec<LongWords>;
 
-// Sums carried over start anew from here: seen as unsigned they then lie above their true value by as much, and a pair
-// of the lowest taps with the lowest data, whose true sum is 2^31, wraps to where it belongs.
-inline constexpr int32_t kCarryBias = std::numeric_limits<int32_t>::max();
-
 HWY_INLINE WordVec pairProducts(ShortVec x, WordVec taps) {
     return WordVec{ZVPS_INTRINSIC(madd_epi16)(x.raw, taps.raw)};
 }
@@ -41,28 +37,34 @@ struct PairSums {
     }
 };
 
-// The same in 64 bits: those of every second sum beside each other.
+// Runs of sums that fit 32 bits, added up: the lower 32 bits of all, and the upper halves of each.
 template <size_t kVectors>
 struct CarriedSums {
-    alignas(kVectorBytes) int64_t v[2][kVectors][2][kPairLanes / 4] = {};
-    int64_t carries = 0;
+    // Runs start from -1: that of a pair of the lowest taps with the lowest data, 2^31, is then the largest number.
+    static constexpr int32_t kStart = -1;
 
-    HWY_INLINE void carry(PairSums<kVectors>& sums) {
-        const LongWords d;
-        const Lanes<uint64_t, kPairLanes / 4> u;
-        const auto add = [&](auto addend, int64_t* p)
-                             HWY_ATTR { hn::Store(hn::Add(hn::Load(d, p), hn::BitCast(d, addend)), d, p); };
+    PairSums<kVectors> lower;
+    PairSums<kVectors> upper;
+    int32_t runs;
+
+    HWY_INLINE void start() {
+        lower.start(0);
+        upper.start(0);
+        runs = 0;
+    }
+    HWY_INLINE void carry(PairSums<kVectors>& run) {
 #pragma GCC unroll 2
         for (size_t part = 0; part < 2; ++part) {
 #pragma GCC unroll 16
             for (size_t i = 0; i < kVectors; ++i) {
-                const auto both = hn::BitCast(u, sums.v[part][i]);
-                add(hn::And(both, hn::Set(u, uint64_t{0xffffffff})), v[part][i][0]);
-                add(hn::ShiftRight<32>(both), v[part][i][1]);
+                lower.v[part][i] = hn::Add(lower.v[part][i], run.v[part][i]);
+                upper.v[part][i] = hn::Add(upper.v[part][i], hn::ShiftRight<16>(run.v[part][i]));
+                keepInRegister(lower.v[part][i]);
+                keepInRegister(upper.v[part][i]);
             }
         }
-        sums.start(kCarryBias);
-        ++carries;
+        run.start(kStart);
+        ++runs;
     }
 };
 
@@ -74,23 +76,23 @@ HWY_INLINE WordVec scaleSums(WordVec sums, int shift) {
     return shift == 0 ? sums : saturatedShiftLeft(d, sums, -shift);
 }
 
-// Limits that 16 bits cannot hold, shifted left or not.
-HWY_INLINE LongVec withinWord(LongVec v) {
-    const LongWords d;
-    constexpr int64_t kLimit = int64_t{1} << 30;
-    return hn::Max(hn::Min(v, hn::Set(d, kLimit)), hn::Set(d, -kLimit));
-}
-
-HWY_INLINE WordVec scaleCarried(const int64_t (*sums)[kPairLanes / 4], int64_t bias, int shift) {
-    const LongWords d;
-    LongVec v[2];
-    for (size_t i = 0; i < 2; ++i) {
-        v[i] = hn::Sub(hn::Load(d, sums[i]), hn::Set(d, bias));
-        v[i] = withinWord(shift > 0 ? roundShift(d, v[i], shift) : v[i]);
+// The upper halves of the runs are less than 2^16 each below their values: with the sum modulo 2^32 they tell the whole
+// sum, here as upper * 2^16 + lower.
+HWY_INLINE WordVec scaleCarried(WordVec lower, WordVec upper, int32_t runs, int shift) {
+    const Words d;
+    const auto below = hn::Add(hn::Sub(lower, hn::ShiftLeft<16>(upper)), hn::Set(d, runs));
+    upper = hn::Add(upper, hn::BitCast(d, hn::ShiftRight<16>(hn::BitCast(Lanes<uint32_t, kPairLanes / 2>(), below))));
+    lower = hn::And(below, hn::Set(d, 0xffff));
+    if (shift > 16) {
+        // Of the lower half all that counts is whether it is 0.
+        const auto rest = hn::IfThenElseZero(hn::Ne(lower, hn::Zero(d)), hn::Set(d, 1));
+        return roundShift(d, hn::Or(hn::Add(upper, upper), rest), shift - 15);
     }
-    const LongVec low = hn::And(v[0], hn::Set(d, int64_t{0xffffffff}));
-    const WordVec words = hn::BitCast(Words(), hn::Or(low, hn::ShiftLeft<32>(v[1])));
-    return shift < 0 ? saturatedShiftLeft(Words(), words, -shift) : words;
+    // Beyond 32 bits the result is a limit of 16.
+    const auto limit = hn::Xor(hn::BroadcastSignBit(upper), hn::Set(d, std::numeric_limits<int32_t>::max()));
+    const auto whole = hn::Or(hn::ShiftLeft<16>(upper), lower);
+    const auto fits = hn::Eq(hn::ShiftRight<16>(hn::ShiftLeft<16>(upper)), upper);
+    return scaleSums(hn::IfThenElse(fits, whole, limit), shift);
 }
 
 HWY_INLINE ShortVec interleaved(WordVec even, WordVec odd) {
@@ -103,139 +105,181 @@ HWY_INLINE ShortVec interleaved(WordVec even, WordVec odd) {
 
 // ---- Sums ----
 
-template <size_t kUnits, size_t kVectors>
-HWY_INLINE void addPairs(PairSums<kVectors>& sums, const int16_t* src, const FirPairs& pairs, size_t unit) {
-    constexpr size_t q = 2 * kFirPairStride / kPairLanes;
-    WordVec even[kUnits], odd[kUnits];
-#pragma GCC unroll 4
-    for (size_t j = 0; j < kUnits; ++j) {
-        even[j] = pairAt(pairs.even + 2 * (unit + j * kFirPairStride));
-        odd[j] = pairAt(pairs.odd + 2 * (unit + j * kFirPairStride));
+// How products are added to a sum: by two instructions,
+struct ProductsThenSum {
+    static HWY_INLINE void add(WordVec& sum, ShortVec x, WordVec taps) {
+        sum = hn::Add(sum, pairProducts(x, taps));
+        // The compiler would add products to each other first and run out of registers.
+        keepInRegister(sum);
     }
-#pragma GCC unroll 64
-    for (size_t v = 0; v < kVectors + q * (kUnits - 1); ++v) {
-        auto x = hn::LoadU(Shorts(), src + 2 * unit + v * kPairLanes);
-        keepInRegister(x);
+};
+// or by one, which not every processor of the level has.
+#if HWY_TARGET <= HWY_AVX3
+struct DotProducts {
+    static HWY_INLINE void add(WordVec& sum, ShortVec x, WordVec taps) {
+        asm("vpdpwssd %2, %1, %0" : "+v"(sum.raw) : "v"(x.raw), "v"(taps.raw));
+    }
+};
+#endif
+
+// Data of which all vectors of a tile may be loaded whole.
+template <class Products>
+struct WholePairs {
+    const int16_t* src;
+
+    template <size_t kUnits, size_t kVectors>
+    HWY_INLINE void add(PairSums<kVectors>& sums, const FirPairs& pairs, size_t unit) const {
+        constexpr size_t q = 2 * kFirPairStride / kPairLanes;
+        WordVec even[kUnits], odd[kUnits];
 #pragma GCC unroll 4
         for (size_t j = 0; j < kUnits; ++j) {
-            if (v >= q * j && v - q * j < kVectors) {
-                WordVec(&sum)[2][kVectors] = sums.v;
-                sum[0][v - q * j] = hn::Add(sum[0][v - q * j], pairProducts(x, even[j]));
-                sum[1][v - q * j] = hn::Add(sum[1][v - q * j], pairProducts(x, odd[j]));
+            even[j] = pairAt(pairs.even + 2 * (unit + j * kFirPairStride));
+            odd[j] = pairAt(pairs.odd + 2 * (unit + j * kFirPairStride));
+        }
+#pragma GCC unroll 64
+        for (size_t v = 0; v < kVectors + q * (kUnits - 1); ++v) {
+            auto x = hn::LoadU(Shorts(), src + 2 * unit + v * kPairLanes);
+            keepInRegister(x);
+#pragma GCC unroll 4
+            for (size_t j = 0; j < kUnits; ++j) {
+                if (v >= q * j && v - q * j < kVectors) {
+                    Products::add(sums.v[0][v - q * j], x, even[j]);
+                    Products::add(sums.v[1][v - q * j], x, odd[j]);
+                }
             }
         }
     }
-}
+    static HWY_INLINE void store(ShortVec result, int16_t* dst) {
+        hn::StoreU(result, Shorts(), dst);
+    }
+};
 
-// Adds all units by calls of add(sums, unit, how many as a constant); carries them over where the pairs say so.
-template <bool kCarries, size_t kVectors, class Add>
-HWY_INLINE void sumPairs(PairSums<kVectors>& sums, [[maybe_unused]] CarriedSums<kVectors>* carried,
-                         const FirPairs& pairs, Add add) {
-    sums.start(kCarries ? kCarryBias : 0);
-    size_t step = 0;
+// Data of at most a vector of n results, which end after `end` lanes.
+struct LastPairs {
+    const int16_t* src;
+    size_t end;
+    size_t n;
+
+    template <size_t kUnits>
+    HWY_INLINE void add(PairSums<1>& sums, const FirPairs& pairs, size_t unit) const {
+        for (size_t u = unit; u < unit + kUnits * kFirPairStride; u += kFirPairStride) {
+            const size_t i = 2 * u;
+            const ShortVec x =
+                i + kPairLanes <= end ? hn::LoadU(Shorts(), src + i) : loadFirst(Shorts(), src + i, end - i);
+            ProductsThenSum::add(sums.v[0][0], x, pairAt(pairs.even + i));
+            ProductsThenSum::add(sums.v[1][0], x, pairAt(pairs.odd + i));
+        }
+    }
+    HWY_INLINE void store(ShortVec result, int16_t* dst) const {
+        if (n < kPairLanes) return storeFirst(Shorts(), result, dst, n);
+        hn::StoreU(result, Shorts(), dst);
+    }
+};
+
+// The results of kVectors vectors of sums that fit 32 bits,
+template <size_t kVectors, class Data>
+HWY_INLINE void pairsTile(const Data& data, int16_t* dst, const FirPairs& pairs, int shift) {
+    PairSums<kVectors> sums;
+    sums.start(0);
     const size_t columns = pairs.units < kFirPairStride ? pairs.units : kFirPairStride;
     for (size_t column = 0; column < columns; ++column) {
         size_t unit = column;
         size_t left = (pairs.units - column + kFirPairStride - 1) / kFirPairStride;
-        while (left > 0) {
-            const size_t units = firPairStep(left, kCarries && pairs.singly);
-            if (units == 4) {
-                add(sums, unit, std::integral_constant<size_t, 4>());
-            } else if (units == 2) {
-                add(sums, unit, std::integral_constant<size_t, 2>());
-            } else {
-                add(sums, unit, std::integral_constant<size_t, 1>());
-            }
-            if constexpr (kCarries) {
-                if (pairs.carries[step++] != 0) carried->carry(sums);
-            }
-            unit += units * kFirPairStride;
-            left -= units;
-        }
+        for (; left >= 4; left -= 4, unit += 4 * kFirPairStride)
+            data.template add<4>(sums, pairs, unit);
+        for (; left >= 2; left -= 2, unit += 2 * kFirPairStride)
+            data.template add<2>(sums, pairs, unit);
+        if (left != 0) data.template add<1>(sums, pairs, unit);
     }
-}
-
-// The results of kVectors vectors; store(vector, index) takes them.
-template <bool kCarries, size_t kVectors, class Add, class Store>
-HWY_INLINE void pairsTile(const FirPairs& pairs, int shift, Add add, Store store) {
-    PairSums<kVectors> sums;
-    if constexpr (kCarries) {
-        CarriedSums<kVectors> carried;
-        sumPairs<true>(sums, &carried, pairs, add);
-        carried.carry(sums);
-        const int64_t bias = carried.carries * kCarryBias;
-        for (size_t i = 0; i < kVectors; ++i) {
-            store(interleaved(scaleCarried(carried.v[0][i], bias, shift), scaleCarried(carried.v[1][i], bias, shift)),
-                  i);
-        }
-    } else {
-        sumPairs<false, kVectors>(sums, nullptr, pairs, add);
 #pragma GCC unroll 16
-        for (size_t i = 0; i < kVectors; ++i)
-            store(interleaved(scaleSums(sums.v[0][i], shift), scaleSums(sums.v[1][i], shift)), i);
+    for (size_t i = 0; i < kVectors; ++i)
+        data.store(interleaved(scaleSums(sums.v[0][i], shift), scaleSums(sums.v[1][i], shift)), dst + i * kPairLanes);
+}
+
+// and of longer ones.
+template <size_t kVectors, class Data>
+HWY_INLINE void carriedTile(const Data& data, int16_t* dst, const FirPairs& pairs, int shift) {
+    PairSums<kVectors> run;
+    run.start(CarriedSums<kVectors>::kStart);
+    CarriedSums<kVectors> sums;
+    sums.start();
+    const uint8_t* carries = pairs.carries;
+    const size_t columns = pairs.units < kFirPairStride ? pairs.units : kFirPairStride;
+    for (size_t column = 0; column < columns; ++column) {
+        size_t unit = column;
+        size_t left = (pairs.units - column + kFirPairStride - 1) / kFirPairStride;
+        for (; left >= 2 && !pairs.singly; left -= 2, unit += 2 * kFirPairStride) {
+            data.template add<2>(run, pairs, unit);
+            if (*carries++ != 0) sums.carry(run);
+        }
+        for (; left >= 1; --left, unit += kFirPairStride) {
+            data.template add<1>(run, pairs, unit);
+            if (*carries++ != 0) sums.carry(run);
+        }
+    }
+    sums.carry(run);
+    const auto scaled = [&](size_t part, size_t i) HWY_ATTR {
+        return scaleCarried(sums.lower.v[part][i], sums.upper.v[part][i], sums.runs, shift);
+    };
+#pragma GCC unroll 16
+    for (size_t i = 0; i < kVectors; ++i)
+        data.store(interleaved(scaled(0, i), scaled(1, i)), dst + i * kPairLanes);
+}
+
+template <bool kCarries, size_t kVectors, class Data>
+HWY_INLINE void tileOfPairs(const Data& data, int16_t* dst, const FirPairs& pairs, int shift) {
+    if constexpr (kCarries) {
+        carriedTile<kVectors>(data, dst, pairs, shift);
+    } else {
+        pairsTile<kVectors>(data, dst, pairs, shift);
     }
 }
 
-template <bool kCarries, size_t kVectors>
-HWY_INLINE void pairsTile(const int16_t* src, int16_t* dst, const FirPairs& pairs, int shift) {
-    pairsTile<kCarries, kVectors>(
-        pairs, shift,
-        [&](auto& sums, size_t unit, auto units) HWY_ATTR { addPairs<units.value>(sums, src, pairs, unit); },
-        [&](ShortVec result, size_t i) HWY_ATTR { hn::StoreU(result, Shorts(), dst + i * kPairLanes); });
-}
-
-// At most a vector of n results, of a source that ends after `end` lanes.
-template <bool kCarries>
-HWY_INLINE void pairsRest(const int16_t* src, size_t end, int16_t* dst, size_t n, const FirPairs& pairs, int shift) {
-    const auto load = [&](size_t i) HWY_ATTR {
-        return i + kPairLanes <= end ? hn::LoadU(Shorts(), src + i) : loadFirst(Shorts(), src + i, end - i);
-    };
-    pairsTile<kCarries, 1>(
-        pairs, shift,
-        [&](auto& sums, size_t unit, auto units) HWY_ATTR {
-            for (size_t u = unit; u < unit + units.value * kFirPairStride; u += kFirPairStride) {
-                const ShortVec x = load(2 * u);
-                sums.v[0][0] = hn::Add(sums.v[0][0], pairProducts(x, pairAt(pairs.even + 2 * u)));
-                sums.v[1][0] = hn::Add(sums.v[1][0], pairProducts(x, pairAt(pairs.odd + 2 * u)));
-            }
-        },
-        [&](ShortVec result, size_t) HWY_ATTR {
-            if (n == kPairLanes) {
-                hn::StoreU(result, Shorts(), dst);
-            } else {
-                storeFirst(Shorts(), result, dst, n);
-            }
-        });
-}
-
-template <bool kCarries>
+template <class Products, bool kCarries>
 void pairsBlocks(const int16_t* src, size_t end, int16_t* dst, size_t n, const FirPairs& pairs, int shift) {
-    constexpr size_t kTile = HWY_TARGET <= HWY_AVX3 ? 8 : 2;
+    // Two registers of sums for each, carried ones six, beside those of the taps.
+    constexpr bool kMany = HWY_TARGET <= HWY_AVX3;
+    constexpr size_t kTile = kCarries ? (kMany ? 4 : 1) : (kMany ? 8 : 2);
+    constexpr size_t kHalf = kTile > 1 ? kTile / 2 : 1;
     // The last unit may reach a lane beyond what the last output needs.
     const size_t reach = 2 * (pairs.units - 1);
     const size_t whole = end - reach < n ? end - reach : n;
+    using Whole = WholePairs<Products>;
     size_t i = 0;
     for (; whole - i >= kTile * kPairLanes; i += kTile * kPairLanes)
-        pairsTile<kCarries, kTile>(src + i, dst + i, pairs, shift);
-    for (; whole - i >= kTile / 2 * kPairLanes; i += kTile / 2 * kPairLanes)
-        pairsTile<kCarries, kTile / 2>(src + i, dst + i, pairs, shift);
-    for (; i < n; i += kPairLanes)
-        pairsRest<kCarries>(src + i, end - i, dst + i, n - i < kPairLanes ? n - i : kPairLanes, pairs, shift);
+        tileOfPairs<kCarries, kTile>(Whole{src + i}, dst + i, pairs, shift);
+    for (; whole - i >= kHalf * kPairLanes; i += kHalf * kPairLanes)
+        tileOfPairs<kCarries, kHalf>(Whole{src + i}, dst + i, pairs, shift);
+    for (; i < n; i += kPairLanes) {
+        const size_t rest = n - i < kPairLanes ? n - i : kPairLanes;
+        tileOfPairs<kCarries, 1>(LastPairs{src + i, end - i, rest}, dst + i, pairs, shift);
+    }
+}
+
+template <size_t kParts, class Products>
+void integerFirBy(const int16_t* src, int16_t* dst, size_t count, const FirPairs& pairs, size_t tapsLen, int shift) {
+    const size_t n = count * kParts;
+    const size_t end = n + (tapsLen - 1) * kParts;
+    // Carried sums stay below 2^46, others below 2^31.
+    const bool carries = pairs.carries != nullptr;
+    if (shift > (carries ? 46 : 31)) {
+        for (size_t i = 0; i < n; ++i)
+            dst[i] = 0;
+    } else if (carries) {
+        pairsBlocks<Products, true>(src, end, dst, n, pairs, shift < -31 ? -31 : shift);
+    } else {
+        pairsBlocks<Products, false>(src, end, dst, n, pairs, shift < -31 ? -31 : shift);
+    }
 }
 
 template <size_t kParts>
 void integerFir(const int16_t* src, int16_t* dst, size_t count, const FirPairs& pairs, size_t tapsLen, int shift) {
-    const size_t n = count * kParts;
-    const size_t end = n + (tapsLen - 1) * kParts;
-    if (pairs.carries != nullptr) {
-        // No sum is beyond 2^62, none within 16 bits beyond 16 places left.
-        pairsBlocks<true>(src, end, dst, n, pairs, shift > 63 ? 63 : shift < -31 ? -31 : shift);
-    } else if (shift >= kBits<int32_t>) {
-        for (size_t i = 0; i < n; ++i)
-            dst[i] = 0;
-    } else {
-        pairsBlocks<false>(src, end, dst, n, pairs, shift < -31 ? -31 : shift);
+#if HWY_TARGET <= HWY_AVX3
+    if (__builtin_cpu_supports("avx512vnni")) {
+        return integerFirBy<kParts, DotProducts>(src, dst, count, pairs, tapsLen, shift);
     }
+#endif
+    integerFirBy<kParts, ProductsThenSum>(src, dst, count, pairs, tapsLen, shift);
 }
 
 // ---- One output ----
@@ -248,21 +292,24 @@ void integerFirOne(const int16_t* src, int64_t* sums, const FirPairs& pairs, siz
     const size_t n = tapsLen * kSums;
     const int16_t* const taps[2] = {pairs.even, pairs.odd};
     for (size_t part = 0; part < kSums; ++part) {
+        // Seen as unsigned, products lie above their true value by the bias: even that of two pairs of the lowest
+        // numbers, which wraps.
+        constexpr int32_t kBias = std::numeric_limits<int32_t>::max();
         auto total = hn::Zero(u);
-        int64_t carries = 0;
-        for (size_t i = 0; i < n; i += kPairLanes, ++carries) {
+        int64_t count = 0;
+        for (size_t i = 0; i < n; i += kPairLanes, ++count) {
             const bool whole = i + kPairLanes <= n;
             const ShortVec x = whole ? hn::LoadU(Shorts(), src + i) : loadFirst(Shorts(), src + i, n - i);
             const ShortVec tap =
                 whole ? hn::LoadU(Shorts(), taps[part] + i) : loadFirst(Shorts(), taps[part] + i, n - i);
             const WordVec products = pairProducts(x, hn::BitCast(Words(), tap));
-            const auto both = hn::BitCast(u, hn::Add(products, hn::Set(Words(), kCarryBias)));
+            const auto both = hn::BitCast(u, hn::Add(products, hn::Set(Words(), kBias)));
             total = hn::Add(total, hn::And(both, hn::Set(u, uint64_t{0xffffffff})));
             total = hn::Add(total, hn::ShiftRight<32>(both));
         }
         alignas(kVectorBytes) int64_t lanes[kPairLanes / 4];
         hn::Store(hn::BitCast(d, total), d, lanes);
-        sums[part] = -carries * static_cast<int64_t>(kPairLanes / 2) * kCarryBias;
+        sums[part] = -count * static_cast<int64_t>(kPairLanes / 2) * kBias;
         for (const int64_t lane : lanes)
             sums[part] += lane;
     }

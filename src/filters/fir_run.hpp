@@ -172,16 +172,21 @@ struct IntegerFilter {
     static constexpr int kForkAbove = FirTraits<Zvp32f>::kForkAbove;
 
     IntegerFilter(const FirIntegerState<Data>& state, int scaleFactor)
-        : pairs(firPairs(state)), tapsLen(static_cast<size_t>(state.tapsLen)) {
+        : pairs(firPairs(state)), tapsLen(static_cast<size_t>(state.tapsLen)),
+          singly(state.carryMode == kTooManyCarries) {
         constexpr int64_t kLimit = 1 << 16;
         shift = static_cast<int>(std::clamp(int64_t{scaleFactor} - state.tapScale, -kLimit, kLimit));
     }
 
     FirPairs pairs;
     size_t tapsLen;
+    bool singly; // output by output
     int shift;
 
     void block(const Data* window, Data* dst, size_t n) const {
+        for (size_t i = 0; i < n && singly; ++i)
+            dst[i] = one(window + i);
+        if (singly) return;
         firKernels<Data>().block(parts(window), parts(dst), n, pairs, tapsLen, shift);
     }
     Data one(const Data* window) const {

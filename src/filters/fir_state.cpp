@@ -168,8 +168,6 @@ constexpr int64_t unitCount(int64_t tapsLen) {
     return kParts<Data> == 1 ? tapsLen / 2 + 1 : tapsLen;
 }
 
-enum CarryMode { kNoCarries, kCarries, kCarriesSingly };
-
 // The taps' parts become integers of 16 bits.
 
 void reduce(const Zvp16s* parts, int64_t count, Zvp32s* kept, int64_t& scale) {
@@ -247,8 +245,9 @@ struct PairBounds {
     bool fitUnbiased() const { return even.fitUnbiased() && odd.fitUnbiased(); }
 };
 
-// Marks the steps after which sums are carried over; false if a step by itself overflows.
-bool markCarries(const FirPairs& pairs, bool singly, uint8_t* carries) {
+// Marks the steps after which a run ends. The number of runs, 0 if a step by itself overflows.
+int64_t markCarries(const FirPairs& pairs, bool singly, uint8_t* carries) {
+    int64_t runs = 1;
     PairBounds sum;
     size_t step = 0;
     for (size_t column = 0; column < std::min(pairs.units, kFirPairStride); ++column) {
@@ -259,7 +258,7 @@ bool markCarries(const FirPairs& pairs, bool singly, uint8_t* carries) {
             for (size_t i = 0; i < units; ++i, unit += kFirPairStride)
                 addend.add(pairs, unit);
             left -= units;
-            if (!addend.fit()) return false;
+            if (!addend.fit()) return 0;
             carries[step] = 0;
             const PairBounds both = sum + addend;
             if (both.fit()) {
@@ -267,10 +266,11 @@ bool markCarries(const FirPairs& pairs, bool singly, uint8_t* carries) {
             } else {
                 carries[step - 1] = 1;
                 sum = addend;
+                ++runs;
             }
         }
     }
-    return true;
+    return runs;
 }
 
 } // namespace
@@ -342,8 +342,13 @@ void setFirTaps(FirIntegerState<Data>& state, const Source* taps, int tapsFactor
     for (size_t unit = 0; unit < pairs.units; ++unit)
         all.add(pairs, unit);
     if (all.fitUnbiased()) return;
-    state.carryMode = markCarries(pairs, false, state.carries) ? kCarries : kCarriesSingly;
-    if (state.carryMode == kCarriesSingly) markCarries(pairs, true, state.carries);
+    state.carryMode = kCarries;
+    int64_t runs = markCarries(pairs, false, state.carries);
+    if (runs == 0) {
+        state.carryMode = kCarriesSingly;
+        runs = markCarries(pairs, true, state.carries);
+    }
+    if (runs >= kMostFirRuns) state.carryMode = kTooManyCarries;
 }
 
 // Real taps: copy 1 has the first tap at its third place, where a pair begins, copy 0 at its second.

@@ -143,6 +143,8 @@ void setFirTaps(FirState<Taps>& state, const Source* taps);
 
 struct FirPairs;
 
+enum CarryMode { kNoCarries, kCarries, kCarriesSingly, kTooManyCarries };
+
 // Data: 16s or 16sc.
 template <class Data>
 struct FirIntegerState {
@@ -155,7 +157,7 @@ struct FirIntegerState {
     int32_t index;
     int32_t tapScale; // the taps' value is their integer times 2^tapScale
     uint8_t* carries; // see FirPairs
-    int32_t carryMode;
+    CarryMode carryMode;
     int32_t threads;
     int32_t isAllocated;
     int32_t mode;
