@@ -94,6 +94,9 @@ ZvpStatus build(uint32_t tag, Opaque** ppState, const Source* taps, int tapsLen,
     }
     auto& state = *Kind::build(tag, tapsLen, threads, buffer);
     state.isAllocated = isAllocated;
+    if constexpr (std::is_same_v<typename Kind::State, FirState<Taps>>) {
+        if (isAllocated && state.fftLen == 0) state.fftLen = -1;
+    }
     setTaps(state, taps, tapsFactor);
     setFirPast(state, dlyLine);
     *ppState = reinterpret_cast<Opaque*>(&state);
