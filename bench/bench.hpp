@@ -163,6 +163,7 @@ void registerConversion();
 void registerFft();
 void registerFir();
 void registerInitialisation();
+void registerStatistics();
 void registerTelephony();
 void registerWindows();
 

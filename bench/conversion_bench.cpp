@@ -8,9 +8,10 @@
 namespace bench {
 namespace {
 
-// A row's vectors have the wider of the two types; the narrower one takes the front of its own.
+// A row's vectors have the wider of the two types, the source's if they are equal; the narrower one takes the front of
+// its own.
 template <class S, class D>
-using Wider = std::conditional_t<(sizeof(S) > sizeof(D)), S, D>;
+using Wider = std::conditional_t<(sizeof(S) >= sizeof(D)), S, D>;
 template <class S, class V>
 const S* source(const V& v) {
     return reinterpret_cast<const S*>(v.a);
@@ -81,18 +82,19 @@ void conversions() {
         .with("ours", BENCH_CALL(zvpsConvert_32f24s_Sfs(FROM(32f), TO(8u), v.n, zvpRndNear, -3)));
 }
 
-// Beside the reading and writing of the same vectors.
+// Complex rows limit most of their elements; those named `:none` limit none.
 void thresholds() {
-    const Lengths& lengths = kInCache;
-#define THRESHOLD(TYPE, level)                                                                                         \
-    Row<Zvp##TYPE>("Threshold_GT_" #TYPE, 2, lengths)                                                                  \
-        .with("ours", BENCH_CALL(zvpsThreshold_GT_##TYPE(v.a, v.dst, v.n, level)))
-    THRESHOLD(16s, 100);
-    THRESHOLD(16sc, 100);
-    THRESHOLD(32f, 1);
-    THRESHOLD(32fc, 1);
-    THRESHOLD(64f, 1);
-    THRESHOLD(64fc, 1);
+#define THRESHOLD(TYPE, LEVEL, SUFFIX, level)                                                                          \
+    Row<Zvp##TYPE>("Threshold_GT_" #TYPE SUFFIX, 2, kInCache)                                                          \
+        .with("ours", BENCH_CALL(zvpsThreshold_GT_##TYPE(v.a, v.dst, v.n, level)))                                     \
+        .with("plain", BENCH_CALL(plain::limitAbove(v.a, Zvp##LEVEL{level}, v.dst, v.n)))
+    THRESHOLD(16s, 16s, "", 100);
+    THRESHOLD(32f, 32f, "", 1);
+    THRESHOLD(64f, 64f, "", 1);
+    THRESHOLD(16sc, 16s, "", 100);
+    THRESHOLD(32fc, 32f, "", 1);
+    THRESHOLD(32fc, 32f, ":none", 4);
+    THRESHOLD(64fc, 64f, "", 1);
 }
 
 } // namespace

@@ -40,6 +40,7 @@ int main(int argc, char** argv) {
     bench::registerFft();
     bench::registerFir();
     bench::registerInitialisation();
+    bench::registerStatistics();
     bench::registerTelephony();
     bench::registerWindows();
     benchmark::RunSpecifiedBenchmarks();

@@ -63,13 +63,20 @@ void toHalf(const float* a, uint16_t* dst, int n);
 void copy(const float* a, float* dst, int n);
 void triad(const float* a, const float* b, float val, float* dst, int n);
 
+// Elements above the level, or of a magnitude above it, become the level.
+template <class T, class Level>
+void limitAbove(const T* a, Level level, T* dst, int n);
+
 // G.711 and Goertzel.
-void compressALaw(const Zvp16s* a, Zvp8u* dst, int n);
-void compressMuLaw(const Zvp16s* a, Zvp8u* dst, int n);
+template <class T>
+void compressALaw(const T* a, Zvp8u* dst, int n);
+template <class T>
+void compressMuLaw(const T* a, Zvp8u* dst, int n);
 template <class D>
 void lookUp(const Zvp8u* a, const D* table, D* dst, int n);
-template <class T>
-void goertzel(const T* a, int n, double frequency, double* value);
+// At `count` frequencies; real parts before imaginary ones.
+template <int count, class T>
+void goertzel(const T* a, int n, const double* frequencies, double* values);
 // dst[i] = sum over k < tapsLen of taps[k] * src[i - k]
 template <class T>
 void fir(const T* src, T* dst, int n, const T* taps, int tapsLen);

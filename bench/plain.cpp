@@ -86,6 +86,29 @@ void absolute(const T* __restrict a, T* __restrict dst, int n) {
         dst[i] = std::abs(a[i]);
 }
 
+template <class T, class Level>
+void limitAbove(const T* __restrict a, Level level, T* __restrict dst, int n) {
+    for (int i = 0; i < n; ++i) {
+        if constexpr (std::is_same_v<T, Level>) {
+            dst[i] = a[i] > level ? level : a[i];
+        } else {
+            using Work = std::conditional_t<std::is_integral_v<Level>, double, Level>;
+            const Work re = a[i].re;
+            const Work im = a[i].im;
+            const Work square = re * re + im * im;
+            const Work limit = static_cast<Work>(level);
+            const Work factor = limit / std::sqrt(square);
+            const bool isAbove = square > limit * limit;
+            if constexpr (std::is_integral_v<Level>) {
+                dst[i] = {isAbove ? static_cast<Level>(std::nearbyint(re * factor)) : a[i].re,
+                          isAbove ? static_cast<Level>(std::nearbyint(im * factor)) : a[i].im};
+            } else {
+                dst[i] = {isAbove ? re * factor : re, isAbove ? im * factor : im};
+            }
+        }
+    }
+}
+
 template <class T>
 void addScaled(const T* __restrict a, const T* __restrict b, T* __restrict dst, int n, int scaleFactor) {
     for (int i = 0; i < n; ++i)
@@ -130,6 +153,13 @@ PLAIN_FLOATING(Zvp64f)
 PLAIN_FLOATING(Zvp32fc)
 template void absolute(const Zvp32f*, Zvp32f*, int);
 template void absolute(const Zvp64f*, Zvp64f*, int);
+
+template void limitAbove(const Zvp16s*, Zvp16s, Zvp16s*, int);
+template void limitAbove(const Zvp32f*, Zvp32f, Zvp32f*, int);
+template void limitAbove(const Zvp64f*, Zvp64f, Zvp64f*, int);
+template void limitAbove(const Zvp16sc*, Zvp16s, Zvp16sc*, int);
+template void limitAbove(const Zvp32fc*, Zvp32f, Zvp32fc*, int);
+template void limitAbove(const Zvp64fc*, Zvp64f, Zvp64fc*, int);
 
 #define PLAIN_INTEGER(T)                                                                                               \
     template void addScaled(const T*, const T*, T*, int, int);                                                         \

@@ -35,9 +35,10 @@ D* as(const T* p) {
             static const auto table = tableOf(zvps##NAME##_8u##WIDE);                                                  \
             plain::lookUp(as<Zvp##WIDE, Zvp8u>(v.a), table.data(), v.dst, v.n);                                        \
         })
-#define COMPRESS(NAME, WIDE)                                                                                           \
+#define COMPRESS(NAME, WIDE, loop)                                                                                     \
     Row<Zvp##WIDE>(#NAME "_" #WIDE "8u", 1, kInCache)                                                                  \
-        .with("ours", BENCH_CALL(zvps##NAME##_##WIDE##8u(v.a, as<Zvp##WIDE, Zvp8u>(v.dst), v.n)))
+        .with("ours", BENCH_CALL(zvps##NAME##_##WIDE##8u(v.a, as<Zvp##WIDE, Zvp8u>(v.dst), v.n)))                      \
+        .with("plain", BENCH_CALL(plain::loop(v.a, as<Zvp##WIDE, Zvp8u>(v.dst), v.n)))
 #define RECODE(NAME)                                                                                                   \
     Row<Zvp8u>(#NAME "_8u", 2, kInCache)                                                                               \
         .with("ours", BENCH_CALL(zvps##NAME##_8u(v.a, v.dst, v.n)))                                                    \
@@ -56,75 +57,65 @@ g711_state_t* spandspState(int law) {
     with("spandsp", BENCH_CALL(g711_decode(spandspState(law), v.dst, as<Zvp16s, Zvp8u>(v.a), v.n)))
 #define SPANDSP_COMPRESS(law)                                                                                          \
     with("spandsp", BENCH_CALL(g711_encode(spandspState(law), as<Zvp16s, Zvp8u>(v.dst), v.a, v.n)))
-#define PLAIN_COMPRESS(loop) with("plain", BENCH_CALL(plain::loop(v.a, as<Zvp16s, Zvp8u>(v.dst), v.n)))
 
 void companding() {
     EXPAND(ALawToLin, 16s).SPANDSP_EXPAND(G711_ALAW);
     EXPAND(MuLawToLin, 16s).SPANDSP_EXPAND(G711_ULAW);
     EXPAND(ALawToLin, 32f);
     EXPAND(MuLawToLin, 32f);
-    COMPRESS(LinToALaw, 16s).PLAIN_COMPRESS(compressALaw).SPANDSP_COMPRESS(G711_ALAW);
-    COMPRESS(LinToMuLaw, 16s).PLAIN_COMPRESS(compressMuLaw).SPANDSP_COMPRESS(G711_ULAW);
-    COMPRESS(LinToALaw, 32f);
-    COMPRESS(LinToMuLaw, 32f);
+    COMPRESS(LinToALaw, 16s, compressALaw).SPANDSP_COMPRESS(G711_ALAW);
+    COMPRESS(LinToMuLaw, 16s, compressMuLaw).SPANDSP_COMPRESS(G711_ULAW);
+    COMPRESS(LinToALaw, 32f, compressALaw);
+    COMPRESS(LinToMuLaw, 32f, compressMuLaw);
     RECODE(ALawToMuLaw);
     RECODE(MuLawToALaw);
 }
 
-constexpr float kFrequency = 0.0963125f;
+constexpr double kFrequencies[] = {789.0 / 8192, 1731.0 / 8192}; // exact in single precision
+
+// `function` takes v and where to leave a value for each of `count` frequencies.
+template <int count, class T, class Value, class Function>
+Row<T> goertzelRow(const char* name, Function function) {
+    Row<T> row(name, 1, {64, 205, 1024, 4096, 65536, 1 << 20});
+    row.with("ours",
+             [=](const auto& v) {
+                 Value values[count];
+                 benchmark::DoNotOptimize(function(v, values));
+                 benchmark::DoNotOptimize(values);
+             })
+        .with("plain", [](const auto& v) {
+            double values[2 * count];
+            plain::goertzel<count>(v.a, v.n, kFrequencies, values);
+            benchmark::DoNotOptimize(values);
+        });
+    return row;
+}
+
+#define GOERTZEL(TYPE, VALUE, FREQUENCY)                                                                               \
+    goertzelRow<1, Zvp##TYPE, Zvp##VALUE>("Goertz_" #TYPE, [](const auto& v, Zvp##VALUE* values) {                     \
+        return zvpsGoertz_##TYPE(v.a, v.n, values, static_cast<Zvp##FREQUENCY>(kFrequencies[0]));                      \
+    });                                                                                                                \
+    goertzelRow<2, Zvp##TYPE, Zvp##VALUE>("GoertzTwo_" #TYPE, [](const auto& v, Zvp##VALUE* values) {                  \
+        const Zvp##FREQUENCY frequencies[] = {static_cast<Zvp##FREQUENCY>(kFrequencies[0]),                            \
+                                              static_cast<Zvp##FREQUENCY>(kFrequencies[1])};                           \
+        return zvpsGoertzTwo_##TYPE(v.a, v.n, values, frequencies);                                                    \
+    })
 
 void goertzel() {
-    const Lengths lengths = {64, 205, 1024, 4096, 65536, 1 << 20};
-    Row<Zvp32f>("Goertz_32f", 1, lengths)
-        .with("ours",
-              [](const auto& v) {
-                  Zvp32fc value;
-                  benchmark::DoNotOptimize(zvpsGoertz_32f(v.a, v.n, &value, kFrequency));
-                  benchmark::DoNotOptimize(value);
-              })
-        .with("plain", [](const auto& v) {
-            double value[2];
-            plain::goertzel(v.a, v.n, kFrequency, value);
-            benchmark::DoNotOptimize(value);
-        });
-    Row<Zvp64f>("Goertz_64f", 1, lengths)
-        .with("ours",
-              [](const auto& v) {
-                  Zvp64fc value;
-                  benchmark::DoNotOptimize(zvpsGoertz_64f(v.a, v.n, &value, kFrequency));
-                  benchmark::DoNotOptimize(value);
-              })
-        .with("plain", [](const auto& v) {
-            double value[2];
-            plain::goertzel(v.a, v.n, kFrequency, value);
-            benchmark::DoNotOptimize(value);
-        });
-    Row<Zvp32fc>("Goertz_32fc", 1, lengths).with("ours", [](const auto& v) {
-        Zvp32fc value;
-        benchmark::DoNotOptimize(zvpsGoertz_32fc(v.a, v.n, &value, kFrequency));
-        benchmark::DoNotOptimize(value);
+    GOERTZEL(32f, 32fc, 32f);
+    GOERTZEL(32fc, 32fc, 32f);
+    GOERTZEL(64f, 64fc, 64f);
+    constexpr auto kFrequency = static_cast<float>(kFrequencies[0]);
+    goertzelRow<1, Zvp16s, Zvp16sc>("Goertz_16s_Sfs", [](const auto& v, Zvp16sc* values) {
+        return zvpsGoertz_16s_Sfs(v.a, v.n, values, kFrequency, 10);
+    }).with("spandsp", [](const auto& v) {
+        goertzel_descriptor_t descriptor;
+        make_goertzel_descriptor(&descriptor, kFrequency * 8000, v.n);
+        goertzel_state_t state;
+        goertzel_init(&state, &descriptor);
+        goertzel_update(&state, v.a, v.n);
+        benchmark::DoNotOptimize(goertzel_result(&state));
     });
-    Row<Zvp16s>("Goertz_16s_Sfs", 1, lengths)
-        .with("ours",
-              [](const auto& v) {
-                  Zvp16sc value;
-                  benchmark::DoNotOptimize(zvpsGoertz_16s_Sfs(v.a, v.n, &value, kFrequency, 10));
-                  benchmark::DoNotOptimize(value);
-              })
-        .with("plain",
-              [](const auto& v) {
-                  double value[2];
-                  plain::goertzel(v.a, v.n, kFrequency, value);
-                  benchmark::DoNotOptimize(value);
-              })
-        .with("spandsp", [](const auto& v) {
-            goertzel_descriptor_t descriptor;
-            make_goertzel_descriptor(&descriptor, kFrequency * 8000, v.n);
-            goertzel_state_t state;
-            goertzel_init(&state, &descriptor);
-            goertzel_update(&state, v.a, v.n);
-            benchmark::DoNotOptimize(goertzel_result(&state));
-        });
 }
 
 } // namespace

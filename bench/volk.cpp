@@ -76,6 +76,16 @@ void chooseVolkImplementations() {
         CHOOSE(volk_32f_s32f_add_32f, Zvp32f, v.val)
         CHOOSE(volk_32f_s32f_multiply_32f, Zvp32f, v.val)
         CHOOSE(volk_32fc_s32fc_multiply_32fc, Zvp32fc, v.val)
+        CHOOSE(volk_32f_x2_dot_prod_32f, Zvp32f, v.b)
+        CHOOSE(volk_32fc_x2_dot_prod_32fc, Zvp32fc, v.b)
+        CHOOSE(volk_32f_x2_min_32f, Zvp32f, v.b)
+        CHOOSE(volk_64f_x2_min_64f, Zvp64f, v.b)
+        const Vectors<Zvp32f> v = Buffers<Zvp32f>::vectors(kLength, 0, 0);
+        configuration << choice("volk_32f_index_max_32u", volk_32f_index_max_32u_get_func_desc(),
+                                [&](const char* implementation) {
+                                    uint32_t place;
+                                    volk_32f_index_max_32u_manual(&place, v.a, count(v), implementation);
+                                });
     }
     setenv("VOLK_CONFIGPATH", directory, 1);
     // VOLK reads its configuration at the first call.

@@ -10,6 +10,7 @@
 #include "zvps/goertzel.h"
 #include "zvps/initialisation.h"
 #include "zvps/memory.h"
+#include "zvps/statistics.h"
 #include "zvps/status.h"
 #include "zvps/threshold.h"
 #include "zvps/types.h"

@@ -16,7 +16,10 @@ IN_CACHE = (256, 1024, 4096)
 LARGE = 4 << 20
 SHORT = range(1, 65)
 DIVISION_TARGET = 4
-PEERS = ("plain", "volk", "eigen", "std")
+PEERS = ("plain", "volk", "eigen", "openblas", "std", "table", "spandsp")
+FAMILIES = {"Convert": "conversions", "Threshold": "thresholds", "Win": "windows", "Goertz": "Goertzel",
+            "ALaw|MuLaw|Lin": "companding",
+            "Sum|Mean|StdDev|Norm|DotProd|Min|Max|CountInRange": "statistics"}
 
 
 class Results:
@@ -76,6 +79,15 @@ def is_in_cache(row):
     return "@" not in row and not is_division(row) and not is_fft(row)
 
 
+def kind(results, row):
+    for start, name in FAMILIES.items():
+        if re.match(start, row):
+            return name
+    if "Sfs" in row:
+        return "integers with scale factors"
+    return "initialisation" if "std" in results.times[row] else "floating point"
+
+
 def geometric_mean(values):
     return math.exp(sum(map(math.log, values)) / len(values))
 
@@ -90,11 +102,11 @@ def in_cache_table(results):
         return []
     peers = [peer for peer in PEERS if any(peer in results.times[row] for row in rows)]
     lines = ["In cache: the peer's time over ours, by length", ""]
-    lines.append(" " * 20 + "".join(peer.center(19) for peer in peers) + " least")
-    lines.append("row".ljust(20) + "".join(" ".join(cell(n, "{}", 5) for n in IN_CACHE) + "  " for _ in peers))
+    lines.append(" " * 24 + "".join(peer.center(19) for peer in peers) + " least")
+    lines.append("row".ljust(24) + "".join(" ".join(cell(n, "{}", 5) for n in IN_CACHE) + "  " for _ in peers))
     best = defaultdict(list)
     for row in rows:
-        line = row.ljust(20)
+        line = row.ljust(24)
         for peer in peers:
             line += " ".join(cell(results.ratio(row, peer, n), width=5) for n in IN_CACHE) + "  "
         least = [(ratio, peer, n) for n in IN_CACHE for ratio, peer in results.ratios(row, n)]
@@ -102,14 +114,12 @@ def in_cache_table(results):
             ratio, peer, n = min(least)
             line += f" {ratio:.2f} {peer} {n}" + (" <" if ratio < 0.98 else "")
         lines.append(line)
-        kind = ("integers with scale factors" if "Sfs" in row else
-                "initialisation" if "std" in results.times[row] else "floating point")
         for n in IN_CACHE:
             if results.ratios(row, n):
-                best[kind].append(min(results.ratios(row, n))[0])
+                best[kind(results, row)].append(min(results.ratios(row, n))[0])
     lines += ["", "Geometric mean against the best peer of each row and length:"]
-    for kind, ratios in best.items():
-        lines.append(f"  {kind:28}{geometric_mean(ratios):.3f}   ({len(ratios)} ratios, "
+    for name, ratios in best.items():
+        lines.append(f"  {name:28}{geometric_mean(ratios):.3f}   ({len(ratios)} ratios, "
                      f"{sum(ratio < 0.98 for ratio in ratios)} of them below 0.98)")
     lines.append(f"  {'all':28}{geometric_mean([ratio for ratios in best.values() for ratio in ratios]):.3f}")
     return lines

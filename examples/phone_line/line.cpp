@@ -40,10 +40,14 @@ void Line::run() {
 
 std::vector<bool> Line::clipped() const {
     using Limits = std::numeric_limits<Zvp16s>;
-    const auto atLimit = [](Zvp16s sample) { return sample == Limits::min() || sample == Limits::max(); };
+    std::vector<Zvp16s> lowest = digital_, highest = digital_;
+    for (const auto* stage : {&mixed_, &received_}) {
+        check(zvpsMinEvery_16s_I(stage->data(), lowest.data(), static_cast<Zvp32u>(lowest.size())));
+        check(zvpsMaxEvery_16s_I(stage->data(), highest.data(), static_cast<Zvp32u>(highest.size())));
+    }
     std::vector<bool> clipped(received_.size());
     for (size_t i = 0; i < clipped.size(); ++i)
-        clipped[i] = atLimit(digital_[i]) || atLimit(mixed_[i]) || atLimit(received_[i]);
+        clipped[i] = lowest[i] == Limits::min() || highest[i] == Limits::max();
     return clipped;
 }
 

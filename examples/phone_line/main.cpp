@@ -99,6 +99,13 @@ std::string strongestText(const Spectrum& spectrum) {
            " dBFS)";
 }
 
+std::string levelText(const Level& level) {
+    char mean[32];
+    std::snprintf(mean, sizeof mean, "%.4f", std::round(level.mean * 1e4) / 1e4 + 0.0); // + 0.0: no -0.0
+    return "peak " + amplitudeDecibels(level.peak) + " dBFS, level " + amplitudeDecibels(level.rms) +
+           " dBFS, crest factor " + amplitudeDecibels(level.crestFactor()) + " dB, mean " + mean;
+}
+
 void run(const Options& options) {
     const std::string wavName = options.output + ".wav", pngName = options.output + ".png";
     const Recording recording = readRecording(options.input, options.channel);
@@ -139,13 +146,11 @@ void run(const Options& options) {
                                         : ", mixed",
                 recording.signal.seconds(), recording.signal.length());
     if (band) std::fputs(bandText(*band, sent.rate).c_str(), stdout);
-    std::printf("before     peak %s dBFS, level %s dBFS\n", amplitudeDecibels(before.peak).c_str(),
-                amplitudeDecibels(before.rms).c_str());
+    std::printf("before     %s\n", levelText(before).c_str());
     std::printf("line       echo %.1f dB after %.0f ms (x %d / 2^%d), then gain %.1f dB (x %d / 2^%d), in 16 bits\n",
                 options.line.echo, options.line.echoDelay * 1000, line.echo().mantissa, line.echo().scale,
                 options.line.gain, line.gain().mantissa, line.gain().scale);
-    std::printf("after      peak %s dBFS, level %s dBFS, %s (%.2f %%)\n", amplitudeDecibels(after.peak).c_str(),
-                amplitudeDecibels(after.rms).c_str(), clippedText.c_str(),
+    std::printf("after      %s,\n           %s (%.2f %%)\n", levelText(after).c_str(), clippedText.c_str(),
                 100.0 * static_cast<double>(clippedCount) / sent.length());
     std::printf("accuracy   16 bits against floating point: signal to noise %s dB where nothing is clipped,\n"
                 "           largest error %.2f of a 16-bit step\n",

@@ -5,7 +5,6 @@
 #include <cmath>
 #include <cstdio>
 #include <limits>
-#include <numeric>
 
 namespace {
 std::string decibels(double value) {
@@ -16,12 +15,11 @@ std::string decibels(double value) {
 } // namespace
 
 Level measureLevel(const Signal& signal) {
-    std::vector<Zvp32f> work(signal.samples.size());
-    check(zvpsAbs_32f(signal.samples.data(), work.data(), signal.length()));
-    const double peak = *std::max_element(work.begin(), work.end());
-    check(zvpsSqr_32f_I(work.data(), signal.length()));
-    const double energy = std::accumulate(work.begin(), work.end(), 0.0);
-    return {peak, std::sqrt(energy / signal.length())};
+    Zvp32f peak, norm, mean;
+    check(zvpsNorm_Inf_32f(signal.samples.data(), signal.length(), &peak));
+    check(zvpsNorm_L2_32f(signal.samples.data(), signal.length(), &norm));
+    check(zvpsMean_32f(signal.samples.data(), signal.length(), &mean, 0));
+    return {peak, norm / std::sqrt(signal.length()), mean};
 }
 
 Noise measureNoise(const Signal& signal, const Signal& reference, const std::vector<bool>& excluded) {

@@ -9,6 +9,9 @@
 struct Level {
     double peak; // largest magnitude, full scale is 1
     double rms;
+    double mean;
+
+    double crestFactor() const { return rms > 0 ? peak / rms : 1; }
 };
 Level measureLevel(const Signal& signal);
 

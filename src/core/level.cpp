@@ -4,38 +4,28 @@
 
 namespace zvps {
 
-#define ZVPS_DECLARE_TABLES(level)                                                                                     \
-    namespace level {                                                                                                  \
-    extern const CompandingKernels compandingKernels;                                                                  \
-    extern const ConversionKernels conversionKernels;                                                                  \
-    extern const FftKernels<float> fft32fKernels;                                                                      \
-    extern const FftKernels<double> fft64fKernels;                                                                     \
-    extern const FilterKernels filterKernels;                                                                          \
-    extern const GoertzelKernels goertzelKernels;                                                                      \
-    extern const InitialisationKernels initialisationKernels;                                                          \
-    extern const ProductKernels productKernels;                                                                        \
-    extern const QuotientKernels quotientKernels;                                                                      \
-    extern const SpectrumKernels spectrumKernels;                                                                      \
-    extern const SumKernels sumKernels;                                                                                \
-    extern const ThresholdKernels thresholdKernels;                                                                    \
-    extern const WindowKernels windowKernels;                                                                          \
-    }
-ZVPS_DECLARE_TABLES(v2)
-ZVPS_DECLARE_TABLES(v3)
-ZVPS_DECLARE_TABLES(v4)
-#undef ZVPS_DECLARE_TABLES
+#define ZVPS_TABLE(type, slot, table) extern const type table;
+namespace v2 {
+ZVPS_KERNEL_TABLES(ZVPS_TABLE)
+}
+namespace v3 {
+ZVPS_KERNEL_TABLES(ZVPS_TABLE)
+}
+namespace v4 {
+ZVPS_KERNEL_TABLES(ZVPS_TABLE)
+}
+#undef ZVPS_TABLE
 
 namespace {
 
-#define ZVPS_TABLES(level)                                                                                             \
-    {                                                                                                                  \
-        &level::compandingKernels, &level::conversionKernels, &level::fft32fKernels, &level::fft64fKernels,            \
-            &level::filterKernels, &level::goertzelKernels, &level::initialisationKernels, &level::productKernels,     \
-            &level::quotientKernels, &level::spectrumKernels, &level::sumKernels, &level::thresholdKernels,            \
-            &level::windowKernels,                                                                                     \
-    }
-constexpr Kernels levels[] = {ZVPS_TABLES(v2), ZVPS_TABLES(v3), ZVPS_TABLES(v4)};
-#undef ZVPS_TABLES
+#define ZVPS_V2(type, slot, table) &v2::table,
+#define ZVPS_V3(type, slot, table) &v3::table,
+#define ZVPS_V4(type, slot, table) &v4::table,
+constexpr Kernels levels[] = {
+    {ZVPS_KERNEL_TABLES(ZVPS_V2)},
+    {ZVPS_KERNEL_TABLES(ZVPS_V3)},
+    {ZVPS_KERNEL_TABLES(ZVPS_V4)},
+};
 
 // Early among the constructors, so that those of a program that links statically find the level chosen.
 [[gnu::constructor(101)]] void chooseLevel() {

@@ -5,33 +5,48 @@ namespace zvps {
 
 struct CompandingKernels;
 struct ConversionKernels;
+struct DotKernels;
+struct ExtremesKernels;
 struct FilterKernels;
 struct GoertzelKernels;
 struct InitialisationKernels;
+struct LogKernels;
+struct NormKernels;
 struct ProductKernels;
 struct QuotientKernels;
 struct SpectrumKernels;
 struct SumKernels;
 struct ThresholdKernels;
+struct TotalKernels;
 struct WindowKernels;
 template <class T>
 struct FftKernels;
 
-// One table of function pointers per family.
+// One table of function pointers per family: its type, its slot, and its name in the namespace of a level.
+#define ZVPS_KERNEL_TABLES(X)                                                                                          \
+    X(CompandingKernels, companding, compandingKernels)                                                                \
+    X(ConversionKernels, conversions, conversionKernels)                                                               \
+    X(DotKernels, dots, dotKernels)                                                                                    \
+    X(ExtremesKernels, extremes, extremesKernels)                                                                      \
+    X(FftKernels<float>, fft32f, fft32fKernels)                                                                        \
+    X(FftKernels<double>, fft64f, fft64fKernels)                                                                       \
+    X(FilterKernels, filters, filterKernels)                                                                           \
+    X(GoertzelKernels, goertzel, goertzelKernels)                                                                      \
+    X(InitialisationKernels, initialisation, initialisationKernels)                                                    \
+    X(LogKernels, logarithms, logKernels)                                                                              \
+    X(NormKernels, norms, normKernels)                                                                                 \
+    X(ProductKernels, products, productKernels)                                                                        \
+    X(QuotientKernels, quotients, quotientKernels)                                                                     \
+    X(SpectrumKernels, spectra, spectrumKernels)                                                                       \
+    X(SumKernels, sums, sumKernels)                                                                                    \
+    X(ThresholdKernels, thresholds, thresholdKernels)                                                                  \
+    X(TotalKernels, totals, totalKernels)                                                                              \
+    X(WindowKernels, windows, windowKernels)
+
 struct Kernels {
-    const CompandingKernels* companding;
-    const ConversionKernels* conversions;
-    const FftKernels<float>* fft32f;
-    const FftKernels<double>* fft64f;
-    const FilterKernels* filters;
-    const GoertzelKernels* goertzel;
-    const InitialisationKernels* initialisation;
-    const ProductKernels* products;
-    const QuotientKernels* quotients;
-    const SpectrumKernels* spectra;
-    const SumKernels* sums;
-    const ThresholdKernels* thresholds;
-    const WindowKernels* windows;
+#define ZVPS_SLOT(type, slot, table) const type* slot;
+    ZVPS_KERNEL_TABLES(ZVPS_SLOT)
+#undef ZVPS_SLOT
 };
 
 enum class Level { v2, v3, v4 };

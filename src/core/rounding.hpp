@@ -11,7 +11,7 @@ using Element = hn::TFromD<D>;
 template <class T>
 inline constexpr int kBits = static_cast<int>(8 * sizeof(T));
 
-// v in the lanes of D, the same number of them, the value unchanged (16s to 32f through 32s).
+// v in the lanes of D, the same number of them, the value unchanged (16s to 32f and 64s through 32s).
 template <class D, class V>
 HWY_INLINE auto widened(D d, V v) {
     using From = hn::TFromV<V>;
@@ -20,6 +20,8 @@ HWY_INLINE auto widened(D d, V v) {
         return v;
     } else if constexpr (std::is_same_v<To, double> && std::is_integral_v<From> && sizeof(From) <= 4) {
         return hn::PromoteTo(d, widened(hn::Rebind<int32_t, D>(), v));
+    } else if constexpr (std::is_same_v<To, int64_t> && sizeof(From) == 2) {
+        return hn::PromoteTo(d, hn::PromoteTo(hn::Rebind<int32_t, D>(), v));
     } else if constexpr (std::is_floating_point_v<To> && std::is_integral_v<From>) {
         return hn::ConvertTo(d, widened(hn::RebindToSigned<D>(), v));
     } else {

@@ -49,6 +49,15 @@ using Lanes = hn::Simd<T, N, 0>;
 template <class T, size_t N>
 using Vec = hn::Vec<Lanes<T, N>>;
 
+// step(0), ..., step(count - 1), unrolled: so that g++ keeps arrays of vectors in registers.
+template <size_t count, class Step>
+HWY_INLINE void repeat(Step step) {
+    if constexpr (count != 0) {
+        repeat<count - 1>(step);
+        step(count - 1);
+    }
+}
+
 // ---- Partial vectors ----
 
 // The first n < N elements, zeros behind them; touches nothing beyond them.
@@ -104,6 +113,11 @@ template <class Op, class = void>
 inline constexpr bool isLight = false;
 template <class Op>
 inline constexpr bool isLight<Op, std::void_t<decltype(Op::kLight)>> = Op::kLight;
+// A light one that shuffles its results stores them whole: taking halves is a shuffle more.
+template <class Op, class = void>
+inline constexpr bool storesHalves = isLight<Op>;
+template <class Op>
+inline constexpr bool storesHalves<Op, std::void_t<decltype(Op::kShuffles)>> = isLight<Op> && !Op::kShuffles;
 
 template <class V, class D, class T>
 HWY_INLINE void streamVectors(V v, D d, T* p) {
@@ -240,8 +254,12 @@ struct Duplicated {
 
 // From here on a misaligned destination is worth a separate first vector.
 inline constexpr size_t kAlignFromBytes = 1024;
-// From here on, counting all vectors, a result has left the caches before anyone can read it: written past them.
-inline constexpr size_t kStreamFromBytes = size_t{24} << 20;
+// A result that has left the caches before anyone can read it is written past them. That saves reading its memory but
+// is slower while the caches take part in the writing, all the longer the less there is to read: measured, it pays once
+// what is written and four times what is read come to this. Copies and fills: from 12 and 60 MiB on.
+inline constexpr size_t kStreamFromBytes = size_t{60} << 20;
+template <class T, class... Sources>
+inline constexpr size_t kStreamFrom = kStreamFromBytes / (sizeof(T) + ... + (4 * Sources::kReadBytes));
 
 constexpr size_t larger(size_t a, size_t b) {
     return a < b ? b : a;
@@ -259,8 +277,8 @@ HWY_INLINE auto loadVectors(const Source& source, size_t i) {
     if constexpr (kVectors == 1) {
         return source.template load<N>(i);
     } else {
-        const auto lower = source.template load<N>(i);
-        return Two<std::remove_const_t<decltype(lower)>>{lower, source.template load<N>(i + N)};
+        // Not by way of a local variable: g++ takes copies of structures through memory.
+        return Two<decltype(source.template load<N>(i))>{source.template load<N>(i), source.template load<N>(i + N)};
     }
 }
 template <size_t kVectors, size_t N, class Source>
@@ -279,7 +297,6 @@ template <size_t kPeriod, size_t kVectors, size_t N, class Op, class T, class...
 HWY_NOINLINE Op mapLong(Op op, T* dst, size_t n, Sources... sources) {
     constexpr size_t kBytes = N * sizeof(T);
     constexpr size_t kStep = kVectors * N;
-    constexpr size_t kStreamFrom = kStreamFromBytes / (sizeof(T) + ... + Sources::kReadBytes);
     const Lanes<T, N> d;
     const size_t last = n - kStep;
     const auto tail = op(d, loadVectors<kVectors, N>(sources, last)...);
@@ -288,10 +305,10 @@ HWY_NOINLINE Op mapLong(Op op, T* dst, size_t n, Sources... sources) {
     const size_t lead = N - beyond / sizeof(T);
     const bool canAlign = beyond % sizeof(T) == 0 && lead % kPeriod == 0;
     size_t i = canAlign ? lead : kStep;
-    const bool toCache = n < kStreamFrom || !canAlign || (sources.startsAt(dst) || ...);
+    const bool toCache = n < kStreamFrom<T, Sources...> || !canAlign || (sources.startsAt(dst) || ...);
     if (kBytes < 16 || toCache) {
         for (; i < last; i += kStep) {
-            storeVectors<isLight<Op>>(op(d, loadVectors<kVectors, N>(sources, i)...), d, dst + i);
+            storeVectors<storesHalves<Op>>(op(d, loadVectors<kVectors, N>(sources, i)...), d, dst + i);
         }
     } else {
         for (; i < last; i += kStep) {
@@ -299,8 +316,8 @@ HWY_NOINLINE Op mapLong(Op op, T* dst, size_t n, Sources... sources) {
         }
         hwy::FlushStream();
     }
-    storeVectors<isLight<Op>>(tail, d, dst + last);
-    storeVectors<isLight<Op>>(head, d, dst);
+    storeVectors<storesHalves<Op>>(tail, d, dst + last);
+    storeVectors<storesHalves<Op>>(head, d, dst);
     return op;
 }
 
@@ -310,9 +327,8 @@ HWY_INLINE void mapVectors(Op& op, T* dst, size_t n, const Sources&... sources) 
     constexpr size_t kStep = kVectors * N;
     const Lanes<T, N> d;
     constexpr size_t kAlignFrom = kAlignFromBytes / sizeof(T);
-    constexpr size_t kStreamFrom = kStreamFromBytes / (sizeof(T) + ... + Sources::kReadBytes);
     if (HWY_UNLIKELY(n >= kAlignFrom &&
-                     (reinterpret_cast<uintptr_t>(dst) % (N * sizeof(T)) != 0 || n >= kStreamFrom))) {
+                     (reinterpret_cast<uintptr_t>(dst) % (N * sizeof(T)) != 0 || n >= kStreamFrom<T, Sources...>))) {
         op = mapLong<kPeriod, kVectors, N>(op, dst, n, sources...);
         return;
     }
@@ -322,11 +338,11 @@ HWY_INLINE void mapVectors(Op& op, T* dst, size_t n, const Sources&... sources) 
     // Light operations at least once, which does no harm to a single vector and spares its branch to all.
     if (isLight<Op> || last != 0) {
         do {
-            storeVectors<isLight<Op>>(op(d, loadVectors<kVectors, N>(sources, i)...), d, dst + i);
+            storeVectors<storesHalves<Op>>(op(d, loadVectors<kVectors, N>(sources, i)...), d, dst + i);
             i += kStep;
         } while (i < last);
     }
-    storeVectors<isLight<Op>>(tail, d, dst + last);
+    storeVectors<storesHalves<Op>>(tail, d, dst + last);
 }
 
 // dst[i] = op(sources[i]...) for n lanes, with op called on vectors. kPeriod: 2 where lanes belong together in pairs.

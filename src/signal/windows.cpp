@@ -109,7 +109,9 @@ ZvpStatus blackmanWithStep(const T* src, T* dst, int len, double alpha, double t
     window.scale = scale;
     if (len == 3) return applyToMiddle(slots, src, dst, window);
     // Beyond the optimum's parameter (as it is in single precision) the values pass through zero.
-    if (alpha >= optimalAlpha(len) * (1 + 1e-7) && alpha <= 1) splitChains<T>(window, len);
+    constexpr double kMostOptimalAlpha = -0.25; // of infinitely long windows
+    const bool rises = alpha >= kMostOptimalAlpha || alpha >= optimalAlpha(len) * (1 + 1e-7);
+    if (rises && alpha <= 1) splitChains<T>(window, len);
     return apply(slots, src, dst, len, window);
 }
 

@@ -10,15 +10,6 @@ inline constexpr size_t kDoubles = kVectorBytes / sizeof(double);
 using DoubleLanes = Lanes<double, kDoubles>;
 using Doubles = Vec<double, kDoubles>;
 
-// step(0), ..., step(count - 1), unrolled: so that g++ keeps arrays of vectors in registers.
-template <size_t count, class Step>
-HWY_INLINE void repeat(Step step) {
-    if constexpr (count != 0) {
-        repeat<count - 1>(step);
-        step(count - 1);
-    }
-}
-
 // Consecutive window values.
 template <size_t N>
 struct Block {

@@ -83,39 +83,55 @@ template <class Law>
 struct Expand {
     template <class D, class V>
     HWY_INLINE auto operator()(D d, V codes) const {
-        const hn::RebindToUnsigned<D> du;
-        using Lane = Element<decltype(du)>;
-        const auto code = hn::Xor(hn::PromoteTo(du, codes), hn::Set(du, Lane{Law::kInverted}));
-        const auto sign = hn::And(code, hn::Set(du, Lane{0x80}));
-        const auto isNegative = hn::RebindMask(d, hn::Eq(sign, hn::Set(du, Lane{Law::kNegative})));
-        const auto value = magnitude(d, code);
-        return hn::IfThenElse(isNegative, hn::Sub(hn::Zero(d), value), value);
+        return value(d, hn::PromoteTo(hn::RebindToUnsigned<D>(), uninverted(codes)));
     }
 
   private:
-    template <class D, class V>
-    static HWY_INLINE auto magnitude(D d, V code) {
+    // With bit 7 as the sign.
+    template <class V>
+    static HWY_INLINE V uninverted(V codes) {
+        const auto flipped = hn::Set(hn::DFromV<V>(), uint8_t{Law::kInverted | 0x80});
+        // All bits: not by exclusive or, of which g++ makes an instruction that waits for its target's last value.
+        if constexpr ((Law::kInverted | 0x80) == 0xFF) return hn::SaturatedSub(flipped, codes);
+        return hn::Xor(codes, flipped);
+    }
+
+    // Single precision: segment and step are exponent and mantissa of the interval's middle.
+    template <size_t N, class V>
+    static HWY_INLINE auto value(Lanes<float, N> d, V code) {
         const hn::DFromV<V> du;
-        if constexpr (std::is_floating_point_v<Element<D>>) {
-            // Segment and step are exponent and mantissa of the interval's middle.
-            const auto place = hn::And(code, hn::Set(du, 0x7Fu));
-            constexpr uint32_t kFirstExponent = 127 - 8;
-            const auto middle =
-                hn::BitCast(d, hn::Add(hn::ShiftLeft<19>(place), hn::Set(du, kFirstExponent << 23 | 1u << 18)));
-            if constexpr (Law::kBias != 0) {
-                return hn::Sub(middle, hn::Set(d, static_cast<float>(Law::kBias << Law::kHalfStepShift) * 0x1p-15f));
-            } else {
-                // Below 2^-7, where the second segment begins, the first one goes on with the same step.
-                return hn::Min(middle, hn::Sub(hn::Add(middle, middle), hn::Set(d, 0x1p-7f)));
-            }
+        constexpr uint32_t kFirstMiddle = (127 - 8) << 23 | 1 << 18;
+        const auto negative = hn::Set(du, 0x80000000u);
+        const auto top = hn::ShiftLeft<24>(code);
+        if constexpr (Law::kBias != 0) {
+            // By an arithmetic shift the sign stays where it is.
+            const Lanes<int32_t, N> di;
+            const auto shifted = hn::BitCast(du, hn::ShiftRight<5>(hn::BitCast(di, top)));
+            const auto place = hn::And(shifted, hn::Set(du, 0x80000000u | 0x7Fu << 19));
+            const auto middle = hn::Add(place, hn::Set(du, kFirstMiddle));
+            const auto bias = hn::Set(d, static_cast<float>(Law::kBias << Law::kHalfStepShift) * 0x1p-15f);
+            return hn::Sub(hn::BitCast(d, middle), hn::BitCast(d, hn::OrAnd(hn::BitCast(du, bias), middle, negative)));
         } else {
-            const auto segment =
-                hn::Or(hn::And(hn::ShiftRight<4>(code), hn::Set(du, uint16_t{7})), hn::Set(du, uint16_t{0x8000}));
-            const auto step = hn::And(code, hn::Set(du, uint16_t{15}));
-            const auto halfSteps =
-                hn::Mul(hn::Add(hn::Add(step, step), lookUp(Law::kFirsts, segment)), lookUp(Law::kWidths, segment));
-            return hn::BitCast(d, hn::ShiftLeft<Law::kHalfStepShift>(hn::Sub(halfSteps, hn::Set(du, Law::kBias))));
+            const auto place = hn::And(hn::ShiftLeft<19>(code), hn::Set(du, 0x7Fu << 19));
+            const auto middle = hn::BitCast(d, hn::Add(place, hn::Set(du, kFirstMiddle)));
+            // Below 2^-7, where the second segment begins, the first one goes on with the same step. All exact.
+            const auto value = hn::Min(middle, hn::MulSub(middle, hn::Set(d, 2.0f), hn::Set(d, 0x1p-7f)));
+            return hn::BitCast(d, hn::OrAnd(hn::BitCast(du, value), top, negative));
         }
+    }
+
+    template <size_t N, class V>
+    static HWY_INLINE auto value(Lanes<int16_t, N> d, V code) {
+        const hn::DFromV<V> du;
+        const auto isNegative = hn::RebindMask(d, hn::Gt(code, hn::Set(du, uint16_t{0x7F})));
+        const auto segment =
+            hn::Or(hn::And(hn::ShiftRight<4>(code), hn::Set(du, uint16_t{7})), hn::Set(du, uint16_t{0x8000}));
+        const auto step = hn::And(code, hn::Set(du, uint16_t{15}));
+        const auto halfSteps =
+            hn::Mul(hn::Add(hn::Add(step, step), lookUp(Law::kFirsts, segment)), lookUp(Law::kWidths, segment));
+        const auto magnitude =
+            hn::BitCast(d, hn::ShiftLeft<Law::kHalfStepShift>(hn::Sub(halfSteps, hn::Set(du, Law::kBias))));
+        return hn::IfThenElse(isNegative, hn::Sub(hn::Zero(d), magnitude), magnitude);
     }
 };
 

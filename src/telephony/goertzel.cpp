@@ -1,6 +1,7 @@
 #include "zvps/goertzel.h"
 
 #include "core/checks.hpp"
+#include "core/elements.hpp"
 #include "core/level.hpp"
 #include "telephony/goertzel.table.hpp"
 
@@ -35,30 +36,31 @@ Rotation squared(Rotation r) {
     return {r.re * r.re - r.im * r.im, 2 * r.re * r.im};
 }
 
-GoertzelRotations rotations(double frequency) {
+// Those that a transform of n elements takes.
+GoertzelRotations rotations(double frequency, size_t n) {
     // Powers of two times the frequency are exact.
     const auto power = [&](int log2) {
         const double turns = std::ldexp(frequency, log2);
         return rotation(turns - std::floor(turns));
     };
-    GoertzelRotations result;
+    GoertzelRotations result{};
     result.joins[0] = power(0);
     for (int k = 1; k < kGoertzelChainsLog2; ++k)
         result.joins[k] = squared(result.joins[k - 1]);
-    result.chain = power(kGoertzelChainsLog2);
-    result.block = power(kGoertzelBlockLog2);
+    if (n > size_t{1} << kGoertzelChainsLog2) result.chain = power(kGoertzelChainsLog2);
+    if (n > size_t{1} << kGoertzelBlockLog2) result.block = power(kGoertzelBlockLog2);
     return result;
 }
 
-template <class Part>
-Part storedPart(double v, int scaleFactor) {
-    if constexpr (std::is_integral_v<Part>) {
-        using Limits = std::numeric_limits<Part>;
+template <class P>
+P storedPart(double v, int scaleFactor) {
+    if constexpr (std::is_integral_v<P>) {
+        using Limits = std::numeric_limits<P>;
         // No sum is beyond 2^47 or, but for 0, below the normal numbers: more places change no result.
         const double scaled = std::nearbyint(std::ldexp(v, -std::clamp(scaleFactor, -1100, 1100)));
-        return static_cast<Part>(std::clamp<double>(scaled, Limits::min(), Limits::max()));
+        return static_cast<P>(std::clamp<double>(scaled, Limits::min(), Limits::max()));
     } else {
-        return static_cast<Part>(v);
+        return static_cast<P>(v);
     }
 }
 
@@ -73,18 +75,15 @@ ZvpStatus goertzel(Kernel kernel, const T* src, int len, Value* val, const Frequ
                    int scaleFactor = 0) {
     if (const ZvpStatus status = checkVectors(len, src, val, frequencies)) return status;
     if (!std::all_of(frequencies, frequencies + count, isRelativeFrequency<Frequency>)) return zvpStsBadRelFreq;
-    Value results[2];
+    const auto n = static_cast<size_t>(len);
+    GoertzelRotations each[2];
+    std::transform(frequencies, frequencies + count, each, [n](Frequency f) { return rotations(f, n); });
+    double values[4];
+    kernel(parts(src), n, each, count, values);
     for (int i = 0; i < count; ++i) {
-        double value[2];
-        using Part = decltype(Value::re);
-        if constexpr (std::is_same_v<T, Value>) {
-            kernel(&src->re, static_cast<size_t>(len), rotations(frequencies[i]), value);
-        } else {
-            kernel(src, static_cast<size_t>(len), rotations(frequencies[i]), value);
-        }
-        results[i] = {storedPart<Part>(value[0], scaleFactor), storedPart<Part>(value[1], scaleFactor)};
+        using P = Part<Value>;
+        val[i] = {storedPart<P>(values[2 * i], scaleFactor), storedPart<P>(values[2 * i + 1], scaleFactor)};
     }
-    std::copy_n(results, count, val);
     return zvpStsOk;
 }
 

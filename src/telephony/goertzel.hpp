@@ -1,5 +1,6 @@
-// The Fourier transform at one frequency: many interleaved recurrences of first order, which neither lose accuracy near
-// frequency 0 nor drift, joined by a tree. Products and sums are rounded one by one, for equal bits on all levels.
+// The Fourier transform at one frequency or two: many interleaved recurrences of first order, which neither lose
+// accuracy near frequency 0 nor drift, joined by a tree. Products and sums are rounded one by one, for equal bits on
+// all levels.
 #pragma once
 
 #include "core/rounding.hpp"
@@ -102,27 +103,36 @@ struct ComplexChains {
     }
 };
 
-// Sums of a block of n parts at p by the chains that begin at p[first], kGroup vectors of them, last elements first.
-template <class Chains, size_t kGroup, class T, class Factor>
-HWY_INLINE void sumBlock(Chains (&chains)[kGroup], const T* p, size_t first, size_t n, const Factor& rotation) {
+// Sums of a block of n parts at p by the chains that begin at p[first], kGroup vectors of them for each frequency, last
+// elements first.
+template <class Chains, size_t kCount, size_t kGroup, class T, class Factor>
+HWY_INLINE void sumBlock(Chains (&chains)[kCount][kGroup], const T* p, size_t first, size_t n,
+                         const Factor (&rotations)[kCount]) {
     constexpr size_t kStep = kChains * Chains::kParts;
     size_t i = (n - 1) / kStep * kStep + first;
     for (size_t v = 0; v < kGroup; ++v) {
-        chains[v].clear();
-        chains[v].add(loadUpTo(p, i + v * kDoubles, n));
+        const Doubles last = loadUpTo(p, i + v * kDoubles, n);
+        for (size_t f = 0; f < kCount; ++f) {
+            chains[f][v].clear();
+            chains[f][v].add(last);
+        }
     }
     while (i != first) {
         i -= kStep;
 #pragma GCC unroll 16
         for (size_t v = 0; v < kGroup; ++v) {
-            chains[v].rotate(rotation);
-            chains[v].add(toDoubles<T>(hn::LoadU(Lanes<T, kDoubles>(), p + i + v * kDoubles)));
+            const Doubles elements = toDoubles<T>(hn::LoadU(Lanes<T, kDoubles>(), p + i + v * kDoubles));
+#pragma GCC unroll 2
+            for (size_t f = 0; f < kCount; ++f) {
+                chains[f][v].rotate(rotations[f]);
+                chains[f][v].add(elements);
+            }
         }
     }
 }
 
 // The sum over all chains j of rotation^j times the chain, real parts first.
-inline void joinChains(double* re, double* im, const Rotation* joins, double* value) {
+inline void joinChains(double* __restrict re, double* __restrict im, const Rotation* joins, double* value) {
     size_t half = kChains / 2;
     for (int level = kGoertzelChainsLog2; level-- > 0; half /= 2) {
         const Rotation r = joins[level];
@@ -137,32 +147,50 @@ inline void joinChains(double* re, double* im, const Rotation* joins, double* va
     value[1] = im[0];
 }
 
-template <class Chains, class T>
-void goertzel(const T* src, size_t n, const GoertzelRotations& rotations, double* value) {
-    constexpr size_t kGroup = kRegisters / Chains::kPlanes;
+template <size_t kCount, class Chains, class T>
+HWY_INLINE void transform(const T* src, size_t n, const GoertzelRotations* rotations, double* values) {
+    constexpr size_t kGroup = kRegisters / Chains::kPlanes / kCount;
     constexpr size_t kParts = Chains::kParts;
-    const auto chainRotation = Chains::broadcast(rotations.chain);
-    const auto blockRotation = Chains::broadcast(rotations.block);
-    alignas(64) double sums[2 * kChains] = {};
+    using Factor = decltype(Chains::broadcast(Rotation()));
+    Factor chainRotations[kCount];
+    Factor blockRotations[kCount];
+    for (size_t f = 0; f < kCount; ++f) {
+        chainRotations[f] = Chains::broadcast(rotations[f].chain);
+        blockRotations[f] = Chains::broadcast(rotations[f].block);
+    }
+    alignas(64) double sums[kCount][2 * kChains] = {};
     for (size_t begin = (n - 1) / kBlock * kBlock;; begin -= kBlock) {
         const size_t parts = (n - begin < kBlock ? n - begin : kBlock) * kParts;
         for (size_t g = 0; g < kChains * kParts; g += kGroup * kDoubles) {
-            Chains chains[kGroup];
-            sumBlock(chains, src + begin * kParts, g, parts, chainRotation);
-            for (size_t v = 0; v < kGroup; ++v) {
-                double* sum = sums + g + v * kDoubles;
-                Chains later;
-                later.load(sum);
-                later.rotate(blockRotation);
-                later.add(chains[v]);
-                later.store(sum);
+            Chains chains[kCount][kGroup];
+            sumBlock(chains, src + begin * kParts, g, parts, chainRotations);
+            for (size_t f = 0; f < kCount; ++f) {
+                for (size_t v = 0; v < kGroup; ++v) {
+                    double* sum = sums[f] + g + v * kDoubles;
+                    Chains later;
+                    later.load(sum);
+                    later.rotate(blockRotations[f]);
+                    later.add(chains[f][v]);
+                    later.store(sum);
+                }
             }
         }
         if (begin == 0) break;
     }
-    alignas(64) double parts[2 * kChains];
-    Chains::split(sums, parts);
-    joinChains(parts, parts + kChains, rotations.joins, value);
+    for (size_t f = 0; f < kCount; ++f) {
+        alignas(64) double parts[2 * kChains];
+        Chains::split(sums[f], parts);
+        joinChains(parts, parts + kChains, rotations[f].joins, values + 2 * f);
+    }
+}
+
+template <class Chains, class T>
+void goertzel(const T* src, size_t n, const GoertzelRotations* rotations, int count, double* values) {
+    if (count == 1) {
+        transform<1, Chains>(src, n, rotations, values);
+    } else {
+        transform<2, Chains>(src, n, rotations, values);
+    }
 }
 
 } // namespace zvps::ZVPS_LEVEL

@@ -31,9 +31,9 @@ struct GoertzelRotations {
     Rotation block;
 };
 
-// The transform of n elements into value[0] (real) and value[1] (imaginary part).
+// The transforms of n elements at one frequency or two into `values`, real parts before imaginary ones.
 template <class T>
-using GoertzelKernel = void (*)(const T* src, size_t n, const GoertzelRotations& rotations, double* value);
+using GoertzelKernel = void (*)(const T* src, size_t n, const GoertzelRotations* rotations, int count, double* values);
 
 struct GoertzelKernels {
 #define ZVPS_SLOT(slot, type, parts) GoertzelKernel<type> slot;

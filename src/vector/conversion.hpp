@@ -14,16 +14,27 @@ struct Several {
     V v[R];
 };
 
+// make(0), ..., make(R - 1). No loop: where it is unlikely to run, g++ leaves it a loop, and the vectors in memory.
+template <size_t R, class Make>
+HWY_INLINE auto several(Make make) {
+    static_assert(R == 1 || R == 2 || R == 4);
+    using Result = Several<decltype(make(0)), R>;
+    if constexpr (R == 1) {
+        return Result{{make(0)}};
+    } else if constexpr (R == 2) {
+        return Result{{make(0), make(1)}};
+    } else {
+        return Result{{make(0), make(1), make(2), make(3)}};
+    }
+}
+
 template <class V, class Function>
 HWY_INLINE auto forEach(const V& v, Function function) {
     return function(v);
 }
 template <class V, size_t R, class Function>
-HWY_INLINE auto forEach(const Several<V, R>& several, Function function) {
-    Several<decltype(function(several.v[0])), R> result;
-    for (size_t r = 0; r < R; ++r)
-        result.v[r] = function(several.v[r]);
-    return result;
+HWY_INLINE auto forEach(const Several<V, R>& list, Function function) {
+    return several<R>([&](size_t r) HWY_ATTR { return function(list.v[r]); });
 }
 
 template <class Source>
@@ -35,10 +46,7 @@ struct InParts {
     template <size_t N>
     HWY_INLINE auto load(size_t i) const {
         constexpr size_t kLanes = kVectorBytes / Source::kLaneBytes;
-        Several<decltype(source.template load<kLanes>(0)), N / kLanes> result;
-        for (size_t r = 0; r < N / kLanes; ++r)
-            result.v[r] = source.template load<kLanes>(i + r * kLanes);
-        return result;
+        return several<N / kLanes>([&](size_t r) HWY_ATTR { return source.template load<kLanes>(i + r * kLanes); });
     }
     HWY_INLINE bool startsAt(const void* address) const { return source.startsAt(address); }
 };
@@ -386,28 +394,33 @@ HWY_INLINE auto narrowed(D d, const Several<V, 4>& several) {
 // cannot represent, which is right for large negative numbers, and 0 after unsigned saturation.
 template <class Limits, ZvpRoundMode mode, bool kTwice, class F>
 struct RoundTo {
+    // Whether a result that needs care can be told from others: tested at once for two vectors.
+    static constexpr bool kTakesTwo =
+        sizeof(F) == 4 && (std::is_same_v<Limits, Range<int8_t>> || std::is_same_v<Limits, Range<int16_t>> ||
+                           std::is_same_v<Limits, Range<int32_t>>);
+
     F factor;
     F second;
 
     template <class D, class V>
     HWY_INLINE auto operator()(D d, const V& v) const {
-        if constexpr (kFindsUnfit) {
-            const auto result = narrowed(d, forEach(v, [this](auto one) HWY_ATTR {
-                                             const hn::DFromV<decltype(one)> df;
-                                             return rounded32(df, scaled(df, one));
-                                         }));
-            const auto least = hn::Set(d, Limits::kLeast);
-            if (HWY_LIKELY(hn::AllFalse(d, hn::Eq(result, least)))) return result;
-        }
         return narrowed(d, forEach(v, [this](auto one) HWY_ATTR { return integers(one); }));
+    }
+    template <class D, class V>
+    HWY_INLINE auto operator()(D d, const Two<V>& v) const {
+        const auto lower = withoutCare(d, v.lower);
+        const auto upper = withoutCare(d, v.upper);
+        Two<std::remove_const_t<decltype(lower)>> result{lower, upper};
+        const auto least = hn::Set(d, Limits::kLeast);
+        if (HWY_UNLIKELY(!hn::AllFalse(d, hn::Eq(hn::Min(lower, upper), least)))) {
+            result.lower = (*this)(d, v.lower);
+            result.upper = (*this)(d, v.upper);
+        }
+        return result;
     }
 
   private:
     static constexpr F kMost = static_cast<F>(Limits::kMost);
-    // A result of the least signed integer may come from a number that a conversion cannot represent: without one, the
-    // limits and NaNs need no care. Per vector of 32 bits the test costs more than it saves.
-    static constexpr bool kFindsUnfit =
-        sizeof(F) == 4 && (std::is_same_v<Limits, Range<int8_t>> || std::is_same_v<Limits, Range<int16_t>>);
     // Whether conversion and narrowing by themselves give 0 for a negative number, and so for a NaN.
     static constexpr bool kUnsigned = Limits::kLeast == 0;
 
@@ -416,6 +429,15 @@ struct RoundTo {
         const V once = hn::Mul(v, hn::Set(d, factor));
         if constexpr (kTwice) return hn::Mul(once, hn::Set(d, second));
         return once;
+    }
+    // A result of the least signed integer may come from a number that a conversion cannot represent: without one, the
+    // limits and NaNs need no care.
+    template <class D, class V>
+    HWY_INLINE auto withoutCare(D d, const V& v) const {
+        return narrowed(d, forEach(v, [this](auto one) HWY_ATTR {
+                            const hn::DFromV<decltype(one)> df;
+                            return rounded32(df, scaled(df, one));
+                        }));
     }
     template <class V>
     HWY_INLINE auto integers(V v) const {

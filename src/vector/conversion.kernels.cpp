@@ -7,11 +7,9 @@ namespace zvps::ZVPS_LEVEL {
 namespace {
 
 struct Value {
-    template <class D>
-    HWY_INLINE auto operator()(D d, const Several<Vec<double, kLanes32 / 2>, 2>& v) const {
-        const hn::Half<D> half;
-        return hn::Combine(d, hn::DemoteTo(half, v.v[1]), hn::DemoteTo(half, v.v[0]));
-    }
+    static constexpr bool kLight = true;
+    static constexpr bool kShuffles = true;
+
     template <class D, class V>
     HWY_INLINE auto operator()(D d, V v) const {
         using From = hn::TFromV<V>;
@@ -24,24 +22,24 @@ struct Value {
             return widened(d, v);
         }
     }
+    template <class D, class V>
+    HWY_INLINE auto operator()(D d, Two<V> v) const {
+        return Two<hn::Vec<D>>{(*this)(d, v.lower), (*this)(d, v.upper)};
+    }
 };
 
 template <class Source, class S, class D>
 ZvpStatus convert(const S* src, D* dst, size_t n) {
     Value op;
-    if constexpr (sizeof(D) < sizeof(S)) {
-        constexpr size_t N = kVectorBytes / sizeof(D);
-        if (n >= N) {
-            mapVectors<1, 1, N>(op, dst, n, InParts<Source>{Source{src}});
-            return zvpStsOk;
-        }
-    }
-    map(op, dst, n, Source{src});
+    map<1, 1, sizeof(D) < sizeof(S) ? 2 : 1>(op, dst, n, Source{src});
     return zvpStsOk;
 }
 
 template <class D>
 struct ScaledValue {
+    static constexpr bool kLight = true;
+    static constexpr bool kShuffles = true;
+
     D factor;
 
     template <class Tag, class V>
@@ -63,6 +61,8 @@ HWY_INLINE void narrow(Op op, D* dst, size_t n, const Source& source) {
     constexpr size_t N = kVectorBytes / sizeof(D);
     if constexpr (std::is_same_v<Limits, Range24s> || std::is_same_v<Limits, Range24u>) {
         mapTo24(op, dst, n, source);
+    } else if (Op::kTakesTwo && n >= 2 * N) {
+        if constexpr (Op::kTakesTwo) mapVectors<1, 2, N>(op, dst, n, InParts<Source>{source});
     } else if (n >= N && sizeof(D) < 4) {
         mapVectors<1, 1, N>(op, dst, n, InParts<Source>{source});
     } else {
@@ -74,6 +74,10 @@ enum class Shift { none, down, up };
 
 template <class Limits, Shift direction>
 struct Shifted {
+    static constexpr bool kTakesTwo = false;
+    static constexpr bool kLight = direction == Shift::none;
+    static constexpr bool kShuffles = true;
+
     int shift;
 
     template <class D, class V>

@@ -104,11 +104,41 @@ HWY_INLINE V timesConjugate(D d, V x, V y) {
     return hn::OddEven(hn::Sub(direct, crossed), hn::Add(direct, crossed));
 }
 
+// Even and odd lanes of two vectors, within blocks of 16 bytes, so that interleaving blocks is the way back.
+template <class V>
+HWY_INLINE V evenOf(Two<V> v) {
+    if constexpr (sizeof(hn::TFromV<V>) == 4) {
+        return V{ZVPS_INTRINSIC(shuffle_ps)(v.lower.raw, v.upper.raw, 0x88)};
+    } else {
+        return V{ZVPS_INTRINSIC(unpacklo_pd)(v.lower.raw, v.upper.raw)};
+    }
+}
+template <class V>
+HWY_INLINE V oddOf(Two<V> v) {
+    if constexpr (sizeof(hn::TFromV<V>) == 4) {
+        return V{ZVPS_INTRINSIC(shuffle_ps)(v.lower.raw, v.upper.raw, 0xDD)};
+    } else {
+        return V{ZVPS_INTRINSIC(unpackhi_pd)(v.lower.raw, v.upper.raw)};
+    }
+}
+template <class V>
+HWY_INLINE Two<V> interleaved(V even, V odd) {
+    const hn::DFromV<V> d;
+    return {hn::InterleaveLower(d, even, odd), hn::InterleaveUpper(d, even, odd)};
+}
+
 // |y|^2 in both lanes of a pair
 template <class D, class V>
 HWY_INLINE V squaredModulus(D d, V y) {
     const V squares = hn::Mul(y, y);
     return hn::Add(squares, hn::Reverse2(d, squares));
+}
+// The same of two vectors, once for each pair.
+template <class V>
+HWY_INLINE V squaredModuli(Two<V> y) {
+    const V re = evenOf(y);
+    const V im = oddOf(y);
+    return hn::Add(hn::Mul(re, re), hn::Mul(im, im));
 }
 
 // All sums are exact in double. A divisor of 0 divides the dividend part by part.
@@ -286,7 +316,7 @@ class SingleQuotients {
     using Bits = hn::Vec<hn::RebindToSigned<D>>;
 
     HWY_INLINE SingleQuotients(D df, Two<V> divisor, Two<V> dividend)
-        : a(evenOf(dividend)), b(oddOf(dividend)), norm(squares(divisor)) {
+        : a(evenOf(dividend)), b(oddOf(dividend)), norm(squaredModuli(divisor)) {
         const V c = evenOf(divisor);
         const V d = oddOf(divisor);
         const V inverse = hn::Div(hn::Set(df, 1.0f), norm);
@@ -294,10 +324,7 @@ class SingleQuotients {
         im = hn::Mul(hn::Sub(hn::Mul(b, c), hn::Mul(a, d)), inverse);
     }
 
-    HWY_INLINE Two<V> pairs() const {
-        const D df;
-        return {hn::InterleaveLower(df, re, im), hn::InterleaveUpper(df, re, im)};
-    }
+    HWY_INLINE Two<V> pairs() const { return interleaved(re, im); }
 
     // Which results stand: those with the larger part of the quotient and the squared modulus within limits. Compared
     // as integers, which leaves the multipliers free: magnitudes are ordered like their bits.
@@ -348,20 +375,6 @@ class SingleQuotients {
 #else
         return hn::Max(hn::Abs(v), hn::Abs(w));
 #endif
-    }
-
-    // Within 128-bit blocks, so that interleaving blocks is the way back.
-    static HWY_INLINE V evenOf(Two<V> v) {
-        return V{ZVPS_INTRINSIC(shuffle_ps)(v.lower.raw, v.upper.raw, 0x88)};
-    }
-    static HWY_INLINE V oddOf(Two<V> v) {
-        return V{ZVPS_INTRINSIC(shuffle_ps)(v.lower.raw, v.upper.raw, 0xDD)};
-    }
-
-    static HWY_INLINE V squares(Two<V> v) {
-        const V re = evenOf(v);
-        const V im = oddOf(v);
-        return hn::Add(hn::Mul(re, re), hn::Mul(im, im));
     }
 };
 

@@ -23,6 +23,8 @@ HWY_INLINE auto isBeyond(V v, V level) {
 // Of floats, the minimum and the maximum are their second operand when one is a NaN or both are zeros.
 template <Side side, class T>
 struct Limit {
+    static constexpr bool kLight = true;
+
     T level;
 
     template <class D, class V>
@@ -34,6 +36,8 @@ struct Limit {
 
 template <Side side, class T>
 struct Replace {
+    static constexpr bool kLight = true;
+
     T level;
     T value;
 
@@ -45,6 +49,8 @@ struct Replace {
 
 template <class T>
 struct ReplaceBoth {
+    static constexpr bool kLight = true;
+
     Replace<Side::below, T> below;
     Replace<Side::above, T> above;
 
@@ -56,6 +62,8 @@ struct ReplaceBoth {
 
 template <Side side, class T>
 struct LimitMagnitude {
+    static constexpr bool kLight = true;
+
     T level;
 
     template <class D, class V>
@@ -74,28 +82,56 @@ struct LimitMagnitude {
 template <Side side, class T>
 class Magnitudes {
   public:
-    explicit Magnitudes(T level) : m_scale(inverseExponent(level)), m_level(level * m_scale) {}
+    explicit Magnitudes(T level) : m_scale(inverseExponent(level)), m_level(level * m_scale) {
+        constexpr T kFar = sizeof(T) == 4 ? T{0x1p100} : static_cast<T>(0x1p900);
+        if (level > std::numeric_limits<T>::max() / 2) {
+            m_far = side == Side::below ? std::numeric_limits<T>::infinity() : T{0};
+        } else {
+            m_far = side == Side::below ? 1 / kFar : kFar;
+        }
+        // Of (1 - x)^(-1/2) for |x| <= 0.07, to 25 places.
+        constexpr T kSeries[kTerms] = {T(0.49999828155561593), T(0.37499899760596744), T(0.31395609469709035),
+                                       T(0.27452941002773246)};
+        for (size_t i = 0; i < kTerms; ++i)
+            m_series[i] = m_level * kSeries[i];
+    }
 
-    // In both lanes of a pair.
+    // In both lanes of a pair; of two vectors, once for each pair.
     template <class D, class V>
     HWY_INLINE V squares(D d, V v) const {
         return squaredModulus(d, hn::Mul(v, hn::Set(d, m_scale)));
     }
     template <class D, class V>
+    HWY_INLINE V squares(D d, Two<V> v) const {
+        const V scale = hn::Set(d, m_scale);
+        return squaredModuli(Two<V>{hn::Mul(v.lower, scale), hn::Mul(v.upper, scale)});
+    }
+    template <class D, class V>
     HWY_INLINE auto areBeyond(D d, V squares) const {
         return isBeyond<side>(squares, hn::Set(d, m_level * m_level));
     }
-    // Magnitudes beyond the level, of which the squares are too far from it for the square root to be accurate.
+    // Magnitudes of which the squares are too far from the level for the square root to be accurate. Next to the type's
+    // largest number all are: rounding must not take a part beyond it.
     template <class D, class V>
     HWY_INLINE auto areFar(D d, V squares) const {
-        constexpr T kFar = sizeof(T) == 4 ? T{0x1p100} : static_cast<T>(0x1p900);
-        return isBeyond<side>(squares, hn::Set(d, side == Side::below ? 1 / kFar : kFar));
+        return isBeyond<side>(squares, hn::Set(d, m_far));
     }
     // level / magnitude
     template <class D, class V>
     HWY_INLINE V factors(D d, V squares) const {
         if constexpr (sizeof(T) == 4) {
-            return hn::Mul(hn::Set(d, m_level), inverseRoot(d, squares));
+            // The processors' estimates of the inverse square root differ, so this one starts from the bits: half the
+            // exponent, negated, to 3.5 %. A step of fifth order from there.
+            const hn::RebindToSigned<D> di;
+            const V estimate =
+                hn::BitCast(d, hn::Sub(hn::Set(di, 0x5F3759DF), hn::ShiftRight<1>(hn::BitCast(di, squares))));
+            const V ratio = hn::Mul(hn::Mul(squares, estimate), estimate);
+            const V error = hn::Sub(hn::Set(d, 1.0F), ratio);
+            V series = hn::Set(d, m_series[kTerms - 1]);
+            for (size_t i = kTerms - 1; i != 0; --i)
+                series = hn::Add(hn::Mul(series, error), hn::Set(d, m_series[i - 1]));
+            const V level = hn::Set(d, m_level);
+            return hn::Mul(estimate, hn::Add(hn::Mul(series, error), level));
         } else {
             return hn::Div(hn::Set(d, m_level), hn::Sqrt(squares));
         }
@@ -117,22 +153,12 @@ class Magnitudes {
         return scale;
     }
 
-    // v^(-1/2). The processors' estimates differ, so this one starts from the bits of v: half the exponent, negated,
-    // to 3.5 %; a step of third order to 2e-5, then Newton's.
-    template <class D, class V>
-    static HWY_INLINE V inverseRoot(D d, V v) {
-        const hn::RebindToSigned<D> di;
-        const V start = hn::BitCast(d, hn::Sub(hn::Set(di, 0x5F3759DF), hn::ShiftRight<1>(hn::BitCast(di, v))));
-        const V ratio = hn::Mul(hn::Mul(v, start), start);
-        const V correction =
-            hn::Sub(hn::Set(d, 1.875f), hn::Mul(ratio, hn::Sub(hn::Set(d, 1.25f), hn::Mul(ratio, hn::Set(d, 0.375f)))));
-        const V estimate = hn::Mul(start, correction);
-        const V half = hn::Mul(hn::Mul(hn::Mul(v, hn::Set(d, 0.5f)), estimate), estimate);
-        return hn::Mul(estimate, hn::Sub(hn::Set(d, 1.5f), half));
-    }
+    static constexpr size_t kTerms = 4;
 
     T m_scale;
     T m_level;
+    T m_far;
+    T m_series[kTerms]; // times the level
 };
 
 // (re, im) with the magnitude `level`, for any numbers but (0, 0); of an infinite element only which parts are infinite
@@ -157,42 +183,58 @@ HWY_INLINE void setMagnitude(T* pair, double level) {
 template <Side side, class T>
 class LimitComplex {
   public:
+    static constexpr size_t kVectors = 2;
+
     explicit LimitComplex(T level) : m_magnitudes(level), m_level(level) {}
 
     template <class D, class V>
-    HWY_INLINE V operator()(D d, V v) const {
+    HWY_INLINE Two<V> operator()(D d, Two<V> v) const {
         const V squares = m_magnitudes.squares(d, v);
-        auto far = m_magnitudes.areFar(d, squares);
-        // No part is larger than the magnitude, which matters next to the type's largest number.
-        const V level = hn::Set(d, m_level);
-        const V scaled = hn::Mul(v, m_magnitudes.factors(d, squares));
-        V limited = hn::Min(hn::Max(scaled, hn::Neg(level)), level);
-        if constexpr (side == Side::below) {
-            const V magnitudes = hn::Abs(v);
-            const auto zero = hn::Eq(hn::Max(magnitudes, hn::Reverse2(d, magnitudes)), hn::Zero(d));
-            limited = hn::IfThenElse(zero, hn::OddEven(hn::Zero(d), level), limited);
-            far = hn::AndNot(zero, far);
-        }
         const auto beyond = m_magnitudes.areBeyond(d, squares);
-        far = hn::And(far, beyond);
-        const V result = hn::IfThenElse(beyond, limited, v);
-        if (HWY_UNLIKELY(!hn::AllFalse(d, far)))
-            return withFar(d, v, result, hn::IfThenElseZero(far, hn::Set(d, T{1})));
+        if (hn::AllFalse(d, beyond)) return v;
+        // 0 for elements that stay.
+        const V factors = hn::IfThenElseZero(beyond, m_magnitudes.factors(d, squares));
+        const Two<V> byPart = interleaved(factors, factors);
+        const Two<V> result{times(d, v.lower, byPart.lower), times(d, v.upper, byPart.upper)};
+        const auto far = hn::And(beyond, m_magnitudes.areFar(d, squares));
+        if (HWY_UNLIKELY(!hn::AllFalse(d, far))) return withFar(d, v, result, far);
         return result;
     }
 
   private:
     template <class D, class V>
-    HWY_NOINLINE V withFar(D d, V v, V result, V far) const {
+    static HWY_INLINE V times(D d, V v, V factors) {
+        return hn::IfThenElse(hn::Gt(factors, hn::Zero(d)), hn::Mul(v, factors), v);
+    }
+
+    template <class D, class V, class M>
+    HWY_INLINE Two<V> withFar(D d, Two<V> v, Two<V> result, M far) const {
+        if constexpr (side == Side::below) {
+            const V zero = hn::Zero(d);
+            const auto isZero = hn::And(far, hn::Eq(hn::Max(hn::Abs(evenOf(v)), hn::Abs(oddOf(v))), zero));
+            const V levels = hn::IfThenElseZero(isZero, hn::Set(d, m_level));
+            const Two<V> pairs = interleaved(levels, zero);
+            const Two<V> which = interleaved(levels, levels);
+            result.lower = hn::IfThenElse(hn::Gt(which.lower, zero), pairs.lower, result.lower);
+            result.upper = hn::IfThenElse(hn::Gt(which.upper, zero), pairs.upper, result.upper);
+            far = hn::AndNot(isZero, far);
+            if (hn::AllFalse(d, far)) return result;
+        }
+        const V flags = hn::IfThenElseZero(far, hn::Set(d, T{1}));
+        const Two<V> byPart = interleaved(flags, flags);
+        return {oneByOne(d, v.lower, result.lower, byPart.lower), oneByOne(d, v.upper, result.upper, byPart.upper)};
+    }
+    template <class D, class V>
+    HWY_NOINLINE V oneByOne(D d, V v, V result, V which) const {
         constexpr size_t N = hn::MaxLanes(d);
         alignas(kVectorBytes) T from[N];
         alignas(kVectorBytes) T to[N];
-        alignas(kVectorBytes) T which[N];
+        alignas(kVectorBytes) T flags[N];
         hn::Store(v, d, from);
         hn::Store(result, d, to);
-        hn::Store(far, d, which);
+        hn::Store(which, d, flags);
         for (size_t i = 0; i < N; i += 2) {
-            if (which[i] == 0) continue;
+            if (flags[i] == 0) continue;
             to[i] = from[i];
             to[i + 1] = from[i + 1];
             setMagnitude(to + i, m_level);
@@ -220,75 +262,109 @@ class ReplaceComplex {
 
 // ---- Complex elements of 16 bits ----
 
+// Squared magnitudes; the largest one, 2^31, becomes one less, which no level tells apart.
+template <class V>
+HWY_INLINE auto squares16(V v) {
+    const Lanes<int32_t, kVectorBytes / 4> d;
+    const hn::Vec<decltype(d)> sums{ZVPS_INTRINSIC(madd_epi16)(v.raw, v.raw)};
+    return hn::Add(sums, hn::ShiftRight<31>(sums));
+}
+
 template <Side side>
 class LimitComplex<side, int16_t> {
   public:
-    static constexpr size_t kWorkBytes = 4; // for both parts together a double
+    static constexpr size_t kVectors = 1;
 
     explicit LimitComplex(int16_t level) : m_level(level) {}
 
     template <class D, class V>
     HWY_INLINE V operator()(D d, V v) const {
-        const Lanes<int32_t, N> d32;
-        const Lanes<double, N> df;
-        const auto pairs = hn::BitCast(d32, v);
-        const auto re = hn::PromoteTo(df, hn::ShiftRight<16>(hn::ShiftLeft<16>(pairs)));
-        const auto im = hn::PromoteTo(df, hn::ShiftRight<16>(pairs));
-        const auto squares = hn::Add(hn::Mul(re, re), hn::Mul(im, im)); // exact
-        const auto level = hn::Set(df, static_cast<double>(m_level));
-        const auto beyond = isBeyond<side>(squares, hn::Mul(level, level));
-        if (hn::AllFalse(df, beyond)) return v;
-
-        const auto root = hn::Sqrt(squares);
-        auto limitedRe = hn::Div(hn::Mul(re, level), root);
-        auto limitedIm = hn::Div(hn::Mul(im, level), root);
-        if constexpr (side == Side::below) {
-            const auto zero = hn::Eq(squares, hn::Zero(df));
-            limitedRe = hn::IfThenElse(zero, level, limitedRe);
-            limitedIm = hn::IfThenZeroElse(zero, limitedIm);
-        }
-        limitedRe = hn::IfThenElse(beyond, limitedRe, re);
-        limitedIm = hn::IfThenElse(beyond, limitedIm, im);
-        auto roundedRe = hn::Round(limitedRe);
-        auto roundedIm = hn::Round(limitedIm);
-        // So near to one half the quotient may have been rounded to the wrong side of it.
-        const auto distance = hn::Max(hn::Abs(hn::Sub(limitedRe, roundedRe)), hn::Abs(hn::Sub(limitedIm, roundedIm)));
-        if (HWY_UNLIKELY(!hn::AllFalse(df, hn::Gt(distance, hn::Set(df, 0.5 - 0x1p-30))))) {
-            roundedRe = exact(re, squares, limitedRe, roundedRe);
-            roundedIm = exact(im, squares, limitedIm, roundedIm);
-        }
-        const auto low = hn::And(hn::DemoteTo(d32, roundedRe), hn::Set(d32, 0xFFFF));
-        return hn::BitCast(d, hn::Or(low, hn::ShiftLeft<16>(hn::DemoteTo(d32, roundedIm))));
+        const Lanes<int32_t, 2 * N> wide;
+        const auto squares = squares16(v);
+        const auto beyond = isBeyond<side>(squares, hn::Set(wide, int32_t{m_level} * m_level));
+        if (hn::AllFalse(wide, beyond)) return v;
+        const auto pairs = hn::BitCast(wide, v);
+        const auto re = hn::ShiftRight<16>(hn::ShiftLeft<16>(pairs));
+        const auto im = hn::ShiftRight<16>(pairs);
+        const auto roots = inverseRoots(hn::ConvertTo(Lanes<float, 2 * N>(), squares));
+        const Lanes<int32_t, N> di;
+        const Lanes<float, N> df;
+        const auto lower = withLevel(hn::LowerHalf(di, re), hn::LowerHalf(di, im), hn::LowerHalf(df, roots));
+        const auto upper = withLevel(hn::UpperHalf(di, re), hn::UpperHalf(di, im), hn::UpperHalf(df, roots));
+        return hn::BitCast(d, hn::IfThenElse(beyond, hn::Combine(wide, upper, lower), pairs));
     }
 
   private:
     static constexpr size_t N = kVectorBytes / 8;
+    static constexpr double kNearTie = 0.5 - 0x1p-24;
 
-    // The quotients part * level / sqrt(square), given to 30 places, rounded. Exact ones are never ties: a fraction of
-    // Pythagorean numbers in lowest terms has an odd denominator.
-    HWY_NOINLINE Vec<double, N> exact(Vec<double, N> parts, Vec<double, N> squares, Vec<double, N> quotients,
-                                      Vec<double, N> rounded) const {
+    // v^(-1/2) to 20 places, by the processor's estimate and a step of Newton's.
+    template <class V>
+    static HWY_INLINE V inverseRoots(V v) {
+        const hn::DFromV<V> d;
+        const V estimate = hn::ApproximateReciprocalSqrt(v);
+        const V half = hn::Mul(hn::Mul(v, hn::Set(d, 0.5F)), hn::Mul(estimate, estimate));
+        return hn::Mul(estimate, hn::Sub(hn::Set(d, 1.5F), half));
+    }
+
+    // re + i im with the magnitude m_level, given the inverse of its magnitude to 20 places.
+    HWY_INLINE Vec<int32_t, N> withLevel(Vec<int32_t, N> re32, Vec<int32_t, N> im32, Vec<float, N> inverse) const {
+        const Lanes<double, N> d;
+        const auto re = hn::PromoteTo(d, re32);
+        const auto im = hn::PromoteTo(d, im32);
+        const auto root = hn::PromoteTo(d, inverse);
+        const auto squares = hn::Add(hn::Mul(re, re), hn::Mul(im, im)); // exact
+        // level times Newton's next step
+        const auto level = hn::Set(d, static_cast<double>(m_level));
+        const auto half = hn::Mul(hn::Mul(squares, hn::Set(d, 0.5 * m_level)), hn::Mul(root, root));
+        const auto factor = hn::Mul(root, hn::Sub(hn::Set(d, 1.5 * m_level), half));
+        auto quotientRe = hn::Mul(re, factor);
+        auto quotientIm = hn::Mul(im, factor);
+        if constexpr (side == Side::below) {
+            const auto zero = hn::Eq(squares, hn::Zero(d));
+            quotientRe = hn::IfThenElse(zero, level, quotientRe);
+            quotientIm = hn::IfThenZeroElse(zero, quotientIm);
+        }
+        // Adding 3 * 2^51 rounds to an integer and leaves it in the lowest bits.
+        const auto rounder = hn::Set(d, 0x1.8p52);
+        auto shiftedRe = hn::Add(quotientRe, rounder);
+        auto shiftedIm = hn::Add(quotientIm, rounder);
+        // So near to one half the quotient may have been rounded to the wrong side of it.
+        const auto distanceRe = hn::Abs(hn::Sub(hn::Sub(shiftedRe, rounder), quotientRe));
+        const auto distanceIm = hn::Abs(hn::Sub(hn::Sub(shiftedIm, rounder), quotientIm));
+        const auto isNear = hn::Gt(hn::Max(distanceRe, distanceIm), hn::Set(d, kNearTie));
+        if (HWY_UNLIKELY(!hn::AllFalse(d, isNear))) {
+            shiftedRe = hn::Add(exact(re, squares, quotientRe), rounder);
+            shiftedIm = hn::Add(exact(im, squares, quotientIm), rounder);
+        }
+        const Lanes<uint64_t, N> bits;
+        const auto low = hn::And(hn::BitCast(bits, shiftedRe), hn::Set(bits, uint64_t{0xFFFF}));
+        const auto high = hn::ShiftLeft<16>(hn::BitCast(bits, shiftedIm));
+        return hn::BitCast(Lanes<int32_t, N>(), hn::TruncateTo(Lanes<uint32_t, N>(), hn::Or(low, high)));
+    }
+
+    // The quotients part * level / sqrt(square), given to 24 places behind the point, rounded where they are near a
+    // tie. Exact ones are never ties: a fraction of Pythagorean numbers in lowest terms has an odd denominator.
+    HWY_NOINLINE Vec<double, N> exact(Vec<double, N> parts, Vec<double, N> squares, Vec<double, N> quotients) const {
         const Lanes<double, N> d;
         alignas(kVectorBytes) double part[N];
         alignas(kVectorBytes) double square[N];
         alignas(kVectorBytes) double quotient[N];
-        alignas(kVectorBytes) double result[N];
         hn::Store(parts, d, part);
         hn::Store(squares, d, square);
         hn::Store(quotients, d, quotient);
-        hn::Store(rounded, d, result);
         for (size_t i = 0; i < N; ++i) {
             const double magnitude = __builtin_fabs(quotient[i]);
             const auto whole = static_cast<uint64_t>(magnitude);
             const double fraction = magnitude - static_cast<double>(whole);
-            if (fraction < 0.5 - 0x1p-30 || fraction > 0.5 + 0x1p-30) continue;
+            if (fraction < kNearTie || fraction > 1 - kNearTie) continue;
             // Above whole + 1/2 if (2 part level)^2 > (2 whole + 1)^2 square, both below 2^64.
             const auto twice = static_cast<uint64_t>(2 * __builtin_fabs(part[i])) * static_cast<uint64_t>(m_level);
             const uint64_t odd = 2 * whole + 1;
             const bool isAbove = twice * twice > odd * odd * static_cast<uint64_t>(square[i]);
-            result[i] = __builtin_copysign(static_cast<double>(whole + isAbove), quotient[i]);
+            quotient[i] = __builtin_copysign(static_cast<double>(whole + isAbove), quotient[i]);
         }
-        return hn::Load(d, result);
+        return hn::Load(d, quotient);
     }
 
     int16_t m_level;
@@ -302,10 +378,7 @@ class ReplaceComplex<side, int16_t> {
     template <class D, class V>
     HWY_INLINE V operator()(D d, V v, V value) const {
         const hn::RepartitionToWide<D> wide;
-        // The largest sum, 2^31, becomes one less.
-        const hn::Vec<decltype(wide)> sums{ZVPS_INTRINSIC(madd_epi16)(v.raw, v.raw)};
-        const auto squares = hn::Add(sums, hn::ShiftRight<31>(sums));
-        const auto beyond = isBeyond<side>(squares, hn::Set(wide, m_square));
+        const auto beyond = isBeyond<side>(squares16(v), hn::Set(wide, m_square));
         return hn::BitCast(d, hn::IfThenElse(beyond, hn::BitCast(wide, value), hn::BitCast(wide, v)));
     }
 
@@ -336,23 +409,22 @@ class InvertComplex : public std::conditional_t<sizeof(T) == 4, DivComplexSingle
     using Division = std::conditional_t<sizeof(T) == 4, DivComplexSingle, DivComplexDouble>;
 
   public:
+    static constexpr size_t kVectors = 2;
+
     explicit InvertComplex(T level) : Division(0), m_raise(level) {}
 
     template <class D, class V>
-    HWY_INLINE V operator()(D d, V v) {
-        return Division::operator()(d, m_raise(d, v), one(d));
-    }
-    template <class D, class V>
     HWY_INLINE Two<V> operator()(D d, Two<V> v) {
-        return Division::operator()(d, Two<V>{m_raise(d, v.lower), m_raise(d, v.upper)}, Two<V>{one(d), one(d)});
+        const V one = hn::OddEven(hn::Zero(d), hn::Set(d, T{1}));
+        const Two<V> raised = m_raise(d, v);
+        if constexpr (Division::kVectors == 2) {
+            return Division::operator()(d, raised, Two<V>{one, one});
+        } else {
+            return {Division::operator()(d, raised.lower, one), Division::operator()(d, raised.upper, one)};
+        }
     }
 
   private:
-    template <class D>
-    static HWY_INLINE hn::Vec<D> one(D d) {
-        return hn::OddEven(hn::Zero(d), hn::Set(d, T{1}));
-    }
-
     LimitComplex<Side::below, T> m_raise;
 };
 

@@ -36,8 +36,7 @@ constexpr RealThresholds<T> realThresholds() {
 template <Side side, class T>
 ZvpStatus limitComplex(const T* src, T* dst, size_t n, T level) {
     LimitComplex<side, T> op(level);
-    // Both parts of 16 bits are worked on in one lane of 64.
-    map<2, std::is_integral_v<T> ? 4 : 1>(op, dst, n, Vector<T>{src});
+    map<2, sizeof(T), op.kVectors>(op, dst, n, Vector<T>{src});
     return zvpStsOk;
 }
 

@@ -153,7 +153,7 @@ TEST_F(PhoneLine, clipsCountsAndEchoes) {
     EXPECT_NEAR(loud[10 + 400], 4096, 1);
     EXPECT_EQ(loud[500], 32767);
     EXPECT_NEAR(loud[500 + 400], 16384, 2); // of the sample as it was clipped on the way in
-    EXPECT_NE(out_.find(", 1 sample clipped"), std::string::npos) << out_;
+    EXPECT_NE(out_.find(" 1 sample clipped"), std::string::npos) << out_;
     EXPECT_NE(out_.find("before     peak 3.5 dBFS"), std::string::npos) << out_;
 
     png_image image{};
@@ -164,6 +164,19 @@ TEST_F(PhoneLine, clipsCountsAndEchoes) {
     ASSERT_TRUE(png_image_finish_read(&image, nullptr, pixels.data(), 0, nullptr)) << image.message;
     EXPECT_GE(image.width, 800u);
     EXPECT_GE(image.height, 400u);
+}
+
+TEST_F(PhoneLine, reportsLevels) {
+    // A square wave around an offset: half the samples at 0.75, half at -0.25.
+    std::vector<double> square;
+    for (int i = 0; i < 2000; ++i)
+        square.push_back(i % 2 == 0 ? 0.75 : -0.25);
+    record("square.wav", SF_FORMAT_FLOAT, 1, square);
+    ASSERT_EQ(run("square.wav --gain 0 --echo -60"), 0) << err_;
+    // The root of (0.75^2 + 0.25^2) / 2 is 0.559.
+    EXPECT_NE(out_.find("before     peak -2.5 dBFS, level -5.1 dBFS, crest factor 2.6 dB, mean 0.2500"),
+              std::string::npos)
+        << out_;
 }
 
 // A sine in the middle of a band, at full scale and so weak that the laws' smallest steps count: A-law's is twice

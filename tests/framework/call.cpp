@@ -129,15 +129,16 @@ Operands randomOperands(const Function& f, size_t count, Random& random) {
     for (size_t i = 0; i < f.arguments.size(); ++i) {
         const Argument& argument = f.arguments[i];
         if (argument.isVector()) {
-            result.vectors[i].resize(count * argument.type->bytes());
-            fillRandom(*argument.type, result.vectors[i].data(), count, random);
+            result.vectors[i].resize(argument.elements(count) * argument.type->bytes());
+            fillRandom(*argument.type, result.vectors[i].data(), argument.elements(count), random);
         } else if (argument.role == Role::constant) {
             do {
                 fillRandom(*argument.type, result.values[i].bytes.data(), 1, random);
             } while (f.rejectsZeroConstant() && isZero(*argument.type, result.values[i].bytes.data()));
         } else if (argument.role == Role::roundMode) {
             int mode = 0;
-            do mode = static_cast<int>(random.below(4));
+            do
+                mode = static_cast<int>(random.below(4));
             while (f.rejectsRoundMode(mode));
             result.values[i].set(mode);
         }
@@ -176,7 +177,7 @@ void replaceZeros(const Function& f, Operands& operands) {
     for (size_t i = 0; i < f.arguments.size(); ++i) {
         if (!f.arguments[i].isVector()) continue;
         const ElementType& type = *f.arguments[i].type;
-        for (size_t k = 0; k < operands.count; ++k) {
+        for (size_t k = 0; k < f.arguments[i].elements(operands.count); ++k) {
             unsigned char* element = &operands.vectors[i][k * type.bytes()];
             if (!isZero(type, element)) continue;
             withPartType(type, [&](auto part) {
@@ -239,13 +240,14 @@ ZvpStatus Stage::call(const Function& f, const Operands& operands, size_t first,
         const Argument& argument = f.arguments[i];
         if (argument.role == Role::length) values[i].set(how.length.value_or(static_cast<int>(count)));
         if (!argument.isVector()) continue;
-        const size_t bytes = count * argument.type->bytes();
+        const size_t bytes = argument.elements(count) * argument.type->bytes();
+        const size_t begin = argument.role == Role::result ? 0 : first * argument.type->bytes();
         unsigned char* p = how.atEnd ? arenas_[i] + capacity_ - bytes - how.offset[i] : arenas_[i] + how.offset[i];
         vectors_[i] = p;
         std::memset(std::max(arenas_[i], p - kMargin), kUntouched,
                     std::min(kMargin, static_cast<size_t>(p - arenas_[i])));
         std::memset(p + bytes, kUntouched, std::min(kMargin, static_cast<size_t>(arenas_[i] + capacity_ - p) - bytes));
-        std::memcpy(p, &operands.vectors[i][first * argument.type->bytes()], bytes);
+        std::memcpy(p, &operands.vectors[i][begin], bytes);
     }
     for (size_t i = 0; i < f.arguments.size(); ++i) {
         if (!f.arguments[i].isVector()) continue;
@@ -260,7 +262,7 @@ std::string Stage::damage() const {
     for (size_t i = 0; i < function_->arguments.size(); ++i) {
         const Argument& argument = function_->arguments[i];
         if (!argument.isVector() || how_.sameAs[i] >= 0) continue;
-        const size_t bytes = count_ * argument.type->bytes();
+        const size_t bytes = argument.elements(count_) * argument.type->bytes();
         const unsigned char* arena = arenas_[i];
         const unsigned char* const p = vectors_[i];
         for (size_t k = 1; k <= std::min(kMargin, static_cast<size_t>(p - arena)); ++k) {
@@ -307,7 +309,8 @@ std::string differences(const Function& f, const Stage& stage, const std::vector
     for (size_t i = 0; i < f.arguments.size(); ++i) {
         if (!f.arguments[i].isOutput()) continue;
         const ElementType& type = *f.arguments[i].type;
-        const std::string text = difference(type, &expected[i][first * type.bytes()], stage.vector(i), count);
+        const size_t begin = f.arguments[i].role == Role::result ? 0 : first * type.bytes();
+        const std::string text = difference(type, &expected[i][begin], stage.vector(i), f.arguments[i].elements(count));
         if (!text.empty()) return f.arguments[i].name + " " + text;
     }
     return stage.damage();

@@ -20,9 +20,9 @@ const std::vector<Function>& functions() {
         const auto isMissing = [](const Function& f) { return f.address == nullptr; };
         all.erase(std::remove_if(all.begin(), all.end(), isMissing), all.end());
         for (Function& f : all) {
-            if (f.name.find("24") == std::string::npos) continue;
             for (Argument& argument : f.arguments) {
-                if (argument.type == &kElement8u) argument.type = &kElement24;
+                if (f.family == "statistics" && argument.role == Role::destination) argument.role = Role::result;
+                if (f.name.find("24") != std::string::npos && argument.type == &kElement8u) argument.type = &kElement24;
             }
         }
         return all;
@@ -47,9 +47,27 @@ size_t Function::indexOf(Role role) const {
 }
 
 bool Function::isElementwise() const {
-    static constexpr std::string_view kFamilies[] = {"arithmetic", "companding", "convert", "initialisation", "threshold"};
-    return std::find(std::begin(kFamilies), std::end(kFamilies), family) != std::end(kFamilies) && call != nullptr &&
-           hasRole(Role::length) && !hasRole(Role::other) && (hasRole(Role::destination) || hasRole(Role::inOut));
+    static constexpr std::string_view kFamilies[] = {"arithmetic", "companding", "convert", "initialisation",
+                                                     "threshold"};
+    const bool isFamily = std::find(std::begin(kFamilies), std::end(kFamilies), family) != std::end(kFamilies);
+    return (isFamily || family == "statistics") && call != nullptr && hasRole(Role::length) && !hasRole(Role::other) &&
+           (hasRole(Role::destination) || hasRole(Role::inOut));
+}
+
+bool Function::isReduction() const {
+    return call != nullptr && hasRole(Role::length) && !hasRole(Role::other) && hasRole(Role::result);
+}
+
+bool Function::isUnchecked() const {
+    return family == "statistics" && hasRole(Role::inOut);
+}
+
+bool Function::isOptional(const Argument& argument) const {
+    return argument.name == "pIndx" && argument.role == Role::result;
+}
+
+int Function::leastLength() const {
+    return base() == "StdDev" || base() == "MeanStdDev" ? 2 : 1;
 }
 
 bool Function::rejectsZeroConstant() const {
@@ -58,8 +76,9 @@ bool Function::rejectsZeroConstant() const {
 
 bool Function::rejectsNegativeLevel() const {
     static constexpr std::string_view kMagnitudes[] = {"Threshold_LTAbs", "Threshold_GTAbs", "Threshold_LTInv"};
-    return family == "threshold" && (arguments[0].type->parts == 2 || std::find(std::begin(kMagnitudes), std::end(kMagnitudes),
-                                                                                base()) != std::end(kMagnitudes));
+    return family == "threshold" &&
+           (arguments[0].type->parts == 2 ||
+            std::find(std::begin(kMagnitudes), std::end(kMagnitudes), base()) != std::end(kMagnitudes));
 }
 
 bool Function::rejectsRoundMode(int mode) const {

@@ -32,8 +32,9 @@ inline constexpr const ElementType* kElementType = nullptr;
 // X(code, part's code)
 #define ZVPS_TEST_ELEMENTS(X)                                                                                          \
     X(8u, 8u)                                                                                                          \
-    X(8s, 8s) X(16u, 16u) X(16s, 16s) X(32u, 32u) X(32s, 32s) X(64u, 64u) X(64s, 64s) X(32f, 32f) X(64f, 64f)          \
-        X(8sc, 8s) X(16sc, 16s) X(32sc, 32s) X(64sc, 64s) X(32fc, 32f) X(64fc, 64f)
+    X(8s, 8s)                                                                                                          \
+    X(16u, 16u) X(16s, 16s) X(32u, 32u) X(32s, 32s) X(64u, 64u) X(64s, 64s) X(32f, 32f) X(64f, 64f) X(8sc, 8s)         \
+        X(16sc, 16s) X(32sc, 32s) X(64sc, 64s) X(32fc, 32f) X(64fc, 64f)
 #define ZVPS_TEST_ELEMENT(TYPE, PART)                                                                                  \
     inline constexpr ElementType kElement##TYPE = {#TYPE, sizeof(Zvp##PART), sizeof(Zvp##TYPE) / sizeof(Zvp##PART),    \
                                                    std::is_floating_point_v<Zvp##PART>, std::is_signed_v<Zvp##PART>};  \
@@ -71,7 +72,8 @@ decltype(auto) withPartType(const ElementType& type, Action action) {
 
 // ---- Functions ----
 
-enum class Role { source, destination, inOut, constant, length, scaleFactor, roundMode, other };
+// `result`: a pointer to a single element that the function writes.
+enum class Role { source, destination, inOut, result, constant, length, scaleFactor, roundMode, other };
 
 struct Argument {
     Role role = Role::other;
@@ -79,7 +81,9 @@ struct Argument {
     std::string name;
 
     bool isVector() const { return role == Role::source || isOutput(); }
-    bool isOutput() const { return role == Role::destination || role == Role::inOut; }
+    bool isOutput() const { return role == Role::destination || role == Role::inOut || role == Role::result; }
+    // Of a vector in a call on `count` elements.
+    size_t elements(size_t count) const { return role == Role::result ? 1 : count; }
 };
 
 // An argument of a call: a pointer or a constant.
@@ -118,7 +122,12 @@ struct Function {
 
     // Vectors of one length and constants; each output element is a function of the input elements beside it.
     bool isElementwise() const;
+    // A few results from vectors of one length.
+    bool isReduction() const;
     // Exceptions among them.
+    bool isUnchecked() const;
+    bool isOptional(const Argument& argument) const; // may be null
+    int leastLength() const;
     bool rejectsZeroConstant() const;
     bool rejectsNegativeLevel() const;
     bool rejectsRoundMode(int mode) const;
