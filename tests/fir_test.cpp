@@ -415,11 +415,16 @@ TEST(Fir, ResultsAreTheSumsHoweverTheSignalIsCut) {
                                                         : randomVector<typename F::Data>(tapsLen, random);
             const auto x = randomVector<typename F::Data>(230 + random.below(25), random);
             const int scale = usualScale(family, tapsLen);
+            std::vector<typename F::Data> fused; // the results of levels with fused operations
             for (const Level level : levels()) {
                 useLevel(level);
                 const std::string where = describe(family.name, tapsLen, level);
                 const auto whole = makeState(family, taps, past.data());
                 const auto y = filtered(family, whole.get(), x, {}, scale);
+                if (level != Level::v2) {
+                    EXPECT_TRUE(fused.empty() || sameBits(y, fused)) << where << " against v3";
+                    fused = y;
+                }
                 ASSERT_NO_FATAL_FAILURE(expectResults(family, taps, past, x, y, scale, where));
                 const auto inPlace = makeState(family, taps, past.data());
                 EXPECT_TRUE(sameBits(y, filtered(family, inPlace.get(), x, {}, scale, true))) << where << " in place";
@@ -510,6 +515,23 @@ TEST(Fir, IntegerSumsAreExact) {
                 }
             }
         }
+    }
+}
+
+// More runs of 32 bits than blocks can tell apart.
+TEST(Fir, VeryLongIntegerFiltersAreExact) {
+    const auto family = FAMILY(, 16s, 16s, 29, NONE, SCALED, PAST, DIRECT);
+    Random random("long");
+    constexpr size_t kTaps = 40001;
+    std::vector<Zvp16s> taps(kTaps), past(kTaps, Zvp16s{-32768});
+    for (auto& tap : taps)
+        tap = random.below(8) == 0 ? Zvp16s{32767} : Zvp16s{-32768};
+    const auto x = randomVector<Zvp16s>(30, random);
+    for (const Level level : levels()) {
+        useLevel(level);
+        const auto state = makeState(family, taps, past.data());
+        const auto y = filtered(family, state.get(), x, {}, 31);
+        expectResults(family, taps, past, x, y, 31, describe(family.name, kTaps, level));
     }
 }
 
