@@ -135,15 +135,21 @@ HWY_INLINE void firRest(const T* src, T* dst, size_t n, const T* taps, size_t ta
     storeFirst(d, firOutput(sums, 0), dst, n);
 }
 
-// kVectors: of the largest tile.
+// kVectors: of the largest tile. The last tile may overlap the one before it.
 template <class Shape, size_t kParts, size_t kVectors, size_t kMostTaps, class T>
 HWY_INLINE void firBlocks(const T* src, T* dst, size_t n, const T* taps, size_t tapsLen) {
     constexpr size_t N = Shape::kLanes;
+    constexpr size_t kTile = kVectors * N;
+    constexpr size_t kQuarter = kTile / 4;
     size_t i = 0;
-    for (; n - i >= kVectors * N; i += kVectors * N)
+    for (; n - i >= kTile || (n >= kTile && n - i > kTile / 2); i += kTile) {
+        if (n - i < kTile) i = n - kTile;
         firTile<Shape, kParts, kVectors, kMostTaps>(src + i, dst + i, taps, tapsLen);
-    for (; n - i >= kVectors / 4 * N; i += kVectors / 4 * N)
+    }
+    for (; n > i && n >= kQuarter; i += kQuarter) {
+        if (n - i < kQuarter) i = n - kQuarter;
         firTile<Shape, kParts, kVectors / 4, kMostTaps>(src + i, dst + i, taps, tapsLen);
+    }
     for (; n - i >= N; i += N)
         firTile<Shape, kParts, 1, 1>(src + i, dst + i, taps, tapsLen);
     if (i < n) firRest<Shape, kParts>(src + i, dst + i, n - i, taps, tapsLen);

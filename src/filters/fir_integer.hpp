@@ -246,8 +246,12 @@ void pairsBlocks(const int16_t* src, size_t end, int16_t* dst, size_t n, const F
     const size_t whole = end - reach < n ? end - reach : n;
     using Whole = WholePairs<Products>;
     size_t i = 0;
-    for (; whole - i >= kTile * kPairLanes; i += kTile * kPairLanes)
+    for (; whole - i >= kTile * kPairLanes || (whole >= kTile * kPairLanes && whole - i > kHalf * kPairLanes);
+         i += kTile * kPairLanes) {
+        // The last tile may overlap the one before it.
+        if (whole - i < kTile * kPairLanes) i = whole - kTile * kPairLanes;
         tileOfPairs<kCarries, kTile>(Whole{src + i}, dst + i, pairs, shift);
+    }
     for (; whole - i >= kHalf * kPairLanes; i += kHalf * kPairLanes)
         tileOfPairs<kCarries, kHalf>(Whole{src + i}, dst + i, pairs, shift);
     for (; i < n; i += kPairLanes) {
