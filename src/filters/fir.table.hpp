@@ -34,10 +34,10 @@ struct FirPairs {
     bool singly; // a step is one unit, where more could overflow
 };
 
-// Units u, u + kFirPairStride, .. are added in steps of two and a last one, for each u < kFirPairStride in turn.
+// Units u, u + kFirPairStride, .. are added in steps of four, two and one, for each u < kFirPairStride in turn.
 inline constexpr size_t kFirPairStride = 16;
 inline constexpr size_t firPairStep(size_t left, bool singly) {
-    return singly || left < 2 ? 1 : 2;
+    return singly || left < 2 ? 1 : left < 4 ? 2 : 4;
 }
 // Kernels of blocks tell the sums of fewer runs than this. More are for the kernel of one output.
 inline constexpr int32_t kMostFirRuns = 1 << 14;

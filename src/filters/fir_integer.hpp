@@ -43,24 +43,21 @@ struct CarriedSums {
     // Runs start from -1: that of a pair of the lowest taps with the lowest data, 2^31, is then the largest number.
     static constexpr int32_t kStart = -1;
 
-    PairSums<kVectors> lower;
-    PairSums<kVectors> upper;
-    int32_t runs;
+    // In memory: the registers are for the runs.
+    alignas(kVectorBytes) int32_t lower[2][kVectors][kPairLanes / 2] = {};
+    alignas(kVectorBytes) int32_t upper[2][kVectors][kPairLanes / 2] = {};
+    int32_t runs = 0;
 
-    HWY_INLINE void start() {
-        lower.start(0);
-        upper.start(0);
-        runs = 0;
-    }
     HWY_INLINE void carry(PairSums<kVectors>& run) {
+        const Words d;
+        const auto add = [d](WordVec addend, int32_t* sum)
+                             HWY_ATTR { hn::Store(hn::Add(hn::Load(d, sum), addend), d, sum); };
 #pragma GCC unroll 2
         for (size_t part = 0; part < 2; ++part) {
 #pragma GCC unroll 16
             for (size_t i = 0; i < kVectors; ++i) {
-                lower.v[part][i] = hn::Add(lower.v[part][i], run.v[part][i]);
-                upper.v[part][i] = hn::Add(upper.v[part][i], hn::ShiftRight<16>(run.v[part][i]));
-                keepInRegister(lower.v[part][i]);
-                keepInRegister(upper.v[part][i]);
+                add(run.v[part][i], lower[part][i]);
+                add(hn::ShiftRight<16>(run.v[part][i]), upper[part][i]);
             }
         }
         run.start(kStart);
@@ -202,12 +199,15 @@ HWY_INLINE void carriedTile(const Data& data, int16_t* dst, const FirPairs& pair
     PairSums<kVectors> run;
     run.start(CarriedSums<kVectors>::kStart);
     CarriedSums<kVectors> sums;
-    sums.start();
     const uint8_t* carries = pairs.carries;
     const size_t columns = pairs.units < kFirPairStride ? pairs.units : kFirPairStride;
     for (size_t column = 0; column < columns; ++column) {
         size_t unit = column;
         size_t left = (pairs.units - column + kFirPairStride - 1) / kFirPairStride;
+        for (; left >= 4 && !pairs.singly; left -= 4, unit += 4 * kFirPairStride) {
+            data.template add<4>(run, pairs, unit);
+            if (*carries++ != 0) sums.carry(run);
+        }
         for (; left >= 2 && !pairs.singly; left -= 2, unit += 2 * kFirPairStride) {
             data.template add<2>(run, pairs, unit);
             if (*carries++ != 0) sums.carry(run);
@@ -219,7 +219,8 @@ HWY_INLINE void carriedTile(const Data& data, int16_t* dst, const FirPairs& pair
     }
     sums.carry(run);
     const auto scaled = [&](size_t part, size_t i) HWY_ATTR {
-        return scaleCarried(sums.lower.v[part][i], sums.upper.v[part][i], sums.runs, shift);
+        const Words d;
+        return scaleCarried(hn::Load(d, sums.lower[part][i]), hn::Load(d, sums.upper[part][i]), sums.runs, shift);
     };
 #pragma GCC unroll 16
     for (size_t i = 0; i < kVectors; ++i)
@@ -237,10 +238,8 @@ HWY_INLINE void tileOfPairs(const Data& data, int16_t* dst, const FirPairs& pair
 
 template <class Products, bool kCarries>
 void pairsBlocks(const int16_t* src, size_t end, int16_t* dst, size_t n, const FirPairs& pairs, int shift) {
-    // Two registers of sums for each, carried ones six, beside those of the taps.
-    constexpr bool kMany = HWY_TARGET <= HWY_AVX3;
-    constexpr size_t kTile = kCarries ? (kMany ? 4 : 1) : (kMany ? 8 : 2);
-    constexpr size_t kHalf = kTile > 1 ? kTile / 2 : 1;
+    constexpr size_t kTile = HWY_TARGET <= HWY_AVX3 ? 8 : 2;
+    constexpr size_t kHalf = kTile / 2;
     // The last unit may reach a lane beyond what the last output needs.
     const size_t reach = 2 * (pairs.units - 1);
     const size_t whole = end - reach < n ? end - reach : n;
