@@ -1,5 +1,5 @@
-// Direct filters of 16-bit data by 16-bit taps, exact: products of pairs of lanes in 32 bits, sums in 32 bits as long
-// as they fit, then in 64.
+// Direct filters of 16-bit data by 16-bit taps, exact: products of pairs of lanes in 32 bits, sums in 32 bits where
+// they fit; others are put together from runs that do.
 #pragma once
 
 #include "core/rounding.hpp"
@@ -11,10 +11,8 @@ namespace zvps::ZVPS_LEVEL {
 inline constexpr size_t kPairLanes = kVectorBytes / sizeof(int16_t);
 using Shorts = Lanes<int16_t, kPairLanes>;
 using Words = Lanes<int32_t, kPairLanes / 2>;
-using LongWords = Lanes<int64_t, kPairLanes / 4>;
 using ShortVec = hn::Vec<Shorts>;
 using WordVec = hn::Vec<Words>;
-using LongVec = hn::Vec<LongWords>;
 
 HWY_INLINE WordVec pairProducts(ShortVec x, WordVec taps) {
     return WordVec{ZVPS_INTRINSIC(madd_epi16)(x.raw, taps.raw)};
@@ -290,7 +288,7 @@ void integerFir(const int16_t* src, int16_t* dst, size_t count, const FirPairs& 
 // The sums of the even and, where there are two, of the odd output lane of the first unit.
 template <size_t kSums>
 void integerFirOne(const int16_t* src, int64_t* sums, const FirPairs& pairs, size_t tapsLen) {
-    const LongWords d;
+    const Lanes<int64_t, kPairLanes / 4> d;
     const Lanes<uint64_t, kPairLanes / 4> u;
     const size_t n = tapsLen * kSums;
     const int16_t* const taps[2] = {pairs.even, pairs.odd};
