@@ -229,16 +229,17 @@ inline constexpr size_t kShortBytes = 4096;
 
 template <class Order, class T>
 void elementwiseExtreme(const T* src, T* srcDst, size_t n) {
-    const FullLanes<T> d;
-    constexpr size_t N = kLanesOf<T>;
-    const bool isAligned = reinterpret_cast<uintptr_t>(srcDst) % kVectorBytes == 0;
+    // Stores are what this loop waits for: no wider than the processor takes at once.
+    constexpr size_t N = (kVectorBytes < 32 ? kVectorBytes : 32) / sizeof(T);
+    const Lanes<T, N> d;
+    const bool isAligned = reinterpret_cast<uintptr_t>(srcDst) % (N * sizeof(T)) == 0;
     if (n < N || (n * sizeof(T) > kShortBytes && !isAligned)) {
         Order op;
         map(op, srcDst, n, Vector<T>{src}, Vector<T>{srcDst});
         return;
     }
     const auto step = [&](size_t i) HWY_ATTR {
-        storeVectors<true>(Order::better(hn::LoadU(d, src + i), hn::LoadU(d, srcDst + i)), d, srcDst + i);
+        hn::StoreU(Order::better(hn::LoadU(d, src + i), hn::LoadU(d, srcDst + i)), d, srcDst + i);
     };
     size_t i = 0;
     for (; n - i >= 4 * N; i += 4 * N) {
