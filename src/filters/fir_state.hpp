@@ -81,10 +81,10 @@ struct FirTraits;
         static constexpr int kFftCost = fftCost;                                                                       \
     };
 // The cost is of N log2 N in the products of a direct sum, both transforms together.
-ZVPS_FIR_TRAITS(32f, R, RToPerm, PermToR, zvpsMulPerm_32f_I, 64, 511, 1600, 6)
-ZVPS_FIR_TRAITS(64f, R, RToPerm, PermToR, zvpsMulPerm_64f_I, 64, 511, 1600, 6)
-ZVPS_FIR_TRAITS(32fc, C, CToC, CToC, zvpsMul_32fc_I, 16, 255, 800, 3)
-ZVPS_FIR_TRAITS(64fc, C, CToC, CToC, zvpsMul_64fc_I, 32, 255, 800, 3)
+ZVPS_FIR_TRAITS(32f, R, RToPerm, PermToR, zvpsMulPerm_32f_I, 64, 511, 1600, 7)
+ZVPS_FIR_TRAITS(64f, R, RToPerm, PermToR, zvpsMulPerm_64f_I, 64, 511, 1600, 5)
+ZVPS_FIR_TRAITS(32fc, C, CToC, CToC, zvpsMul_32fc_I, 16, 255, 800, 4)
+ZVPS_FIR_TRAITS(64fc, C, CToC, CToC, zvpsMul_64fc_I, 32, 255, 800, 4)
 #undef ZVPS_FIR_TRAITS
 
 // Of the FFT that a filter of so many taps goes with: more than twice their length.
