@@ -47,19 +47,21 @@ struct CarriedSums {
     int32_t runs = 0;
 
     HWY_INLINE void carry(PairSums<kVectors>& run) {
-        const Words d;
-        const auto add = [d](WordVec addend, int32_t* sum)
-                             HWY_ATTR { hn::Store(hn::Add(hn::Load(d, sum), addend), d, sum); };
-#pragma GCC unroll 2
-        for (size_t part = 0; part < 2; ++part) {
+        // Both parts in one loop: within nested ones the compiler would leave the run in memory.
 #pragma GCC unroll 16
-            for (size_t i = 0; i < kVectors; ++i) {
-                add(run.v[part][i], lower[part][i]);
-                add(hn::ShiftRight<16>(run.v[part][i]), upper[part][i]);
-            }
+        for (size_t i = 0; i < kVectors; ++i) {
+            add(run.v[0][i], lower[0][i], upper[0][i]);
+            add(run.v[1][i], lower[1][i], upper[1][i]);
         }
         run.start(kStart);
         ++runs;
+    }
+
+  private:
+    static HWY_INLINE void add(WordVec run, int32_t* lower, int32_t* upper) {
+        const Words d;
+        hn::Store(hn::Add(hn::Load(d, lower), run), d, lower);
+        hn::Store(hn::Add(hn::Load(d, upper), hn::ShiftRight<16>(run)), d, upper);
     }
 };
 
@@ -202,17 +204,18 @@ HWY_INLINE void carriedTile(const Data& data, int16_t* dst, const FirPairs& pair
     for (size_t column = 0; column < columns; ++column) {
         size_t unit = column;
         size_t left = (pairs.units - column + kFirPairStride - 1) / kFirPairStride;
-        for (; left >= 4 && !pairs.singly; left -= 4, unit += 4 * kFirPairStride) {
-            data.template add<4>(run, pairs, unit);
+        while (left > 0) {
+            const size_t units = firPairStep(left, pairs.singly);
+            if (units == 4) {
+                data.template add<4>(run, pairs, unit);
+            } else if (units == 2) {
+                data.template add<2>(run, pairs, unit);
+            } else {
+                data.template add<1>(run, pairs, unit);
+            }
             if (*carries++ != 0) sums.carry(run);
-        }
-        for (; left >= 2 && !pairs.singly; left -= 2, unit += 2 * kFirPairStride) {
-            data.template add<2>(run, pairs, unit);
-            if (*carries++ != 0) sums.carry(run);
-        }
-        for (; left >= 1; --left, unit += kFirPairStride) {
-            data.template add<1>(run, pairs, unit);
-            if (*carries++ != 0) sums.carry(run);
+            unit += units * kFirPairStride;
+            left -= units;
         }
     }
     sums.carry(run);
