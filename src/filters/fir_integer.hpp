@@ -46,22 +46,29 @@ struct CarriedSums {
     alignas(kVectorBytes) int32_t upper[2][kVectors][kPairLanes / 2] = {};
     int32_t runs = 0;
 
+    // Through memory, and apart, so that the compiler keeps the run in registers until then.
     HWY_INLINE void carry(PairSums<kVectors>& run) {
-        // Both parts in one loop: within nested ones the compiler would leave the run in memory.
+        alignas(kVectorBytes) int32_t stored[2][kVectors][kPairLanes / 2];
 #pragma GCC unroll 16
         for (size_t i = 0; i < kVectors; ++i) {
-            add(run.v[0][i], lower[0][i], upper[0][i]);
-            add(run.v[1][i], lower[1][i], upper[1][i]);
+            hn::Store(run.v[0][i], Words(), stored[0][i]);
+            hn::Store(run.v[1][i], Words(), stored[1][i]);
         }
+        addStored(stored[0][0]);
         run.start(kStart);
-        ++runs;
     }
 
   private:
-    static HWY_INLINE void add(WordVec run, int32_t* lower, int32_t* upper) {
+    HWY_NOINLINE void addStored(const int32_t* run) {
         const Words d;
-        hn::Store(hn::Add(hn::Load(d, lower), run), d, lower);
-        hn::Store(hn::Add(hn::Load(d, upper), hn::ShiftRight<16>(run)), d, upper);
+        for (size_t i = 0; i < kVectors * kPairLanes; i += kPairLanes / 2) {
+            const WordVec v = hn::Load(d, run + i);
+            int32_t* const low = lower[0][0] + i;
+            int32_t* const up = upper[0][0] + i;
+            hn::Store(hn::Add(hn::Load(d, low), v), d, low);
+            hn::Store(hn::Add(hn::Load(d, up), hn::ShiftRight<16>(v)), d, up);
+        }
+        ++runs;
     }
 };
 
