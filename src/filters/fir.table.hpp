@@ -29,16 +29,18 @@ struct FirPairs {
     const int16_t* even;
     const int16_t* odd;
     size_t units;
-    // After the steps marked here a run of sums of 32 bits ends; null where all taps are one run.
-    const uint8_t* carries;
-    bool singly; // a step is one unit, where more could overflow
+    // Of each step how many units it adds, and whether a run of sums of 32 bits ends with it; null where all taps are
+    // one run.
+    const uint8_t* steps;
 };
 
-// Units u, u + kFirPairStride, .. are added in steps of four, two and one, for each u < kFirPairStride in turn.
+// Units u, u + kFirPairStride, .. are added in steps of four, two and one, for each u < kFirPairStride in turn. Where
+// sums could pass 32 bits, in smaller ones.
 inline constexpr size_t kFirPairStride = 16;
-inline constexpr size_t firPairStep(size_t left, bool singly) {
-    return singly || left < 2 ? 1 : left < 4 ? 2 : 4;
+inline constexpr size_t firPairStep(size_t left) {
+    return left < 2 ? 1 : left < 4 ? 2 : 4;
 }
+inline constexpr uint8_t kEndsFirRun = 16;
 // Kernels of blocks tell the sums of fewer runs than this. More are for the kernel of one output.
 inline constexpr int32_t kMostFirRuns = 1 << 14;
 

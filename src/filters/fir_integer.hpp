@@ -206,13 +206,13 @@ HWY_INLINE void carriedTile(const Data& data, int16_t* dst, const FirPairs& pair
     PairSums<kVectors> run;
     run.start(CarriedSums<kVectors>::kStart);
     CarriedSums<kVectors> sums;
-    const uint8_t* carries = pairs.carries;
+    const uint8_t* step = pairs.steps;
     const size_t columns = pairs.units < kFirPairStride ? pairs.units : kFirPairStride;
     for (size_t column = 0; column < columns; ++column) {
         size_t unit = column;
         size_t left = (pairs.units - column + kFirPairStride - 1) / kFirPairStride;
         while (left > 0) {
-            const size_t units = firPairStep(left, pairs.singly);
+            const size_t units = *step % kEndsFirRun;
             if (units == 4) {
                 data.template add<4>(run, pairs, unit);
             } else if (units == 2) {
@@ -220,7 +220,7 @@ HWY_INLINE void carriedTile(const Data& data, int16_t* dst, const FirPairs& pair
             } else {
                 data.template add<1>(run, pairs, unit);
             }
-            if (*carries++ != 0) sums.carry(run);
+            if (*step++ >= kEndsFirRun) sums.carry(run);
             unit += units * kFirPairStride;
             left -= units;
         }
@@ -272,7 +272,7 @@ void integerFirBy(const int16_t* src, int16_t* dst, size_t count, const FirPairs
     const size_t n = count * kParts;
     const size_t end = n + (tapsLen - 1) * kParts;
     // Carried sums stay below 2^46, others below 2^31.
-    const bool carries = pairs.carries != nullptr;
+    const bool carries = pairs.steps != nullptr;
     if (shift > (carries ? 46 : 31)) {
         for (size_t i = 0; i < n; ++i)
             dst[i] = 0;

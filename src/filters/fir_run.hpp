@@ -172,8 +172,7 @@ struct IntegerFilter {
     static constexpr int kForkAbove = FirTraits<Zvp32f>::kForkAbove;
 
     IntegerFilter(const FirIntegerState<Data>& state, int scaleFactor)
-        : pairs(firPairs(state)), tapsLen(static_cast<size_t>(state.tapsLen)),
-          singly(state.carryMode == kTooManyCarries) {
+        : pairs(firPairs(state)), tapsLen(static_cast<size_t>(state.tapsLen)), singly(state.runs == kTooManyRuns) {
         constexpr int64_t kLimit = 1 << 16;
         shift = static_cast<int>(std::clamp(int64_t{scaleFactor} - state.tapScale, -kLimit, kLimit));
     }

@@ -245,29 +245,33 @@ struct PairBounds {
     bool fitUnbiased() const { return even.fitUnbiased() && odd.fitUnbiased(); }
 };
 
-// Marks the steps after which a run ends. The number of runs, 0 if a step by itself overflows.
-int64_t markCarries(const FirPairs& pairs, bool singly, uint8_t* carries) {
+// Sets the steps; returns the number of runs.
+int64_t planSteps(const FirPairs& pairs, uint8_t* steps) {
+    PairBounds run;
     int64_t runs = 1;
-    PairBounds sum;
-    size_t step = 0;
+    uint8_t* step = steps;
     for (size_t column = 0; column < std::min(pairs.units, kFirPairStride); ++column) {
         size_t unit = column;
-        for (size_t left = (pairs.units - column + kFirPairStride - 1) / kFirPairStride; left > 0; ++step) {
+        for (size_t left = (pairs.units - column + kFirPairStride - 1) / kFirPairStride; left > 0;) {
             PairBounds addend;
-            const size_t units = firPairStep(left, singly);
-            for (size_t i = 0; i < units; ++i, unit += kFirPairStride)
-                addend.add(pairs, unit);
-            left -= units;
-            if (!addend.fit()) return 0;
-            carries[step] = 0;
-            const PairBounds both = sum + addend;
+            size_t units = firPairStep(left);
+            for (;; units /= 2) {
+                addend = {};
+                for (size_t i = 0; i < units; ++i)
+                    addend.add(pairs, unit + i * kFirPairStride);
+                if (units == 1 || addend.fit()) break;
+            }
+            const PairBounds both = run + addend;
             if (both.fit()) {
-                sum = both;
+                run = both;
             } else {
-                carries[step - 1] = 1;
-                sum = addend;
+                step[-1] = static_cast<uint8_t>(step[-1] + kEndsFirRun);
+                run = addend;
                 ++runs;
             }
+            *step++ = static_cast<uint8_t>(units);
+            unit += units * kFirPairStride;
+            left -= units;
         }
     }
     return runs;
@@ -301,7 +305,7 @@ FirIntegerState<Data>* buildFirIntegerState(uint32_t tag, int tapsLen, int threa
     state.taps = carver.take<Zvp32s>(n * kParts<Data>, 16);
     state.ring = carver.take<Data>(ring, 16);
     state.copies = carver.take<Zvp16s>(4 * int64_t{state.stride}, 16);
-    state.carries = carver.take<uint8_t>(unitCount<Data>(n), 16);
+    state.steps = carver.take<uint8_t>(unitCount<Data>(n), 16);
     std::fill_n(state.ring, ring, Data{});
     return &state;
 }
@@ -336,19 +340,13 @@ void setFirTaps(FirIntegerState<Data>& state, const Source* taps, int tapsFactor
             odd[0] = im;
         }
     }
-    state.carryMode = kNoCarries;
+    state.runs = kOneRun;
     FirPairs pairs = firPairs(state);
     PairBounds all;
     for (size_t unit = 0; unit < pairs.units; ++unit)
         all.add(pairs, unit);
     if (all.fitUnbiased()) return;
-    state.carryMode = kCarries;
-    int64_t runs = markCarries(pairs, false, state.carries);
-    if (runs == 0) {
-        state.carryMode = kCarriesSingly;
-        runs = markCarries(pairs, true, state.carries);
-    }
-    if (runs >= kMostFirRuns) state.carryMode = kTooManyCarries;
+    state.runs = planSteps(pairs, state.steps) < kMostFirRuns ? kSomeRuns : kTooManyRuns;
 }
 
 // Real taps: copy 1 has the first tap at its third place, where a pair begins, copy 0 at its second.
@@ -357,8 +355,7 @@ FirPairs firPairs(const FirIntegerState<Data>& state) {
     constexpr bool kReal = kParts<Data> == 1;
     const int64_t stride = state.stride;
     return {kReal ? state.copies + stride + 2 : state.copies, kReal ? state.copies : state.copies + 2 * stride,
-            static_cast<size_t>(unitCount<Data>(state.tapsLen)),
-            state.carryMode == kNoCarries ? nullptr : state.carries, state.carryMode == kCarriesSingly};
+            static_cast<size_t>(unitCount<Data>(state.tapsLen)), state.runs == kOneRun ? nullptr : state.steps};
 }
 
 #define ZVPS_INSTANTIATE(DATA)                                                                                         \

@@ -143,7 +143,7 @@ void setFirTaps(FirState<Taps>& state, const Source* taps);
 
 struct FirPairs;
 
-enum CarryMode { kNoCarries, kCarries, kCarriesSingly, kTooManyCarries };
+enum RunCount { kOneRun, kSomeRuns, kTooManyRuns };
 
 // Data: 16s or 16sc.
 template <class Data>
@@ -156,8 +156,8 @@ struct FirIntegerState {
     Zvp16s* copies; // the pairs that kernels multiply by: of real taps four reversed copies, copy c shifted by c + 1
     int32_t index;
     int32_t tapScale; // the taps' value is their integer times 2^tapScale
-    uint8_t* carries; // see FirPairs
-    CarryMode carryMode;
+    uint8_t* steps;   // see FirPairs
+    RunCount runs;
     int32_t threads;
     int32_t isAllocated;
     int32_t mode;
