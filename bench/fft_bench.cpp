@@ -1,6 +1,7 @@
 #include "zvps/fft.h"
 
 #include "bench.hpp"
+#include "peers.hpp"
 
 #include <fftw3.h>
 
@@ -203,9 +204,29 @@ void transforms(const std::string& type) {
     }
 }
 
+// The spectra of half as many samples as the vectors have elements, so that the expanded ones fit.
+template <class T, class Complex>
+void expansion(const char* row, ZvpStatus (*expand)(const T*, Complex*, int)) {
+    Row<T>(row, 2, kInCache)
+        .with("ours", [expand](const auto& v) { expand(v.a, reinterpret_cast<Complex*>(v.dst), v.n / 2); })
+        .with("plain", BENCH_CALL(plain::expandPacked(v.a, v.dst, v.n / 2)));
+}
+
+void spectra() {
+    Row<Zvp32f>("MulPack_32f", 3, kInCache)
+        .with("ours", BENCH_CALL(zvpsMulPack_32f(v.a, v.b, v.dst, v.n)))
+        .with("plain", BENCH_CALL(plain::multiplyPacked(v.a, v.b, v.dst, v.n)));
+    Row<Zvp64f>("MulPack_64f", 3, kInCache)
+        .with("ours", BENCH_CALL(zvpsMulPack_64f(v.a, v.b, v.dst, v.n)))
+        .with("plain", BENCH_CALL(plain::multiplyPacked(v.a, v.b, v.dst, v.n)));
+    expansion("ConjPack_32fc", zvpsConjPack_32fc);
+    expansion("ConjPack_64fc", zvpsConjPack_64fc);
+}
+
 } // namespace
 
 void registerFft() {
+    spectra();
     transforms<OursC_32fc>("C_32fc");
     transforms<OursR_32f>("R_32f");
     transforms<OursC_64fc>("C_64fc");

@@ -85,6 +85,12 @@ void fir(const Zvp16s* src, Zvp16s* dst, int n, const float* taps, int tapsLen);
 template <class Taps>
 void fir(const Zvp16s* src, Zvp16s* dst, int n, const Taps* taps, int tapsLen, int shift);
 
+// Of real spectra in Pack layout: the product, and the whole spectrum of n complex values.
+template <class T>
+void multiplyPacked(const T* a, const T* b, T* dst, int n);
+template <class T>
+void expandPacked(const T* a, T* dst, int n);
+
 } // namespace plain
 
 // Eigen's array expressions on maps of the vectors.

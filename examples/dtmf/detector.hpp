@@ -1,7 +1,7 @@
 // Finds dialled digits (dual-tone multi-frequency) in a recording.
 #pragma once
 
-#include "../phone_line/signal.hpp"
+#include "signal.hpp"
 
 struct Digit {
     char key;

@@ -1,7 +1,7 @@
 // Makes a recording of dialled digits.
 #pragma once
 
-#include "../phone_line/signal.hpp"
+#include "signal.hpp"
 
 #include <string>
 

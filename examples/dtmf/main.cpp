@@ -1,23 +1,18 @@
 // dtmf: which digits were dialled in a recording.
-#include "../phone_line/recording.hpp"
+#include "command_line.hpp"
 #include "detector.hpp"
 #include "generator.hpp"
+#include "recording.hpp"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
-#include <cstdlib>
-#include <exception>
 
 namespace {
 constexpr char kHelp[] = "usage: dtmf RECORDING.wav\n"
                          "       dtmf --generate OUT.wav [--digits DIGITS] [--speech SPEECH.wav]\n"
                          "Prints the digits dialled in a recording, or makes a recording of digits with noise and,\n"
                          "if given, speech between them. Digits are 0 to 9, *, # and A to D.\n";
-
-struct UsageError : std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
 
 struct Options {
     std::string input;
@@ -29,27 +24,20 @@ struct Options {
 
 Options parse(int argc, char** argv) {
     Options options;
-    for (int i = 1; i < argc; ++i) {
-        const std::string argument = argv[i];
-        const auto value = [&]() -> std::string {
-            if (++i == argc) throw UsageError(argument + " lacks its value");
-            return argv[i];
-        };
-        if (argument == "--help")
+    CommandLine line(argc, argv);
+    while (line.next()) {
+        if (line.is("--help"))
             options.help = true;
-        else if (argument == "--generate")
-            options.generate = value();
-        else if (argument == "--digits")
-            options.digits = value();
-        else if (argument == "--speech")
-            options.speech = value();
-        else if (argument.rfind("--", 0) == 0)
-            throw UsageError("there is no option " + argument);
-        else if (options.input.empty())
-            options.input = argument;
+        else if (line.is("--generate"))
+            options.generate = line.value();
+        else if (line.is("--digits"))
+            options.digits = line.value();
+        else if (line.is("--speech"))
+            options.speech = line.value();
         else
-            throw UsageError("only one recording can be given");
+            line.refuse();
     }
+    options.input = line.recording();
     if (options.input.empty() == options.generate.empty() && !options.help)
         throw UsageError("give a recording or --generate; --help tells more");
     return options;
@@ -75,7 +63,7 @@ void detect(const std::string& path) {
 } // namespace
 
 int main(int argc, char** argv) {
-    try {
+    return runProgram("dtmf", [&] {
         const Options options = parse(argc, argv);
         if (options.help)
             std::fputs(kHelp, stdout);
@@ -83,12 +71,5 @@ int main(int argc, char** argv) {
             detect(options.input);
         else
             generate(options);
-        return EXIT_SUCCESS;
-    } catch (const UsageError& error) {
-        std::fprintf(stderr, "dtmf: %s\n", error.what());
-        return 2;
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "dtmf: %s\n", error.what());
-        return EXIT_FAILURE;
-    }
+    });
 }

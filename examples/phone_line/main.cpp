@@ -2,12 +2,11 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
-#include <cstdlib>
-#include <exception>
 #include <optional>
 #include <string>
 
 #include "band.hpp"
+#include "command_line.hpp"
 #include "line.hpp"
 #include "measure.hpp"
 #include "output_file.hpp"
@@ -23,10 +22,6 @@ constexpr char kHelp[] = "usage: phone_line [OPTION...] RECORDING.wav\n"
                          "  --echo DB        level of the line's echo, -60 to 0 (-14)\n"
                          "  --output NAME    write NAME.wav and NAME.png (phone_line)\n";
 
-struct UsageError : std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
-
 struct Options {
     std::string input;
     std::string output = "phone_line";
@@ -36,42 +31,26 @@ struct Options {
     bool help = false;
 };
 
-double parseNumber(const std::string& option, const std::string& text, double lowest, double highest) {
-    char* end;
-    const double value = std::strtod(text.c_str(), &end);
-    if (text.empty() || *end != '\0' || !(value >= lowest && value <= highest))
-        throw UsageError(option + " takes a number from " + std::to_string(static_cast<int>(lowest)) + " to " +
-                         std::to_string(static_cast<int>(highest)) + ", not '" + text + "'");
-    return value;
-}
-
 Options parse(int argc, char** argv) {
     Options options;
-    for (int i = 1; i < argc; ++i) {
-        const std::string argument = argv[i];
-        const auto value = [&]() -> std::string {
-            if (++i == argc) throw UsageError(argument + " lacks its value");
-            return argv[i];
-        };
-        if (argument == "--help")
+    CommandLine line(argc, argv);
+    while (line.next()) {
+        if (line.is("--help"))
             options.help = true;
-        else if (argument == "--channel")
-            options.channel = static_cast<int>(parseNumber(argument, value(), 1, 1024));
-        else if (argument == "--band")
+        else if (line.is("--channel"))
+            options.channel = static_cast<int>(line.number(1, 1024));
+        else if (line.is("--band"))
             options.band = true;
-        else if (argument == "--gain")
-            options.line.gain = parseNumber(argument, value(), -60, 60);
-        else if (argument == "--echo")
-            options.line.echo = parseNumber(argument, value(), -60, 0);
-        else if (argument == "--output")
-            options.output = value();
-        else if (argument.rfind("--", 0) == 0)
-            throw UsageError("there is no option " + argument);
-        else if (options.input.empty())
-            options.input = argument;
+        else if (line.is("--gain"))
+            options.line.gain = line.number(-60, 60);
+        else if (line.is("--echo"))
+            options.line.echo = line.number(-60, 0);
+        else if (line.is("--output"))
+            options.output = line.value();
         else
-            throw UsageError("only one recording can be given");
+            line.refuse();
     }
+    options.input = line.recording();
     if (options.input.empty() && !options.help) throw UsageError("no recording given; --help lists the options");
     return options;
 }
@@ -139,12 +118,7 @@ void run(const Options& options) {
     png.commit();
 
     std::printf("recording  %s\n", options.input.c_str());
-    std::printf("           %s, %d Hz, %d %s%s, %.2f s, %d samples\n", recording.encoding.c_str(),
-                recording.signal.rate, recording.channels, recording.channels == 1 ? "channel" : "channels",
-                recording.channels == 1 ? ""
-                : options.channel > 0   ? (", number " + std::to_string(options.channel) + " taken").c_str()
-                                        : ", mixed",
-                recording.signal.seconds(), recording.signal.length());
+    std::printf("           %s\n", describe(recording, options.channel).c_str());
     if (band) std::fputs(bandText(*band, sent.rate).c_str(), stdout);
     std::printf("before     %s\n", levelText(before).c_str());
     std::printf("line       echo %.1f dB after %.0f ms (x %d / 2^%d), then gain %.1f dB (x %d / 2^%d), in 16 bits\n",
@@ -166,18 +140,11 @@ void run(const Options& options) {
 } // namespace
 
 int main(int argc, char** argv) {
-    try {
+    return runProgram("phone_line", [&] {
         const Options options = parse(argc, argv);
         if (options.help)
             std::fputs(kHelp, stdout);
         else
             run(options);
-        return EXIT_SUCCESS;
-    } catch (const UsageError& error) {
-        std::fprintf(stderr, "phone_line: %s\n", error.what());
-        return 2;
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "phone_line: %s\n", error.what());
-        return EXIT_FAILURE;
-    }
+    });
 }

@@ -3,9 +3,12 @@
 #include <algorithm>
 #include <cmath>
 
+#include "short_spectrum.hpp"
+
 namespace {
 constexpr double kTelephoneBand = 4000; // Hz
-}
+constexpr int kLeastBins = 8;           // in a band
+} // namespace
 
 size_t Spectrum::strongest() const {
     return static_cast<size_t>(std::max_element(power.begin(), power.end()) - power.begin());
@@ -14,28 +17,21 @@ size_t Spectrum::strongest() const {
 Spectrum measureSpectrum(const Signal& signal) {
     Spectrum spectrum{std::min(kTelephoneBand, signal.rate / 2.0) / Spectrum::kBands,
                       std::vector<double>(Spectrum::kBands)};
-    // A block as long as one period of a band's width: the window's main lobe then reaches over the next bands'
-    // middles.
-    const int length = static_cast<int>(std::lround(signal.rate / spectrum.width));
-    const double windowSum = (length - 1) / 2.0;
-    std::vector<Zvp32f> block(static_cast<size_t>(length));
-    const int copied = std::min(length, signal.length());
+    const int order = static_cast<int>(std::ceil(std::log2(kLeastBins * signal.rate / spectrum.width)));
+    ShortSpectrum block(order, kWindows.front());
+    const int length = block.length();
+    const auto top = static_cast<size_t>(spectrum.top() * length / signal.rate);
     int blocks = 0;
-    for (int begin = 0; begin == 0 || begin <= signal.length() - length; begin += length / 2) {
-        check(zvpsCopy_32f(signal.samples.data() + begin, block.data() + (length - copied) / 2, copied));
-        check(zvpsWinHann_32f_I(block.data(), length));
-        for (size_t band = 0; band < spectrum.power.size(); band += 2) {
-            const Zvp32f frequencies[2] = {static_cast<Zvp32f>(spectrum.centre(band) / signal.rate),
-                                           static_cast<Zvp32f>(spectrum.centre(band + 1) / signal.rate)};
-            Zvp32fc value[2];
-            check(zvpsGoertzTwo_32f(block.data(), length, value, frequencies));
-            for (size_t k = 0; k < 2; ++k) {
-                const double re = value[k].re * 2 / windowSum, im = value[k].im * 2 / windowSum;
-                spectrum.power[band + k] += re * re + im * im;
-            }
+    int begin = std::min(0, (signal.length() - length) / 2);
+    do {
+        const std::vector<Zvp32f>& bins = block.measure(signal, begin);
+        for (size_t k = 0; k < top; ++k) {
+            const auto band = static_cast<size_t>(static_cast<double>(k) * signal.rate / length / spectrum.width);
+            spectrum.power[band] += bins[k] / block.noiseBandwidth();
         }
         ++blocks;
-    }
+        begin += length / 2;
+    } while (begin <= signal.length() - length);
     for (double& power : spectrum.power)
         power /= blocks;
     return spectrum;

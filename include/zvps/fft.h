@@ -87,8 +87,9 @@ ZvpStatus zvpsFFTGetSize_R_64f(int order, int flag, ZvpHintAlgorithm hint, int* 
    *spec. It points into itself and cannot be moved. initBuf is used during the call only, and may be null where
    GetSize gives 0 (16-bit data: below order 11).
 
-   zvpStsNullPtr: spec null; zvpStsBadFftOrder: an order that GetSize rejects; zvpStsNullPtr: specMem null;
-   zvpStsBadFftFlag; zvpStsNullPtr: initBuf null where it is needed. On an error *spec is left alone. */
+   zvpStsNullPtr: spec null; zvpStsBadFftOrder: an order that GetSize rejects (32s, 32sc and 16s32s: outside 0 to 30);
+   zvpStsNullPtr: specMem null; zvpStsBadFftOrder: any other order that GetSize rejects; zvpStsBadFftFlag;
+   zvpStsNullPtr: initBuf null where it is needed. On an error *spec is left alone. */
 ZvpStatus zvpsFFTInit_C_16sc(ZvpsFFTSpec_C_16sc** spec, int order, int flag, ZvpHintAlgorithm hint, Zvp8u* specMem,
                              Zvp8u* initBuf);
 ZvpStatus zvpsFFTInit_C_16s(ZvpsFFTSpec_C_16s** spec, int order, int flag, ZvpHintAlgorithm hint, Zvp8u* specMem,

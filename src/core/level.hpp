@@ -21,6 +21,8 @@ struct TotalKernels;
 struct WindowKernels;
 template <class T>
 struct FftKernels;
+template <class T>
+struct RealFftKernels;
 
 // One table of function pointers per family: its type, its slot, and its name in the namespace of a level.
 #define ZVPS_KERNEL_TABLES(X)                                                                                          \
@@ -37,6 +39,8 @@ struct FftKernels;
     X(NormKernels, norms, normKernels)                                                                                 \
     X(ProductKernels, products, productKernels)                                                                        \
     X(QuotientKernels, quotients, quotientKernels)                                                                     \
+    X(RealFftKernels<float>, realFft32f, realFft32fKernels)                                                            \
+    X(RealFftKernels<double>, realFft64f, realFft64fKernels)                                                           \
     X(SpectrumKernels, spectra, spectrumKernels)                                                                       \
     X(SumKernels, sums, sumKernels)                                                                                    \
     X(ThresholdKernels, thresholds, thresholdKernels)                                                                  \

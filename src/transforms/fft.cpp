@@ -12,6 +12,22 @@ const FftKernels<T>& fftKernels() {
         return *kernels().fft64f;
     }
 }
+template <class T>
+const RealFftKernels<T>& realFftKernels() {
+    if constexpr (sizeof(T) == 4) {
+        return *kernels().realFft32f;
+    } else {
+        return *kernels().realFft64f;
+    }
+}
+
+template <class T, class General, class... Data>
+[[gnu::noinline]] ZvpStatus runGeneral(const FftSpec<T>& spec, T factor, General general, Zvp8u* buffer, Data... data) {
+    if (spec.workSize == 0) return general(data..., factor, spec, nullptr);
+    const WorkArea work(buffer, spec.workSize);
+    if (!work) return zvpStsNoMemory;
+    return general(data..., factor, spec, work.as<T>());
+}
 
 // Small orders by their fixed routines, without a work area.
 template <class T, class Fixed, class General, class... Data>
@@ -19,11 +35,7 @@ ZvpStatus run(const FftSpec<T>& spec, FftDirection direction, const Fixed (&fixe
               General general, Zvp8u* buffer, Data... data) {
     const bool scales = (direction == kFftForward ? spec.scalesForward : spec.scalesInverse) != 0;
     if (spec.order <= kFixedFftOrder) return fixed[scales ? 1 : 0][spec.order](data..., spec.factor);
-    const T factor = scales ? spec.factor : T{1};
-    if (spec.workSize == 0) return general(data..., factor, spec, nullptr);
-    const WorkArea work(buffer, spec.workSize);
-    if (!work) return zvpStsNoMemory;
-    return general(data..., factor, spec, work.as<T>());
+    return runGeneral(spec, scales ? spec.factor : T{1}, general, buffer, data...);
 }
 
 template <class Opaque, class Complex>
@@ -48,8 +60,8 @@ template <class Opaque, class T>
 ZvpStatus realFft(FftDirection direction, RealFftLayout layout, const T* src, T* dst, const Opaque* spec,
                   Zvp8u* buffer) {
     if (const ZvpStatus status = checkTransform(spec, src, dst)) return status;
-    const FftKernels<T>& table = fftKernels<T>();
-    return run(*header(spec), direction, table.fixedReal[direction][layout], table.real[direction][layout], buffer, src,
+    const RealFftKernels<T>& table = realFftKernels<T>();
+    return run(*header(spec), direction, table.fixed[direction][layout], table.general[direction][layout], buffer, src,
                dst);
 }
 

@@ -33,10 +33,14 @@ template <class T>
 struct FftKernels {
     FixedFft<T> fixedComplex[kFftDirections][2][kFixedFftOrder + 1];
     FixedSplitFft<T> fixedSplit[kFftDirections][2][kFixedFftOrder + 1];
-    FixedFft<T> fixedReal[kFftDirections][kRealFftLayouts][2][kFixedFftOrder + 1];
     Fft<T> complex[kFftDirections];
     SplitFft<T> split[kFftDirections];
-    Fft<T> real[kFftDirections][kRealFftLayouts];
+};
+
+template <class T>
+struct RealFftKernels {
+    FixedFft<T> fixed[kFftDirections][kRealFftLayouts][2][kFixedFftOrder + 1];
+    Fft<T> general[kFftDirections][kRealFftLayouts];
 };
 
 } // namespace zvps

@@ -95,7 +95,7 @@ Zvp16s narrowed(int64_t v, int64_t places) {
 // Transforms 2^order points whose magnitudes leave room for their sum in 33 bits.
 void transformIntegers(IntegerPoints& x, int order, FftDirection direction) {
     static constexpr int kReversed[kMostPoints] = {0, 4, 2, 6, 1, 5, 3, 7};
-    IntegerPoints y;
+    IntegerPoints y{};
     const int points = 1 << order;
     for (int i = 0; i < points; ++i) {
         const int j = kReversed[i] >> (3 - order);
@@ -132,10 +132,10 @@ void transformIntegers(IntegerPoints& x, int order, FftDirection direction) {
 
 // Points `step` elements apart. The input is raised to make use of 32 bits.
 void inIntegers(const FftSpec16s& spec, FftDirection direction, const Zvp16s* srcRe, const Zvp16s* srcIm, Zvp16s* dstRe,
-                Zvp16s* dstIm, int step, int scaleFactor) {
+                Zvp16s* dstIm, ptrdiff_t step, int scaleFactor) {
     const int points = 1 << spec.order;
     const int raised = 15 - spec.order;
-    IntegerPoints x;
+    IntegerPoints x{};
     for (int i = 0; i < points; ++i) {
         x.re[i] = int64_t{srcRe[i * step]} * (1 << raised);
         x.im[i] = int64_t{srcIm[i * step]} * (1 << raised);

@@ -1,5 +1,6 @@
 // The life cycle of FFT specifications.
 #include "transforms/fft_objects.hpp"
+#include "transforms/fft_large_plan.hpp"
 #include "transforms/fft_tables.hpp"
 
 #include <algorithm>
@@ -114,7 +115,8 @@ constexpr int kLargeOrder = 18;
 
 template <class T>
 Room complexRoom(int order) {
-    constexpr int64_t kElement = 2 * sizeof(T);
+    constexpr int64_t kPart = sizeof(T);
+    constexpr int64_t kElement = 2 * kPart;
     constexpr bool kIsDouble = sizeof(T) == 8;
     if (order <= kFixedFftOrder) return {0, 0};
     const int64_t bytes = kElement * pointsOf(order);
@@ -125,8 +127,9 @@ Room complexRoom(int order) {
     const Room rows = complexRoom<T>(order - columns);
     Room room = {rows.tables + bytes, std::max(rows.work, kElement * pointsOf(block))};
     if (order > kLargeOrder) room.work = std::max<int64_t>(room.work, 65536);
-    // Room for all points but in the last order, where those of integers would pass 2^31 bytes with it.
-    if (kIsDouble && order <= 25) room.work = bytes;
+    // Room for all points and a block of columns, but in the last order, where those of integers would pass 2^31 bytes
+    // with it.
+    if (kIsDouble && order <= 25) room.work = bytes + kPart * static_cast<int64_t>(largeFftBlock<T>(order));
     return room;
 }
 

@@ -1,9 +1,52 @@
-// The tables of the floating-point transforms, in the order in which the kernels read them.
+// How a complex transform is cut into passes, and the tables that its kernels read.
 #pragma once
 
 #include "transforms/fft_spec.hpp"
 
+#include <cstddef>
+
 namespace zvps {
+
+// Up to this order complex transforms are made of such passes.
+inline constexpr int kLastFftPlan = 17;
+inline constexpr int kMaxFftPasses = 4;
+
+// The radices of the passes, as powers of two, in their order.
+struct FftPlan {
+    int passes;
+    int orders[kMaxFftPasses];
+};
+
+// For orders from 6 to kLastFftPlan. Four passes run as two pairs, each in the first-level cache.
+template <class T>
+constexpr FftPlan fftPlan(int order) {
+    constexpr FftPlan plans[] = {
+        {2, {3, 3}},    {2, {4, 3}},       {2, {4, 4}},       {2, {4, 5}},       {3, {4, 3, 3}},    {3, {4, 4, 3}},
+        {3, {4, 4, 4}}, {4, {4, 3, 3, 3}}, {4, {4, 3, 4, 3}}, {4, {4, 4, 4, 3}}, {4, {4, 4, 4, 4}}, {4, {4, 4, 4, 5}},
+    };
+    if (sizeof(T) == 8 && order == 12) return {4, {4, 3, 3, 2}};
+    return plans[order - 6];
+}
+
+// The values in a block of the data between the passes: a vector of 64 bytes, or as many as the first pass has numbers
+// and columns.
+template <class T>
+constexpr size_t fftBlock(size_t numbers, size_t columns) {
+    size_t block = 64 / sizeof(T);
+    if (numbers < block) block = numbers;
+    if (columns < block) block = columns;
+    return block;
+}
+
+// The number at a place in a block: in 128 bits the first half from the block's first half, the other from its second.
+template <class T>
+constexpr size_t fftNumberAt(size_t place, size_t block) {
+    const size_t half = 8 / sizeof(T);
+    return place / (2 * half) * half + place % half + (place % (2 * half) >= half ? block / 2 : 0);
+}
+
+// The twiddle factors of the passes after the first, one pass after the other: for each block of numbers k, and n1 from
+// 1 on, exp(-2 pi i n1 k / (s R)), the real parts of the block before the imaginary parts.
 
 // quarterWave[k] = sin(2 pi k / 2^quarterWaveOrder) for k = 0..2^quarterWaveOrder / 4, correctly rounded; of the order
 // of the transform or a higher one. The order of a real transform is that of its number of samples. Tables start at
@@ -17,5 +60,11 @@ template <class T>
 size_t realFftTableBytes(int order);
 template <class T>
 void buildRealFftTables(int order, FftSpec<T>& spec, unsigned char* area, const T* quarterWave, int quarterWaveOrder);
+
+// Of the longest complex transforms, which are cut in two.
+template <class T>
+size_t largeFftTableBytes(int order);
+template <class T>
+void buildLargeFftTables(int order, T* base, const T* quarterWave, int quarterWaveOrder);
 
 } // namespace zvps

@@ -81,14 +81,21 @@ void multiply(const Layout& layout, MulReal mulReal, MulPairs mulPairs) {
     if (layout.pairCount > 0) mulPairs(layout.pairs, static_cast<int>(layout.pairCount));
 }
 
-// One scale factor more for integers.
+template <class T>
+void mulReal(const T* src1, const T* src2, T* dst) {
+    *dst = *src1 * *src2;
+}
+void mulReal(const Zvp16s* src1, const Zvp16s* src2, Zvp16s* dst, int scaleFactor) {
+    zvpsMul_16s_Sfs(src1, src2, dst, 1, scaleFactor);
+}
+
+// Integers with one scale factor more.
 template <class T, class Complex, class... Scale>
-ZvpStatus mulSpectra(ZvpStatus (*mulReal)(const T*, const T*, T*, int, Scale...),
-                     ZvpStatus (*mulComplex)(const Complex*, const Complex*, Complex*, int, Scale...),
+ZvpStatus mulSpectra(ZvpStatus (*mulComplex)(const Complex*, const Complex*, Complex*, int, Scale...),
                      Layout (*layoutOf)(int), const T* src1, const T* src2, T* dst, int len, Scale... scaleFactor) {
     if (const ZvpStatus status = checkVectors(len, src1, src2, dst)) return status;
     multiply(
-        layoutOf(len), [&](size_t i) { mulReal(src1 + i, src2 + i, dst + i, 1, scaleFactor...); },
+        layoutOf(len), [&](size_t i) { mulReal(src1 + i, src2 + i, dst + i, scaleFactor...); },
         [&](size_t i, int count) {
             mulComplex(reinterpret_cast<const Complex*>(src1 + i), reinterpret_cast<const Complex*>(src2 + i),
                        reinterpret_cast<Complex*>(dst + i), count, scaleFactor...);
@@ -130,14 +137,14 @@ ZVPS_CONJ(zvpsConjCcs, expandCcs, 64f, 64fc)
 
 #define ZVPS_MUL_SPECTRA(NAME, LAYOUT, TYPE)                                                                           \
     ZvpStatus NAME##_##TYPE(const Zvp##TYPE* src1, const Zvp##TYPE* src2, Zvp##TYPE* dst, int len) {                   \
-        return zvps::mulSpectra(zvpsMul_##TYPE, zvpsMul_##TYPE##c, zvps::LAYOUT, src1, src2, dst, len);                \
+        return zvps::mulSpectra(zvpsMul_##TYPE##c, zvps::LAYOUT, src1, src2, dst, len);                                \
     }                                                                                                                  \
     ZvpStatus NAME##_##TYPE##_I(const Zvp##TYPE* src, Zvp##TYPE* srcDst, int len) {                                    \
         return NAME##_##TYPE(src, srcDst, srcDst, len);                                                                \
     }
 #define ZVPS_MUL_SPECTRA_SFS(NAME, LAYOUT)                                                                             \
     ZvpStatus NAME##_16s_Sfs(const Zvp16s* src1, const Zvp16s* src2, Zvp16s* dst, int len, int scaleFactor) {          \
-        return zvps::mulSpectra(zvpsMul_16s_Sfs, zvpsMul_16sc_Sfs, zvps::LAYOUT, src1, src2, dst, len, scaleFactor);   \
+        return zvps::mulSpectra(zvpsMul_16sc_Sfs, zvps::LAYOUT, src1, src2, dst, len, scaleFactor);                    \
     }                                                                                                                  \
     ZvpStatus NAME##_16s_ISfs(const Zvp16s* src, Zvp16s* srcDst, int len, int scaleFactor) {                           \
         return NAME##_16s_Sfs(src, srcDst, srcDst, len, scaleFactor);                                                  \

@@ -1,43 +1,8 @@
 // Runs the example dtmf: what it generates, it detects; speech and wrong files give no digits.
-#include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <string>
+#include "example_test.hpp"
 
 namespace {
-namespace fs = std::filesystem;
-
-class Dtmf : public testing::Test {
-  protected:
-    void SetUp() override {
-        char name[] = "/tmp/dtmf_test.XXXXXX";
-        ASSERT_NE(mkdtemp(name), nullptr);
-        directory_ = name;
-    }
-    void TearDown() override { fs::remove_all(directory_); }
-
-    // Exit status; `out_` and `err_` keep what was printed.
-    int run(const std::string& arguments) {
-        const int status =
-            std::system(("cd " + directory_.string() + " && " DTMF " " + arguments + " >out.txt 2>err.txt").c_str());
-        out_ = read("out.txt");
-        err_ = read("err.txt");
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    }
-    std::string read(const std::string& name) const {
-        std::ifstream file(directory_ / name, std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
-    void write(const std::string& name, const std::string& content) const {
-        std::ofstream(directory_ / name, std::ios::binary) << content;
-    }
-
-    fs::path directory_;
-    std::string out_, err_;
-};
+class Dtmf : public Example {};
 
 TEST_F(Dtmf, detectsWhatItGenerates) {
     for (const std::string digits : {"0123456789*#ABCD", "7", "555", "D*0#A1"}) {
@@ -63,18 +28,11 @@ TEST_F(Dtmf, isNotMisledBySpeech) {
 }
 
 TEST_F(Dtmf, refusesWrongFilesInOneLine) {
-    ASSERT_EQ(run("--generate good.wav"), 0) << err_;
-    const std::string good = read("good.wav");
-    write("empty.wav", "");
-    write("text.wav", "no audio at all, but some text instead\n");
-    write("truncated.wav", good.substr(0, good.size() / 2));
-    for (const std::string arguments : {"missing.wav", "empty.wav", "text.wav", "truncated.wav", ".",
-                                        "--generate x.wav --digits 12X", "--unknown", "", "good.wav --generate"}) {
-        EXPECT_GT(run(arguments), 0) << arguments;
-        EXPECT_EQ(out_, "") << arguments;
-        EXPECT_EQ(err_.rfind("dtmf: ", 0), 0u) << arguments << ": " << err_;
-        EXPECT_EQ(err_.find('\n'), err_.size() - 1) << arguments << ": " << err_;
-    }
-    EXPECT_FALSE(fs::exists(directory_ / "x.wav"));
+    for (const auto& [name, message] : makeBadFiles())
+        expectRefusal(name, 1, message);
+    expectRefusal("--generate x.wav --digits 12X", 1, "");
+    expectRefusal("--unknown", 2, "no option --unknown");
+    expectRefusal("", 2, "give a recording or --generate");
+    expectRefusal("good.wav --generate", 2, "--generate lacks its value");
 }
 } // namespace

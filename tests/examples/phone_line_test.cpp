@@ -1,80 +1,10 @@
 // Runs the example phone_line on recordings made here, good and bad.
-#include <gtest/gtest.h>
-#include <png.h>
-#include <sndfile.h>
-
-#include <cmath>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <limits>
-#include <set>
-#include <string>
-#include <vector>
+#include "example_test.hpp"
 
 namespace {
-namespace fs = std::filesystem;
-
-std::string readFile(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
-void writeFile(const fs::path& path, const std::string& content) {
-    std::ofstream(path, std::ios::binary) << content;
-}
-
-class PhoneLine : public testing::Test {
+class PhoneLine : public Example {
   protected:
-    void SetUp() override {
-        char name[] = "/tmp/phone_line_test.XXXXXX";
-        ASSERT_NE(mkdtemp(name), nullptr);
-        directory_ = name;
-    }
-    void TearDown() override { fs::remove_all(directory_); }
-
-    fs::path path(const std::string& name) const { return directory_ / name; }
-
-    void record(const std::string& name, int format, int channels, const std::vector<double>& samples) {
-        SF_INFO info{};
-        info.samplerate = 16000;
-        info.channels = channels;
-        info.format = SF_FORMAT_WAV | format;
-        SNDFILE* file = sf_open(path(name).c_str(), SFM_WRITE, &info);
-        ASSERT_NE(file, nullptr);
-        const auto count = static_cast<sf_count_t>(samples.size());
-        if (format == SF_FORMAT_FLOAT) {
-            ASSERT_EQ(sf_write_double(file, samples.data(), count), count);
-        } else { // libsndfile would scale floating point by 32767 and the like; integers it only shifts
-            std::vector<int> integers;
-            for (const double sample : samples)
-                integers.push_back(static_cast<int>(std::ldexp(sample, 31)));
-            ASSERT_EQ(sf_write_int(file, integers.data(), count), count);
-        }
-        ASSERT_EQ(sf_close(file), 0);
-    }
-
-    // Exit status of a run inside the directory; `out` and `err` keep what it printed.
-    int run(const std::string& arguments) {
-        const std::string command =
-            "cd " + directory_.string() + " && " PHONE_LINE " " + arguments + " >out.txt 2>err.txt";
-        const int status = std::system(command.c_str());
-        out_ = readFile(path("out.txt"));
-        err_ = readFile(path("err.txt"));
-        fs::remove(path("out.txt"));
-        fs::remove(path("err.txt"));
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    }
-
-    std::set<std::string> files() const {
-        std::set<std::string> names;
-        for (const auto& entry : fs::directory_iterator(directory_))
-            names.insert(entry.path().filename().string());
-        return names;
-    }
-
-    std::vector<short> received(const std::string& name = "phone_line.wav", int rate = 16000) const {
+    std::vector<short> received(const std::string& name = "phone_line.wav", int rate = kRate) const {
         SF_INFO info{};
         SNDFILE* file = sf_open(path(name).c_str(), SFM_READ, &info);
         if (!file) return {};
@@ -85,9 +15,6 @@ class PhoneLine : public testing::Test {
         sf_close(file);
         return samples;
     }
-
-    fs::path directory_;
-    std::string out_, err_;
 };
 
 // At 0 dB the line hands 16 bits through, until the echo comes.
@@ -156,12 +83,7 @@ TEST_F(PhoneLine, clipsCountsAndEchoes) {
     EXPECT_NE(out_.find(" 1 sample clipped"), std::string::npos) << out_;
     EXPECT_NE(out_.find("before     peak 3.5 dBFS"), std::string::npos) << out_;
 
-    png_image image{};
-    image.version = PNG_IMAGE_VERSION;
-    ASSERT_TRUE(png_image_begin_read_from_file(&image, path("loud.png").c_str())) << image.message;
-    image.format = PNG_FORMAT_RGB;
-    std::vector<png_byte> pixels(PNG_IMAGE_SIZE(image));
-    ASSERT_TRUE(png_image_finish_read(&image, nullptr, pixels.data(), 0, nullptr)) << image.message;
+    const Image image = readImage("loud.png");
     EXPECT_GE(image.width, 800u);
     EXPECT_GE(image.height, 400u);
 }
@@ -192,16 +114,12 @@ TEST_F(PhoneLine, reportsTheNoiseOfCodingAndTheSpectrum) {
             sine.push_back(std::pow(10, level / 20) * 0.9999 * std::sin(2 * M_PI * 1062.5 * i / 16000));
         record("sine.wav", SF_FORMAT_FLOAT, 1, sine);
         ASSERT_EQ(run("sine.wav --gain -20 --echo -60"), 0) << err_;
-        const auto after = [&](const std::string& text) {
-            const size_t found = out_.find(text);
-            return found == std::string::npos ? NAN : std::strtod(out_.c_str() + found + text.size(), nullptr);
-        };
-        EXPECT_NEAR(after("mu-law "), muLaw, 1) << out_;
-        EXPECT_NEAR(after(" A-law "), aLaw, 1) << out_;
-        EXPECT_NEAR(after("strongest at "), 1062.5, 0.6) << out_;
-        EXPECT_NEAR(after(" Hz ("), level, 0.11) << out_;
-        EXPECT_NEAR(after("before, "), 1062.5, 0.6) << out_;
-        EXPECT_NEAR(after("before, 1063 Hz ("), level - 20, 1) << out_; // where a sample is a few steps high
+        EXPECT_NEAR(numberAfter("mu-law "), muLaw, 1) << out_;
+        EXPECT_NEAR(numberAfter(" A-law "), aLaw, 1) << out_;
+        EXPECT_NEAR(numberAfter("strongest at "), 1062.5, 0.6) << out_;
+        EXPECT_NEAR(numberAfter(" Hz ("), level, 0.11) << out_;
+        EXPECT_NEAR(numberAfter("before, "), 1062.5, 0.6) << out_;
+        EXPECT_NEAR(numberAfter("before, 1063 Hz ("), level - 20, 1) << out_; // where a sample is a few steps high
     }
 }
 
@@ -231,49 +149,18 @@ TEST_F(PhoneLine, passesTheTelephoneBand) {
 
 TEST_F(PhoneLine, refusesBadInputWithOneLineAndLeavesNothingBehind) {
     record("good.wav", SF_FORMAT_PCM_16, 1, tone(4000));
-    record("none.wav", SF_FORMAT_PCM_16, 1, {});
-    record("nan.wav", SF_FORMAT_FLOAT, 1, {0, std::numeric_limits<double>::quiet_NaN(), 0});
-    const std::string good = readFile(path("good.wav"));
-    writeFile(path("empty.wav"), "");
-    writeFile(path("text.wav"), "This is a letter, not a recording.\n" + std::string(2000, 'x'));
-    writeFile(path("header.wav"), good.substr(0, 30));
-    writeFile(path("half.wav"), good.substr(0, good.size() / 2));
-    writeFile(path("short.wav"), good.substr(0, good.size() - 1));
-    fs::create_directory(path("folder.wav"));
-    const auto before = files();
-
-    const struct {
-        const char* arguments;
-        int status;
-        const char* message;
-    } cases[] = {
-        {"missing.wav", 1, "missing.wav: no such file"},
-        {"folder.wav", 1, "folder.wav: not a regular file"},
-        {"empty.wav", 1, "empty.wav: the file is empty"},
-        {"text.wav", 1, "text.wav: "},
-        {"header.wav", 1, "header.wav: "},
-        {"half.wav", 1, "half.wav: the file is truncated"},
-        {"short.wav", 1, "short.wav: the file is truncated"},
-        {"none.wav", 1, "none.wav: holds no samples"},
-        {"nan.wav", 1, "nan.wav: holds samples that are no numbers"},
-        {"good.wav --channel 2", 1, "good.wav: no channel 2"},
-        {"good.wav --output good", 1, "would replace the recording"},
-        {"good.wav --output no/such/folder", 1, "no/such/folder.wav"},
-        {"good.wav --gain loud", 2, "--gain takes a number"},
-        {"good.wav --gain", 2, "--gain lacks its value"},
-        {"good.wav --gian 3", 2, "no option --gian"},
-        {"", 2, "no recording given"},
-    };
-    for (const auto& [arguments, status, message] : cases) {
-        SCOPED_TRACE(arguments);
-        EXPECT_EQ(run(arguments), status);
-        EXPECT_EQ(out_, "");
-        EXPECT_NE(err_.find(message), std::string::npos) << err_;
-        EXPECT_EQ(err_.find("phone_line: "), 0u) << err_;
-        EXPECT_EQ(err_.find('\n'), err_.size() - 1) << err_;
-        EXPECT_EQ(files(), before);
-    }
-    EXPECT_EQ(readFile(path("good.wav")), good);
+    const std::string good = read("good.wav");
+    for (const auto& [name, message] : makeBadFiles())
+        expectRefusal(name, 1, message);
+    expectRefusal("good.wav --channel 2", 1, "good.wav: no channel 2");
+    expectRefusal("good.wav --output good", 1, "would replace the recording");
+    expectRefusal("good.wav --output no/such/folder", 1, "no/such/folder.wav");
+    expectRefusal("good.wav --gain loud", 2, "--gain takes a number");
+    expectRefusal("good.wav --gain", 2, "--gain lacks its value");
+    expectRefusal("good.wav --gian 3", 2, "no option --gian");
+    expectRefusal("good.wav good.wav", 2, "only one recording");
+    expectRefusal("", 2, "no recording given");
+    EXPECT_EQ(read("good.wav"), good);
 }
 
 TEST_F(PhoneLine, handlesTheShortestAndTheSilentRecording) {

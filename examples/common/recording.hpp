@@ -16,5 +16,8 @@ struct Recording {
 // truncated, not a WAV or holds samples that are no numbers.
 Recording readRecording(const std::filesystem::path& path, int channel);
 
+// The recording in words: encoding, rate, channels and which of them was taken, duration.
+std::string describe(const Recording& recording, int channel);
+
 // Writes 16-bit samples as a WAV with one channel.
 void writeRecording(const std::filesystem::path& path, int rate, const std::vector<Zvp16s>& samples);

@@ -6,6 +6,7 @@
 #include <climits>
 #include <cmath>
 #include <cstdint>
+#include <cstdio>
 #include <fstream>
 #include <memory>
 
@@ -88,6 +89,18 @@ Recording readRecording(const fs::path& path, int channel) {
     sf_command(nullptr, SFC_GET_FORMAT_INFO, &encoding, sizeof encoding);
     return {info.channels, encoding.name ? encoding.name : "unknown encoding",
             channel > 0 ? channels[static_cast<size_t>(channel - 1)] : mix(channels)};
+}
+
+std::string describe(const Recording& recording, int channel) {
+    const Signal& signal = recording.signal;
+    const char* const channels = recording.channels == 1 ? " channel" : " channels";
+    const std::string taken = recording.channels == 1 ? ""
+                              : channel > 0           ? ", number " + std::to_string(channel) + " taken"
+                                                      : ", mixed";
+    char duration[32];
+    std::snprintf(duration, sizeof duration, "%.2f", signal.seconds());
+    return recording.encoding + ", " + std::to_string(signal.rate) + " Hz, " + std::to_string(recording.channels) +
+           channels + taken + ", " + duration + " s, " + std::to_string(signal.length()) + " samples";
 }
 
 void writeRecording(const fs::path& path, int rate, const std::vector<Zvp16s>& samples) {

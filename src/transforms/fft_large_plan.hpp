@@ -1,0 +1,86 @@
+// How long transforms are cut in two, and the tables they read.
+#pragma once
+
+#include "transforms/fft_rows_plan.hpp"
+
+namespace zvps {
+
+// N = N1 x N2 points: transforms over the first index n1 of x[n1 N2 + n2], factors exp(-2 pi i n2 k1 / N), and
+// transforms over n2, whose bins k2 are those of k1 + N1 k2.
+struct LargeFftPlan {
+    int firstOrder;  // of N1
+    int secondOrder; // of N2, the same or one more
+    RowsPlan first;  // its first radix is the number of columns taken together
+    RowsPlan rest;   // the first one's passes behind that radix
+    RowsPlan second;
+};
+
+// The columns that are taken together: two lines of cache.
+template <class T>
+inline constexpr int kLargeColumnsOrder = sizeof(T) == 4 ? 4 : 3;
+template <class T>
+inline constexpr size_t kLargeColumns = size_t{1} << kLargeColumnsOrder<T>;
+
+template <class T>
+constexpr LargeFftPlan largeFftPlan(int order) {
+    const int firstOrder = order / 2;
+    const int secondOrder = order - firstOrder;
+    const RowsPlan rest = rowsPlan(firstOrder - kLargeColumnsOrder<T>);
+    RowsPlan first = {firstOrder, {kLargeColumnsOrder<T>}};
+    for (int pass = 1; pass < kMostRowsPasses; ++pass) {
+        first.orders[pass] = rest.orders[pass - 1];
+    }
+    return {firstOrder, secondOrder, first, rest, rowsPlan(secondOrder)};
+}
+
+// The values of a block of columns between its passes, at most, with a line of cache behind each.
+template <class T>
+constexpr size_t largeFftBlock(int order) {
+    return (2 * kLargeColumns<T> << largeFftPlan<T>(order).secondOrder) + kLargeColumns<T> * kLargeColumns<T>;
+}
+
+// Where the tables start, in values. The factors between the transforms are products of a fine one, by n2 and k1 mod C,
+// and a coarse one, by n2 and k1 / C, with C columns. They come twice: for one n2 after the other, vectors of fine ones
+// for all k1 mod C and single coarse ones; and, each behind them, vectors of both for C neighbouring n2. Vectors are
+// cosines, then sines.
+struct LargeFftTables {
+    size_t first[kMostRowsPasses];
+    size_t second[kMostRowsPasses];
+    size_t fine;
+    size_t coarse;
+    size_t fineAcross;
+    size_t coarseAcross;
+    size_t values;
+};
+
+template <class T>
+constexpr LargeFftTables largeFftTables(int order) {
+    const LargeFftPlan plan = largeFftPlan<T>(order);
+    LargeFftTables tables = {};
+    size_t place = 0;
+    // Vectors first, at the alignment of the area.
+    const size_t fine = 2 * kLargeColumns<T> << plan.secondOrder;
+    const size_t coarse = (size_t{2} << order) / kLargeColumns<T>;
+    tables.fine = place;
+    place += fine;
+    tables.fineAcross = place;
+    place += fine;
+    tables.coarseAcross = place;
+    place += coarse;
+    tables.coarse = place;
+    place += coarse;
+    int firstOrder = plan.firstOrder;
+    int secondOrder = plan.secondOrder;
+    for (int pass = 0; pass < kMostRowsPasses; ++pass) {
+        tables.first[pass] = place;
+        place += rowsTwiddles(plan.first, pass, firstOrder);
+        firstOrder -= plan.first.orders[pass];
+        tables.second[pass] = place;
+        place += rowsTwiddles(plan.second, pass, secondOrder);
+        secondOrder -= plan.second.orders[pass];
+    }
+    tables.values = place;
+    return tables;
+}
+
+} // namespace zvps

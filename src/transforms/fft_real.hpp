@@ -1,0 +1,593 @@
+// Real FFTs: N = N1 x N2 samples in N1 rows. Real transforms of the columns leave rows k1 = 0 .. N1/2; complex
+// transforms of length N2 along the rows 1 .. N1/2 - 1, side by side in the lanes of vectors, give the bins k1 + N1 k2,
+// each of which is a bin of the half spectrum or the conjugate of one. The rows 0 and N1/2 together are the transform
+// of 2 N2 real values, which runs as a complex one of length N2 in the lane of row 0.
+#pragma once
+
+#include "transforms/fft.table.hpp"
+#include "transforms/fft_real_plan.hpp"
+#include "transforms/fft_rows.hpp"
+
+namespace zvps::ZVPS_LEVEL {
+
+// Of 2 pi k / N.
+template <size_t N, size_t k, class T>
+inline constexpr T kCosine = static_cast<T>(cosOf32(k*(32 / N)));
+template <size_t N, size_t k, class T>
+inline constexpr T kSine = static_cast<T>(cosOf32(k*(32 / N) + 24));
+
+// ---- Butterflies ----
+
+// The bins 0 .. N/2 of the transform of N real values in registers. The bins 0 and N/2 have no imaginary part;
+// areHalves: in their place the sums of the values with even and with odd index.
+template <size_t N, bool areHalves = false, size_t kStride = 1, class D, class V>
+HWY_INLINE void realDft(D d, const V* x, V* re, V* im) {
+    using T = hn::TFromD<D>;
+    if constexpr (N == 1) {
+        re[0] = x[0];
+    } else {
+        V evenRe[N / 4 + 1], evenIm[N / 4 + 1], oddRe[N / 4 + 1], oddIm[N / 4 + 1];
+        realDft<N / 2, false, 2 * kStride>(d, x, evenRe, evenIm);
+        realDft<N / 2, false, 2 * kStride>(d, x + kStride, oddRe, oddIm);
+        re[0] = areHalves ? evenRe[0] : hn::Add(evenRe[0], oddRe[0]);
+        re[N / 2] = areHalves ? oddRe[0] : hn::Sub(evenRe[0], oddRe[0]);
+        if constexpr (N >= 4) {
+            re[N / 4] = evenRe[N / 4];
+            im[N / 4] = hn::Neg(oddRe[N / 4]);
+            unroll<N / 4 - 1>([&](auto i) ZVPS_INLINE_LAMBDA {
+                constexpr size_t k = i + 1;
+                const auto odd = rotated(oddRe[k], oddIm[k], hn::Set(d, kCosine<N, k, T>), hn::Set(d, kSine<N, k, T>));
+                re[k] = hn::Add(evenRe[k], odd.re);
+                im[k] = hn::Add(evenIm[k], odd.im);
+                re[N / 2 - k] = hn::Sub(evenRe[k], odd.re);
+                im[N / 2 - k] = hn::Sub(odd.im, evenIm[k]);
+            });
+        }
+    }
+}
+
+// The inverse of realDft, N times as large. areHalves: the bins 0 and N/2 hold N/2 times those sums.
+template <size_t N, bool areHalves = false, size_t kStride = 1, class D, class V>
+HWY_INLINE void inverseRealDft(D d, const V* re, const V* im, V* x) {
+    using T = hn::TFromD<D>;
+    if constexpr (N == 1) {
+        x[0] = re[0];
+    } else {
+        V evenRe[N / 4 + 1], evenIm[N / 4 + 1], oddRe[N / 4 + 1], oddIm[N / 4 + 1];
+        evenRe[0] = areHalves ? re[0] : hn::Add(re[0], re[N / 2]);
+        oddRe[0] = areHalves ? re[N / 2] : hn::Sub(re[0], re[N / 2]);
+        if constexpr (N >= 4) {
+            evenRe[N / 4] = hn::Add(re[N / 4], re[N / 4]);
+            oddRe[N / 4] = hn::Neg(hn::Add(im[N / 4], im[N / 4]));
+            unroll<N / 4 - 1>([&](auto i) ZVPS_INLINE_LAMBDA {
+                constexpr size_t k = i + 1;
+                evenRe[k] = hn::Add(re[k], re[N / 2 - k]);
+                evenIm[k] = hn::Sub(im[k], im[N / 2 - k]);
+                const auto odd = rotatedBack(hn::Sub(re[k], re[N / 2 - k]), hn::Add(im[k], im[N / 2 - k]),
+                                             hn::Set(d, kCosine<N, k, T>), hn::Set(d, kSine<N, k, T>));
+                oddRe[k] = odd.re;
+                oddIm[k] = odd.im;
+            });
+        }
+        inverseRealDft<N / 2, false, 2 * kStride>(d, evenRe, evenIm, x);
+        inverseRealDft<N / 2, false, 2 * kStride>(d, oddRe, oddIm, x + kStride);
+    }
+}
+
+// ---- Shuffles ----
+
+// The same with lanes in the order 0, n-1, ..., 1.
+template <size_t kHalf>
+struct MirrorInterleaved {
+    static constexpr size_t at(size_t j, size_t n) { return (n - (kHalf * n + j) / 2) % n + j % 2 * n; }
+};
+template <size_t kPart>
+struct MirrorPartOfPairs {
+    static constexpr size_t at(size_t j, size_t n) { return 2 * ((n - j) % n) + kPart; }
+};
+// One lane down and one lane up; the lane that has no source is a copy of its neighbour.
+struct Down {
+    static constexpr size_t at(size_t j, size_t n) { return j + 1 < n ? j + 1 : j; }
+};
+struct Up {
+    static constexpr size_t at(size_t j, size_t) { return j == 0 ? 0 : j - 1; }
+};
+
+template <size_t kCount, class T, size_t N>
+HWY_INLINE Vec<T, kCount> firstLanes(Lanes<T, N>, Vec<T, N> v) {
+    if constexpr (kCount == N) {
+        return v;
+    } else {
+        const Lanes<T, N / 2> half;
+        return firstLanes<kCount>(half, hn::LowerHalf(half, v));
+    }
+}
+
+// Pairs at the places that place(i) gives for lane i.
+template <class T, size_t N, class Place>
+HWY_INLINE void storePairs(Lanes<T, N> d, Vec<T, N> re, Vec<T, N> im, size_t from, Place place) {
+    if constexpr (N == 1) {
+        place(0)[0] = hn::GetLane(re);
+        place(0)[1] = hn::GetLane(im);
+        return;
+    }
+    alignas(kVectorBytes) T pairs[2 * N];
+    hn::StoreU(pickLanes<Interleaved<0>>(d, re, im), d, pairs);
+    hn::StoreU(pickLanes<Interleaved<1>>(d, re, im), d, pairs + N);
+    for (size_t i = from; i < N; ++i) {
+        __builtin_memcpy(place(i), pairs + 2 * i, 2 * sizeof(T));
+    }
+}
+template <size_t kPairs, size_t kFrom, class T, class Place>
+HWY_INLINE Vec<T, 2 * kPairs> gatheredPairs(Place place) {
+    const Lanes<T, 2 * kPairs> d;
+    if constexpr (kPairs == 1) {
+        return hn::LoadU(d, place(kFrom));
+    } else {
+        return hn::Combine(d, gatheredPairs<kPairs / 2, kFrom + kPairs / 2, T>(place),
+                           gatheredPairs<kPairs / 2, kFrom, T>(place));
+    }
+}
+template <class T, size_t N, class Place>
+HWY_INLINE Parts<Vec<T, N>> loadPairs(Lanes<T, N> d, Place place) {
+    if constexpr (N == 1) {
+        return {hn::Set(d, place(0)[0]), hn::Set(d, place(0)[1])};
+    } else {
+        const auto lower = gatheredPairs<N / 2, 0, T>(place);
+        const auto upper = gatheredPairs<N / 2, N / 2, T>(place);
+        return {pickLanes<PartOfPairs<0>>(d, lower, upper), pickLanes<PartOfPairs<1>>(d, lower, upper)};
+    }
+}
+
+// ---- Passes ----
+
+// The columns' transforms, several columns at once: from src to rows, and their sums over even and over odd samples to
+// halves.
+template <size_t kRows, size_t kMaxColumns, class T>
+HWY_INLINE void transformColumns(const T* src, T* rows, T* halves, size_t columns, const T* twiddles) {
+    using Row = RowLanes<T, kRows>;
+    constexpr size_t L = smallest(Row::kLanes, kMaxColumns);
+    constexpr size_t kBlock = smallest(kMaxColumns, kTwiddleBlockBytes / sizeof(T));
+    const Lanes<T, L> d;
+    using V = Vec<T, L>;
+    for (size_t c = 0; c < columns; c += L) {
+        V x[kRows], re[kRows / 2 + 1], im[kRows / 2 + 1];
+        unroll<kRows>([&](auto i) ZVPS_INLINE_LAMBDA { x[i] = hn::LoadU(d, src + i * columns + c); });
+        realDft<kRows, true>(d, x, re, im);
+        if constexpr (L == kMaxColumns) {
+            im[0] = pickLanes<PartOfPairs<1>>(d, re[0], re[kRows / 2]);
+            re[0] = pickLanes<PartOfPairs<0>>(d, re[0], re[kRows / 2]);
+        } else {
+            hn::StoreU(re[0], d, halves + c);
+            hn::StoreU(re[kRows / 2], d, halves + columns + c);
+            im[0] = re[0];
+        }
+        const T* const w = twiddles + c / kBlock * (kRows / 2 - 1) * 2 * kBlock + c % kBlock;
+        unroll<kRows / 2 - 1>([&](auto i) ZVPS_INLINE_LAMBDA {
+            constexpr size_t k = i + 1;
+            const T* const wk = w + i * 2 * kBlock;
+            const auto turned = rotated(re[k], im[k], hn::LoadU(d, wk), hn::LoadU(d, wk + kBlock));
+            re[k] = turned.re;
+            im[k] = turned.im;
+        });
+        unroll<kRows / 2 / L>([&](auto i) ZVPS_INLINE_LAMBDA {
+            transposeRows(d, re + i * L);
+            transposeRows(d, im + i * L);
+        });
+        unroll<Row::kGroups>([&](auto group) ZVPS_INLINE_LAMBDA {
+            unroll<L>([&](auto n) ZVPS_INLINE_LAMBDA {
+                constexpr size_t k = group * Row::kLanes + n;
+                T* const row = rows + (c + n) * kRows + group * 2 * Row::kLanes;
+                const typename Row::D rowLanes;
+                hn::StoreU(joined<Row::kLanes / L>(rowLanes, re + k), rowLanes, row);
+                hn::StoreU(joined<Row::kLanes / L>(rowLanes, im + k), rowLanes, row + Row::kLanes);
+            });
+        });
+    }
+}
+
+// place(n, i): the row that column n + i is in, n a multiple of the columns taken at once.
+template <size_t kRows, size_t kMaxColumns, class T, class Place>
+HWY_INLINE void inverseTransformColumns(const T* rows, const T* halves, T* dst, T factor, size_t columns,
+                                        const T* twiddles, Place place) {
+    using Row = RowLanes<T, kRows>;
+    constexpr size_t L = smallest(Row::kLanes, kMaxColumns);
+    constexpr size_t kBlock = smallest(kMaxColumns, kTwiddleBlockBytes / sizeof(T));
+    const Lanes<T, L> d;
+    using V = Vec<T, L>;
+    const V scale = hn::Set(d, factor);
+    for (size_t c = 0; c < columns; c += L) {
+        V x[kRows], re[kRows / 2 + 1], im[kRows / 2 + 1];
+        unroll<kRows / 2 / L>([&](auto i) ZVPS_INLINE_LAMBDA {
+            constexpr size_t k = i * L;
+            constexpr size_t group = k / Row::kLanes * 2 * Row::kLanes + k % Row::kLanes;
+            unroll<L>([&](auto n) ZVPS_INLINE_LAMBDA {
+                const T* const row = rows + place(c, n) * kRows + group;
+                im[k + n] = hn::LoadU(d, row);
+                re[k + n] = hn::LoadU(d, row + Row::kLanes);
+            });
+            transposeRows(d, re + k);
+            transposeRows(d, im + k);
+        });
+        const T* const w = twiddles + c / kBlock * (kRows / 2 - 1) * 2 * kBlock + c % kBlock;
+        unroll<kRows / 2 - 1>([&](auto i) ZVPS_INLINE_LAMBDA {
+            constexpr size_t k = i + 1;
+            const T* const wk = w + i * 2 * kBlock;
+            const auto turned = rotatedBack(re[k], im[k], hn::LoadU(d, wk), hn::LoadU(d, wk + kBlock));
+            re[k] = turned.re;
+            im[k] = turned.im;
+        });
+        if constexpr (L == kMaxColumns) {
+            re[kRows / 2] = pickLanes<Interleaved<1>>(d, re[0], im[0]);
+            re[0] = pickLanes<Interleaved<0>>(d, re[0], im[0]);
+        } else {
+            re[0] = hn::LoadU(d, halves + c);
+            re[kRows / 2] = hn::LoadU(d, halves + columns + c);
+        }
+        inverseRealDft<kRows, true>(d, re, im, x);
+        unroll<kRows>([&](auto i) ZVPS_INLINE_LAMBDA { hn::StoreU(hn::Mul(x[i], scale), d, dst + i * columns + c); });
+    }
+}
+
+// Where a layout keeps the bins of N samples.
+template <class T>
+struct Spectrum {
+    T* values;
+    size_t shift; // the pair of bin k starts at 2 k - shift
+    size_t last;  // bin N/2
+    bool isCcs;
+
+    Spectrum(T* p, RealFftLayout layout, size_t n)
+        : values(p), shift(layout == kFftPack ? 1 : 0), last(layout == kFftPerm   ? 1
+                                                             : layout == kFftPack ? n - 1
+                                                                                  : n),
+          isCcs(layout == kFftCcs) {}
+
+    HWY_INLINE T* pair(size_t k) const { return values + (2 * k - shift); }
+};
+
+// Lane 0 from memory.
+template <class D, class V, class T>
+HWY_INLINE V withFirst(D d, V v, const T* p) {
+    return hn::IfThenElse(hn::FirstN(d, 1), hn::Set(d, *p), v);
+}
+
+// Bins of one group and one k2 of the half spectrum, kIsUpper: from N2/2 on; the place of lane 0 of the first group is
+// filled with anything.
+template <size_t kRows, bool kIsUpper, bool kIsFirst, class T, class V>
+HWY_INLINE void storeBins(Spectrum<T> dst, size_t columns, size_t k2, size_t group, V re, V im) {
+    using Row = RowLanes<T, kRows>;
+    constexpr size_t L = Row::kLanes;
+    const typename Row::D d;
+    if constexpr (!kIsUpper) {
+        const V lower = pickLanes<Interleaved<0>>(d, re, im);
+        const V upper = pickLanes<Interleaved<1>>(d, re, im);
+        const size_t k = kRows * k2 + group * L;
+        if (kIsFirst && HWY_UNLIKELY(k == 0 && dst.shift != 0)) {
+            hn::StoreU(pickLanes<Down>(d, lower, lower), d, dst.values);
+            hn::StoreU(upper, d, dst.values + L - 1);
+        } else {
+            hn::StoreU(lower, d, dst.pair(k));
+            hn::StoreU(upper, d, dst.pair(k) + L);
+        }
+    } else {
+        const V conjugated = hn::Neg(im);
+        const V lower = pickLanes<MirrorInterleaved<0>>(d, re, conjugated);
+        T* const p = dst.pair(kRows * (columns - k2) - (group + 1) * L);
+        hn::StoreU(lower, d, p);
+        hn::StoreU(pickLanes<MirrorInterleaved<1>>(d, re, conjugated), d, p + L);
+        if constexpr (!kIsFirst) {
+            hn::StoreU(firstLanes<2>(d, lower), Lanes<T, 2>(), p + 2 * L);
+        }
+    }
+}
+
+// The same bins from memory, parts exchanged; lane 0 of the first group comes from the joined ends.
+template <size_t kRows, bool kIsUpper, bool kIsFirst, class T, class V>
+HWY_INLINE void loadBins(Spectrum<const T> src, size_t columns, size_t k2, size_t group, const T* ends, V& re, V& im) {
+    using Row = RowLanes<T, kRows>;
+    constexpr size_t L = Row::kLanes;
+    const typename Row::D d;
+    if constexpr (!kIsUpper) {
+        const size_t k = kRows * k2 + group * L;
+        V lower;
+        V upper;
+        if (kIsFirst && HWY_UNLIKELY(k == 0 && src.shift != 0)) {
+            const V first = hn::LoadU(d, src.values);
+            lower = pickLanes<Up>(d, first, first);
+            upper = hn::LoadU(d, src.values + L - 1);
+        } else {
+            lower = hn::LoadU(d, src.pair(k));
+            upper = hn::LoadU(d, src.pair(k) + L);
+        }
+        im = pickLanes<PartOfPairs<0>>(d, lower, upper);
+        re = pickLanes<PartOfPairs<1>>(d, lower, upper);
+    } else {
+        const T* const p = src.pair(kRows * (columns - k2) - (group + 1) * L);
+        const V lower = hn::LoadU(d, p);
+        const V upper = hn::LoadU(d, p + L);
+        im = pickLanes<MirrorPartOfPairs<0>>(d, lower, upper);
+        re = pickLanes<MirrorPartOfPairs<1>>(d, lower, upper);
+        if constexpr (!kIsFirst) {
+            im = withFirst(d, im, p + 2 * L);
+            re = withFirst(d, re, p + 2 * L + 1);
+        }
+        re = hn::Neg(re);
+    }
+    if constexpr (kIsFirst) {
+        im = withFirst(d, im, ends + k2);
+        re = withFirst(d, re, ends + columns + 1 + k2);
+    }
+}
+
+// The ends: with M columns the bins k N1/2, k = 0 .. M, are the transform of 2 M real values, which went (go) through
+// the passes as M complex ones z. ends: the real parts of bin 0 .. M-1 of their transform, a place, the imaginary
+// parts, a place. kLanes bins at once.
+template <size_t kLanes, size_t kRows, class T>
+HWY_INLINE void joinEnds(const Spectrum<T>& dst, const T* re, const T* im, size_t columns, const T* twiddles) {
+    const Lanes<T, kLanes> d;
+    const auto half = hn::Set(d, T{0.5});
+    for (size_t k = kLanes == 1; k < columns / 2; k += kLanes) {
+        const size_t mirror = columns - k - kLanes + 1;
+        const auto aRe = hn::Mul(half, hn::LoadU(d, re + k));
+        const auto aIm = hn::Mul(half, hn::LoadU(d, im + k));
+        const auto bRe = hn::Mul(half, hn::Reverse(d, hn::LoadU(d, re + mirror)));
+        const auto bIm = hn::Mul(half, hn::Reverse(d, hn::LoadU(d, im + mirror)));
+        const auto turned = rotated(hn::Sub(aRe, bRe), hn::Add(aIm, bIm), hn::LoadU(d, twiddles + k),
+                                    hn::LoadU(d, twiddles + columns / 2 + k));
+        const auto evenRe = hn::Add(aRe, bRe);
+        const auto evenIm = hn::Sub(aIm, bIm);
+        storePairs(d, hn::Add(evenRe, turned.im), hn::Sub(evenIm, turned.re), k == 0,
+                   [&](size_t i) { return dst.pair((k + i) * (kRows / 2)); });
+        storePairs(d, hn::Sub(evenRe, turned.im), hn::Neg(hn::Add(evenIm, turned.re)), k == 0,
+                   [&](size_t i) { return dst.pair((columns - k - i) * (kRows / 2)); });
+    }
+}
+template <size_t kLanes, size_t kRows, class T>
+HWY_INLINE void partEnds(const Spectrum<const T>& src, T* re, T* im, size_t columns, const T* twiddles) {
+    const Lanes<T, kLanes> d;
+    for (size_t k = kLanes == 1; k < columns / 2; k += kLanes) {
+        // The bins 0 and M, which are no pairs, are replaced by others: their results are not used.
+        const auto a = loadPairs(d, [&](size_t i) { return src.pair((k + i + (k + i == 0)) * (kRows / 2)); });
+        const auto b = loadPairs(d, [&](size_t i) { return src.pair((columns - k - i - (k + i == 0)) * (kRows / 2)); });
+        const auto turned = rotatedBack(hn::Sub(a.re, b.re), hn::Add(a.im, b.im), hn::LoadU(d, twiddles + k),
+                                        hn::LoadU(d, twiddles + columns / 2 + k));
+        const auto evenRe = hn::Add(a.re, b.re);
+        const auto evenIm = hn::Sub(a.im, b.im);
+        const size_t mirror = columns - k - kLanes + 1;
+        hn::StoreU(hn::Sub(evenRe, turned.im), d, re + k);
+        hn::StoreU(hn::Add(evenIm, turned.re), d, im + k);
+        hn::StoreU(hn::Reverse(d, hn::Add(evenRe, turned.im)), d, re + mirror);
+        hn::StoreU(hn::Reverse(d, hn::Sub(turned.re, evenIm)), d, im + mirror);
+    }
+}
+
+// Few bins one by one: they come from and go to single lanes.
+template <class T, class Step>
+HWY_INLINE void byLanes(size_t columns, Step step) {
+    constexpr size_t kVector = kVectorBytes / sizeof(T);
+    if (columns >= 2 * kVector) {
+        step(std::integral_constant<size_t, kVector>());
+    } else if (columns >= 8) {
+        step(std::integral_constant<size_t, smallest(4, kVector)>());
+    } else if (columns == 4) {
+        step(std::integral_constant<size_t, 1>());
+    }
+}
+
+template <size_t kRows, class T>
+HWY_INLINE void storeEnds(const Spectrum<T>& dst, T* ends, size_t columns, const T* twiddles) {
+    T* const re = ends;
+    T* const im = ends + columns + 1;
+    re[columns] = re[0];
+    im[columns] = im[0];
+    byLanes<T>(columns, [&](auto lanes) ZVPS_INLINE_LAMBDA { joinEnds<lanes, kRows>(dst, re, im, columns, twiddles); });
+    T* const middle = dst.pair(columns / 2 * (kRows / 2));
+    middle[0] = re[columns / 2];
+    middle[1] = -im[columns / 2];
+    dst.values[0] = re[0] + im[0];
+    dst.values[dst.last] = re[0] - im[0];
+    if (dst.isCcs) {
+        dst.values[1] = 0;
+        dst.values[dst.last + 1] = 0;
+    }
+}
+
+template <size_t kRows, class T>
+HWY_INLINE void loadEnds(const Spectrum<const T>& src, T* ends, size_t columns, const T* twiddles) {
+    T* const re = ends;
+    T* const im = ends + columns + 1;
+    byLanes<T>(columns, [&](auto lanes) ZVPS_INLINE_LAMBDA { partEnds<lanes, kRows>(src, re, im, columns, twiddles); });
+    const T* const middle = src.pair(columns / 2 * (kRows / 2));
+    re[columns / 2] = middle[0] + middle[0];
+    im[columns / 2] = -(middle[1] + middle[1]);
+    re[0] = src.values[0] + src.values[src.last];
+    im[0] = src.values[0] - src.values[src.last];
+}
+
+// ---- Transforms ----
+
+// Up to 8 values, one by one.
+template <size_t N, RealFftLayout layout, class T>
+HWY_INLINE void tinyRealFft(const T* src, T* dst, T factor) {
+    const Lanes<T, 1> d;
+    using V = Vec<T, 1>;
+    V x[N], re[N / 2 + 1], im[N / 2 + 1];
+    unroll<N>([&](auto n) ZVPS_INLINE_LAMBDA { x[n] = hn::LoadU(d, src + n); });
+    realDft<N>(d, x, re, im);
+    const auto store = [&](V v, T* p) ZVPS_INLINE_LAMBDA { hn::StoreU(hn::Mul(v, hn::Set(d, factor)), d, p); };
+    const Spectrum<T> spectrum(dst, layout, N);
+    store(re[0], dst);
+    if constexpr (N > 2) {
+        unroll<N / 2 - 1>([&](auto i) ZVPS_INLINE_LAMBDA {
+            store(re[i + 1], spectrum.pair(i + 1));
+            store(im[i + 1], spectrum.pair(i + 1) + 1);
+        });
+    }
+    if constexpr (N > 1) store(re[N / 2], dst + spectrum.last);
+    if constexpr (layout == kFftCcs) {
+        dst[1] = 0;
+        if constexpr (N > 1) dst[spectrum.last + 1] = 0;
+    }
+}
+template <size_t N, RealFftLayout layout, class T>
+HWY_INLINE void tinyInverseRealFft(const T* src, T* dst, T factor) {
+    const Lanes<T, 1> d;
+    using V = Vec<T, 1>;
+    V x[N], re[N / 2 + 1], im[N / 2 + 1];
+    const Spectrum<const T> spectrum(src, layout, N);
+    re[0] = hn::LoadU(d, src);
+    if constexpr (N > 2) {
+        unroll<N / 2 - 1>([&](auto i) ZVPS_INLINE_LAMBDA {
+            re[i + 1] = hn::LoadU(d, spectrum.pair(i + 1));
+            im[i + 1] = hn::LoadU(d, spectrum.pair(i + 1) + 1);
+        });
+    }
+    if constexpr (N > 1) re[N / 2] = hn::LoadU(d, src + spectrum.last);
+    inverseRealDft<N>(d, re, im, x);
+    unroll<N>([&](auto n) ZVPS_INLINE_LAMBDA { hn::StoreU(hn::Mul(x[n], hn::Set(d, factor)), d, dst + n); });
+}
+
+// Two passes, for up to 16 columns.
+template <size_t kRows, size_t kColumns, class T>
+HWY_INLINE void shortRealFft(const T* src, const Spectrum<T>& dst, T factor, const T* columnTwiddles,
+                             const T* endTwiddles) {
+    using Row = RowLanes<T, kRows>;
+    constexpr size_t L = Row::kLanes;
+    using C = ComplexVec<T, L>;
+    const typename Row::D d;
+    alignas(kVectorBytes) T rows[kColumns * kRows];
+    // All columns at once keep the values of the ends in the rows.
+    constexpr bool areInRows = kColumns <= L;
+    alignas(kVectorBytes) T halves[2 * kColumns];
+    alignas(kVectorBytes) T ends[2 * kColumns + 2];
+    transformColumns<kRows, kColumns>(src, rows, halves, kColumns, columnTwiddles);
+    const auto scale = hn::Set(d, factor);
+    forGroups<Row::kGroups>([&](size_t group, auto isFirst) ZVPS_INLINE_LAMBDA {
+        Butterfly<T, L, kColumns>::run(
+            [&](auto n) ZVPS_INLINE_LAMBDA {
+                const T* const row = rows + n * kRows + group * 2 * L;
+                C x = {hn::LoadU(d, row), hn::LoadU(d, row + L)};
+                if constexpr (isFirst && !areInRows) {
+                    x.re = withFirst(d, x.re, halves + 2 * n);
+                    x.im = withFirst(d, x.im, halves + 2 * n + 1);
+                }
+                return x;
+            },
+            [&](auto k2, C x) ZVPS_INLINE_LAMBDA {
+                x.re = hn::Mul(x.re, scale);
+                x.im = hn::Mul(x.im, scale);
+                if constexpr (isFirst) {
+                    ends[k2] = hn::GetLane(x.re);
+                    ends[kColumns + 1 + k2] = hn::GetLane(x.im);
+                }
+                storeBins<kRows, 2 * k2 >= kColumns, isFirst>(dst, kColumns, k2, group, x.re, x.im);
+            });
+    });
+    storeEnds<kRows>(dst, ends, kColumns, endTwiddles);
+}
+
+template <size_t kRows, size_t kColumns, class T>
+HWY_INLINE void shortInverseRealFft(const Spectrum<const T>& src, T* dst, T factor, const T* columnTwiddles,
+                                    const T* endTwiddles) {
+    using Row = RowLanes<T, kRows>;
+    constexpr size_t L = Row::kLanes;
+    using C = ComplexVec<T, L>;
+    const typename Row::D d;
+    alignas(kVectorBytes) T rows[kColumns * kRows];
+    // All columns at once keep the values of the ends in the rows.
+    constexpr bool areInRows = kColumns <= L;
+    alignas(kVectorBytes) T halves[2 * kColumns];
+    alignas(kVectorBytes) T ends[2 * kColumns + 2];
+    loadEnds<kRows>(src, ends, kColumns, endTwiddles);
+    forGroups<Row::kGroups>([&](size_t group, auto isFirst) ZVPS_INLINE_LAMBDA {
+        Butterfly<T, L, kColumns>::run(
+            [&](auto k2) ZVPS_INLINE_LAMBDA {
+                C x;
+                loadBins<kRows, 2 * k2 >= kColumns, isFirst>(src, kColumns, k2, group, ends, x.re, x.im);
+                return x;
+            },
+            [&](auto n, C x) ZVPS_INLINE_LAMBDA {
+                T* const row = rows + n * kRows + group * 2 * L;
+                hn::StoreU(x.re, d, row);
+                hn::StoreU(x.im, d, row + L);
+                if constexpr (isFirst && !areInRows) {
+                    halves[2 * n] = hn::GetLane(x.im);
+                    halves[2 * n + 1] = hn::GetLane(x.re);
+                }
+            });
+    });
+    inverseTransformColumns<kRows, kColumns>(rows, halves, dst, factor, kColumns, columnTwiddles,
+                                             [](size_t n, auto i) { return n + i; });
+}
+
+// `rows` has room for all values, `ends` for those of the ends before and after the passes: two for each column and two
+// more.
+template <size_t kRows, class T>
+HWY_NOINLINE void longRealFft(const T* src, const Spectrum<T>& dst, T factor, const RealFftPlan& plan,
+                              const FftSpec<T>& spec, T* rows, T* ends) {
+    using Row = RowLanes<T, kRows>;
+    constexpr size_t L = Row::kLanes;
+    using C = ComplexVec<T, L>;
+    const size_t columns = plan.columns;
+    transformColumns<kRows, kMostRealColumns>(src, rows, ends, columns, spec.twiddles);
+    transformRows<kRows>(
+        rows, plan.along, spec.tables + 1,
+        [rows, ends](auto, auto isFirst, size_t n, size_t group) ZVPS_INLINE_LAMBDA {
+            const typename Row::D d;
+            const T* const row = rows + n * kRows + group * 2 * L;
+            C x = {hn::LoadU(d, row), hn::LoadU(d, row + L)};
+            if constexpr (isFirst) {
+                x.re = withFirst(d, x.re, ends + 2 * n);
+                x.im = withFirst(d, x.im, ends + 2 * n + 1);
+            }
+            return x;
+        },
+        [ends, columns, dst, factor](auto isUpper, auto isFirst, size_t k2, size_t group, C x) ZVPS_INLINE_LAMBDA {
+            const auto scale = hn::Set(typename Row::D(), factor);
+            x.re = hn::Mul(x.re, scale);
+            x.im = hn::Mul(x.im, scale);
+            if constexpr (isFirst) {
+                ends[k2] = hn::GetLane(x.re);
+                ends[columns + 1 + k2] = hn::GetLane(x.im);
+            }
+            storeBins<kRows, isUpper, isFirst>(dst, columns, k2, group, x.re, x.im);
+        });
+    storeEnds<kRows>(dst, ends, columns, spec.tables[0]);
+}
+
+template <size_t kRows, class T>
+HWY_NOINLINE void longInverseRealFft(const Spectrum<const T>& src, T* dst, T factor, const RealFftPlan& plan,
+                                     const FftSpec<T>& spec, T* rows, T* ends) {
+    using Row = RowLanes<T, kRows>;
+    constexpr size_t L = Row::kLanes;
+    using C = ComplexVec<T, L>;
+    const size_t columns = plan.columns;
+    loadEnds<kRows>(src, ends, columns, spec.tables[0]);
+    transformRows<kRows>(
+        rows, plan.along, spec.tables + 1,
+        [src, columns, ends](auto isUpper, auto isFirst, size_t k2, size_t group) ZVPS_INLINE_LAMBDA {
+            C x;
+            loadBins<kRows, isUpper, isFirst>(src, columns, k2, group, ends, x.re, x.im);
+            return x;
+        },
+        [rows, along = plan.along, ends](auto, auto isFirst, size_t n, size_t group, C x) ZVPS_INLINE_LAMBDA {
+            const typename Row::D d;
+            T* const row = rows + reversedRow(along, n) * kRows + group * 2 * L;
+            hn::StoreU(x.re, d, row);
+            hn::StoreU(x.im, d, row + L);
+            if constexpr (isFirst) {
+                ends[2 * n] = hn::GetLane(x.im);
+                ends[2 * n + 1] = hn::GetLane(x.re);
+            }
+        });
+    size_t places[RowLanes<T, kRows>::kVector];
+    for (size_t i = 0; i < Row::kLanes; ++i) {
+        places[i] = reversedRow(plan.along, i);
+    }
+    inverseTransformColumns<kRows, kMostRealColumns>(
+        rows, ends, dst, factor, columns, spec.twiddles,
+        [&](size_t n, auto i) ZVPS_INLINE_LAMBDA { return reversedRow(plan.along, n) + places[i]; });
+}
+
+} // namespace zvps::ZVPS_LEVEL

@@ -1,0 +1,68 @@
+// How a real FFT is cut into passes, and the tables they read: shared by the builder of specification objects and the
+// kernels of all levels.
+#pragma once
+
+#include "transforms/fft_rows_plan.hpp"
+
+namespace zvps {
+
+// N = rows x columns samples; the columns are transformed first, then the rows.
+struct RealFftPlan {
+    size_t rows;
+    size_t columns;
+    RowsPlan along;
+};
+
+template <class T>
+constexpr RealFftPlan realFftPlan(int order) {
+    const int rows = order < 6 ? 3 : order < 8 || (sizeof(T) == 8 && order >= 10 && order <= 14) ? 4 : 5;
+    return {size_t{1} << rows, size_t{1} << (order - rows), rowsPlan(order - rows)};
+}
+
+// Of the longest transform that is cut so.
+inline constexpr int kMostRealOrder = 17;
+inline constexpr size_t kMostRealColumns = realFftPlan<double>(kMostRealOrder).columns;
+
+// Twiddle factors of the columns come in blocks of this many bytes: the real parts of neighbouring columns, then their
+// imaginary parts.
+inline constexpr size_t kTwiddleBlockBytes = 64;
+
+template <class T>
+constexpr size_t realFftBlock(const RealFftPlan& plan) {
+    const size_t block = kTwiddleBlockBytes / sizeof(T);
+    return plan.columns < block ? plan.columns : block;
+}
+
+// The tables, one behind the other, by their numbers of values: cos and sin of 2 pi n k / N for column n and row
+// k = 1 .. rows/2 - 1; those that join the real values of the rows 0 and N1/2, cosines then sines; and those along the
+// rows.
+struct RealFftTables {
+    size_t columns;
+    size_t ends;
+    size_t pass[kMostRowsPasses - 1];
+
+    constexpr size_t values() const { return columns + ends + pass[0] + pass[1] + pass[2]; }
+};
+
+constexpr RealFftTables realFftTables(const RealFftPlan& plan) {
+    RealFftTables tables = {2 * plan.columns * (plan.rows / 2 - 1), plan.columns, {}};
+    int order = plan.along.order;
+    for (int pass = 0; pass < kMostRowsPasses - 1; ++pass) {
+        tables.pass[pass] = rowsTwiddles(plan.along, pass, order);
+        order -= plan.along.orders[pass];
+    }
+    return tables;
+}
+
+// Longer ones are complex transforms of half the length, whose bins are joined. The tables are cos and sin of
+// 2 pi k / N for k = 1 .. C, where C values fill a vector; as pairs for every Cth k below N / 4; and those of that
+// transform.
+template <class T>
+inline constexpr size_t kJoinedBins = kTwiddleBlockBytes / sizeof(T);
+
+template <class T>
+constexpr size_t joiningValues(int order) {
+    return 2 * kJoinedBins<T> + 2 * ((size_t{1} << order) / 4 / kJoinedBins<T>);
+}
+
+} // namespace zvps
