@@ -161,6 +161,7 @@ class Row {
 void registerArithmetic();
 void registerConversion();
 void registerFft();
+void registerFir();
 void registerIir();
 void registerInitialisation();
 void registerStatistics();

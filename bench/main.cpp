@@ -38,6 +38,7 @@ int main(int argc, char** argv) {
     bench::registerArithmetic();
     bench::registerConversion();
     bench::registerFft();
+    bench::registerFir();
     bench::registerIir();
     bench::registerInitialisation();
     bench::registerStatistics();

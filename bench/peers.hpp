@@ -77,6 +77,13 @@ void lookUp(const Zvp8u* a, const D* table, D* dst, int n);
 // At `count` frequencies; real parts before imaginary ones.
 template <int count, class T>
 void goertzel(const T* a, int n, const double* frequencies, double* values);
+// dst[i] = sum over k < tapsLen of taps[k] * src[i - k]
+template <class T>
+void fir(const T* src, T* dst, int n, const T* taps, int tapsLen);
+void fir(const Zvp32fc* src, Zvp32fc* dst, int n, const Zvp32fc* taps, int tapsLen);
+void fir(const Zvp16s* src, Zvp16s* dst, int n, const float* taps, int tapsLen);
+template <class Taps>
+void fir(const Zvp16s* src, Zvp16s* dst, int n, const Taps* taps, int tapsLen, int shift);
 
 // Of real spectra in Pack layout: the product, and the whole spectrum of n complex values.
 template <class T>

@@ -6,6 +6,7 @@
 #include "zvps/companding.h"
 #include "zvps/convert.h"
 #include "zvps/fft.h"
+#include "zvps/fir.h"
 #include "zvps/goertzel.h"
 #include "zvps/iir.h"
 #include "zvps/initialisation.h"

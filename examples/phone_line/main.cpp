@@ -2,8 +2,10 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <optional>
 #include <string>
 
+#include "band.hpp"
 #include "command_line.hpp"
 #include "line.hpp"
 #include "measure.hpp"
@@ -15,6 +17,7 @@
 namespace {
 constexpr char kHelp[] = "usage: phone_line [OPTION...] RECORDING.wav\n"
                          "  --channel N      take channel N, the first is 1 (all channels mixed)\n"
+                         "  --band           pass only 300 to 3400 Hz, at the network's 8000 Hz where the rate allows\n"
                          "  --gain DB        amplification at the receiver, -60 to 60 (10)\n"
                          "  --echo DB        level of the line's echo, -60 to 0 (-14)\n"
                          "  --output NAME    write NAME.wav and NAME.png (phone_line)\n";
@@ -23,6 +26,7 @@ struct Options {
     std::string input;
     std::string output = "phone_line";
     int channel = 0; // mixed
+    bool band = false;
     LineSettings line;
     bool help = false;
 };
@@ -35,6 +39,8 @@ Options parse(int argc, char** argv) {
             options.help = true;
         else if (line.is("--channel"))
             options.channel = static_cast<int>(line.number(1, 1024));
+        else if (line.is("--band"))
+            options.band = true;
         else if (line.is("--gain"))
             options.line.gain = line.number(-60, 60);
         else if (line.is("--echo"))
@@ -53,6 +59,17 @@ std::string codingText(const Line& line, const Law& law, int rate) {
     const Signal decoded = toSignal(companded(line.digital(), law), rate);
     const Noise noise = measureNoise(decoded, toSignal(line.digital(), rate), {});
     return std::string(law.name) + " " + powerDecibels(noise.ratio) + " dB";
+}
+
+std::string bandText(const TelephoneBand& band, int rate) {
+    std::string text = "band       300 to 3400 Hz by " + std::to_string(band.taps()) + " taps, one sample in " +
+                       std::to_string(band.every()) + " kept: " + std::to_string(rate) + " Hz\n";
+    const char* before = "           response";
+    for (const int frequency : {100, 300, 500, 1000, 3000, 3400, 3800}) {
+        text += before + (" " + amplitudeDecibels(band.response(frequency))) + " dB at " + std::to_string(frequency);
+        before = ",";
+    }
+    return text + " Hz\n";
 }
 
 std::string strongestText(const Spectrum& spectrum) {
@@ -75,7 +92,9 @@ void run(const Options& options) {
     if (std::filesystem::equivalent(options.input, wavName, missing))
         throw std::runtime_error(wavName + ": would replace the recording; choose another --output");
 
-    const Signal& sent = recording.signal;
+    std::optional<TelephoneBand> band;
+    if (options.band) band.emplace(recording.signal.rate);
+    const Signal sent = band ? band->pass(recording.signal) : recording.signal;
     Line line(sent, options.line);
     const double seconds = timeBestRun([&] { line.run(); });
 
@@ -100,6 +119,7 @@ void run(const Options& options) {
 
     std::printf("recording  %s\n", options.input.c_str());
     std::printf("           %s\n", describe(recording, options.channel).c_str());
+    if (band) std::fputs(bandText(*band, sent.rate).c_str(), stdout);
     std::printf("before     %s\n", levelText(before).c_str());
     std::printf("line       echo %.1f dB after %.0f ms (x %d / 2^%d), then gain %.1f dB (x %d / 2^%d), in 16 bits\n",
                 options.line.echo, options.line.echoDelay * 1000, line.echo().mantissa, line.echo().scale,

@@ -7,6 +7,7 @@ struct CompandingKernels;
 struct ConversionKernels;
 struct DotKernels;
 struct ExtremesKernels;
+struct FilterKernels;
 struct GoertzelKernels;
 struct InitialisationKernels;
 struct LogKernels;
@@ -32,6 +33,7 @@ struct RealFftKernels;
     X(ExtremesKernels, extremes, extremesKernels)                                                                      \
     X(FftKernels<float>, fft32f, fft32fKernels)                                                                        \
     X(FftKernels<double>, fft64f, fft64fKernels)                                                                       \
+    X(FilterKernels, filters, filterKernels)                                                                           \
     X(GoertzelKernels, goertzel, goertzelKernels)                                                                      \
     X(InitialisationKernels, initialisation, initialisationKernels)                                                    \
     X(LogKernels, logarithms, logKernels)                                                                              \

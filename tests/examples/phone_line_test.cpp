@@ -4,12 +4,12 @@
 namespace {
 class PhoneLine : public Example {
   protected:
-    std::vector<short> received(const std::string& name = "phone_line.wav") const {
+    std::vector<short> received(const std::string& name = "phone_line.wav", int rate = kRate) const {
         SF_INFO info{};
         SNDFILE* file = sf_open(path(name).c_str(), SFM_READ, &info);
         if (!file) return {};
         EXPECT_EQ(info.channels, 1);
-        EXPECT_EQ(info.samplerate, kRate);
+        EXPECT_EQ(info.samplerate, rate);
         std::vector<short> samples(static_cast<size_t>(info.frames * info.channels));
         EXPECT_EQ(sf_read_short(file, samples.data(), info.frames), info.frames);
         sf_close(file);
@@ -121,6 +121,30 @@ TEST_F(PhoneLine, reportsTheNoiseOfCodingAndTheSpectrum) {
         EXPECT_NEAR(numberAfter("before, "), 1062.5, 0.6) << out_;
         EXPECT_NEAR(numberAfter("before, 1063 Hz ("), level - 20, 1) << out_; // where a sample is a few steps high
     }
+}
+
+// Half of the samples, where they were, without the tone below the band.
+TEST_F(PhoneLine, passesTheTelephoneBand) {
+    std::vector<double> sum;
+    const auto tone = [](double frequency, int i) { return 0.25 * std::sin(2 * M_PI * frequency * i / 16000); };
+    for (int i = 0; i < 8001; ++i)
+        sum.push_back(tone(1000, i) + tone(60, i));
+    record("tones.wav", SF_FORMAT_FLOAT, 1, sum);
+    ASSERT_EQ(run(std::string("tones.wav --band") + kPlain), 0) << err_;
+    const std::vector<short> samples = received("phone_line.wav", 8000);
+    ASSERT_EQ(samples.size(), 4001U);
+    for (int i = 400; i < 3600; ++i)
+        ASSERT_NEAR(samples[static_cast<size_t>(i)], 32768 * tone(1000, 2 * i), 60) << i;
+    EXPECT_NE(out_.find("one sample in 2 kept: 8000 Hz"), std::string::npos) << out_;
+    const auto response = [&](const std::string& at) { // the number before
+        const size_t end = out_.find(" dB at " + at);
+        return end == std::string::npos ? NAN : std::stod(out_.substr(out_.rfind(' ', end - 1)));
+    };
+    EXPECT_LT(response("100,"), -40) << out_;
+    EXPECT_NEAR(response("300,"), -6, 0.2) << out_;
+    EXPECT_NEAR(response("1000,"), 0, 0.1) << out_;
+    EXPECT_NEAR(response("3400,"), -6, 0.2) << out_;
+    EXPECT_LT(response("3800 "), -40) << out_;
 }
 
 TEST_F(PhoneLine, refusesBadInputWithOneLineAndLeavesNothingBehind) {
