@@ -707,7 +707,7 @@ TEST(Fir, RefusedMemoryLeavesNothingBehind) {
         using F = std::decay_t<decltype(family)>;
         using D = typename F::Data;
         Random random(family.name);
-        constexpr int kTaps = 3000;
+        constexpr int kTaps = 10000; // too many for the stack in every type
         const auto taps = randomVector<typename F::Taps>(kTaps, random);
         const auto x = randomVector<D>(7000, random);
         const int before = blocksInUse;
