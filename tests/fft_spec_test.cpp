@@ -1,4 +1,4 @@
-// FFT specifications: sizes, what Init builds inside them, checks in their order, memory that runs out.
+// FFT objects: sizes, what Init builds inside them, checks in their order, memory that runs out.
 #include "framework/arena.hpp"
 #include "framework/call.hpp"
 #include "framework/fft.hpp"
@@ -154,7 +154,7 @@ TEST(FftSpec, SizesAreThoseOfTheInterface) {
 
 // ---- Building ----
 
-// Where the fields lie that a caller may look at; 0 for those that a specification lacks.
+// Where the fields lie that a caller may look at; 0 for those that a transform object lacks.
 struct Offsets {
     size_t factor, hint, workSize, isAllocated;
     bool isDouble;

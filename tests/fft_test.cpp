@@ -1,5 +1,5 @@
 // The transforms against one of long doubles: accuracy, layouts, normalisation, rounding of integers. The same bits at
-// every address, in place and by several threads on one specification.
+// every address, in place and by several threads on one transform object.
 #include "framework/arena.hpp"
 #include "framework/call.hpp"
 #include "framework/fft.hpp"
@@ -431,7 +431,7 @@ TEST(Fft, SmallIntegersRoundToEven) {
     EXPECT_EQ(dst[1].im, 0);
 }
 
-TEST(Fft, ThreadsShareASpecification) {
+TEST(Fft, ThreadsShareAnObject) {
     const int order = 12;
     for (const Transform& f : kTransforms) {
         if (f.layout == Layout::pack || f.layout == Layout::ccs) continue;

@@ -1,7 +1,7 @@
 /* Fast Fourier transforms of N = 2^order points, complex and real, and functions on packed real spectra.
 
    Forward: X[k] = sum over n of x[n] exp(-2 pi i n k / N). Inverse: x[n] = sum over k of X[k] exp(+2 pi i n k / N).
-   Each is then multiplied by the factor that the specification's flag names for its direction. Output is in natural
+   Each is then multiplied by the factor that the transform object's flag names for its direction. Output is in natural
    order.
 
    Complex data are interleaved (32fc, 64fc, 16sc, 32sc) or split into one array for each part (32f, 64f, 16s, 32s).
@@ -21,7 +21,7 @@
                          odd N:  as Perm
      CCS    N/2 + 1 (rounded down) complex values X[0], X[1], ...; exact zeros as imaginary parts of X[0] and X[N/2]
 
-   Threads. A specification is read only once it is built: any number of threads may share one, each with a buffer of
+   Threads. A transform object is read only once it is built: any number of threads may share one, each with a buffer of
    its own (or none). Building and freeing are not synchronised. No function here starts threads. */
 #ifndef ZVPS_FFT_H
 #define ZVPS_FFT_H
@@ -34,7 +34,7 @@ extern "C" {
 #endif
 #pragma GCC visibility push(default)
 
-/* Specifications: order, normalisation and tables of a transform. C for complex, R for real data; 16s32s has 16-bit
+/* Transform objects: order, normalisation and tables of a transform. C for complex, R for real data; 16s32s has 16-bit
    samples and a 32-bit spectrum. */
 typedef struct ZvpsFFTSpec_C_16sc ZvpsFFTSpec_C_16sc;
 typedef struct ZvpsFFTSpec_C_16s ZvpsFFTSpec_C_16s;
@@ -50,8 +50,8 @@ typedef struct ZvpsFFTSpec_R_32f ZvpsFFTSpec_R_32f;
 typedef struct ZvpsFFTSpec_R_32s ZvpsFFTSpec_R_32s;
 typedef struct ZvpsFFTSpec_R_64f ZvpsFFTSpec_R_64f;
 
-/* The bytes that Init needs for a specification and for its own use meanwhile, and those that a transform needs to work
-   in; 0 where it needs none. They hold for memory at any address.
+/* The bytes that Init needs for a transform object and for its own use meanwhile, and those that a transform needs to
+   work in; 0 where it needs none. They hold for memory at any address.
 
    zvpStsBadFftOrder: order outside 0 to 30; zvpStsNullPtr: a null result; zvpStsBadFftFlag: flag not one of
    zvpFftScaleFwd, Inv, Sqrt and None; zvpStsBadFftOrder: order above 27 in 32f, 32fc and all of 16 bits, above 26 in
@@ -83,7 +83,7 @@ ZvpStatus zvpsFFTGetSize_R_32s(int order, int flag, ZvpHintAlgorithm hint, int* 
 ZvpStatus zvpsFFTGetSize_R_64f(int order, int flag, ZvpHintAlgorithm hint, int* specSize, int* initBufSize,
                                int* workBufSize);
 
-/* Builds a specification in specMem and leaves its address, which is that of specMem rounded up to 32 bytes, in
+/* Builds a transform object in specMem and leaves its address, which is that of specMem rounded up to 32 bytes, in
    *spec. It points into itself and cannot be moved. initBuf is used during the call only, and may be null where
    GetSize gives 0 (16-bit data: below order 11).
 
@@ -117,7 +117,7 @@ ZvpStatus zvpsFFTInit_R_32s(ZvpsFFTSpec_R_32s** spec, int order, int flag, ZvpHi
 ZvpStatus zvpsFFTInit_R_64f(ZvpsFFTSpec_R_64f** spec, int order, int flag, ZvpHintAlgorithm hint, Zvp8u* specMem,
                             Zvp8u* initBuf);
 
-/* Builds a specification in memory from zvpsMalloc_8u. Statuses as GetSize and Init, and zvpStsNoMemory; on an error
+/* Builds a transform object in memory from zvpsMalloc_8u. Statuses as GetSize and Init, and zvpStsNoMemory; on an error
    nothing stays allocated and *spec is left alone. */
 ZvpStatus zvpsFFTInitAlloc_C_16sc(ZvpsFFTSpec_C_16sc** spec, int order, int flag, ZvpHintAlgorithm hint);
 ZvpStatus zvpsFFTInitAlloc_C_16s(ZvpsFFTSpec_C_16s** spec, int order, int flag, ZvpHintAlgorithm hint);
@@ -133,8 +133,8 @@ ZvpStatus zvpsFFTInitAlloc_R_32f(ZvpsFFTSpec_R_32f** spec, int order, int flag, 
 ZvpStatus zvpsFFTInitAlloc_R_32s(ZvpsFFTSpec_R_32s** spec, int order, int flag, ZvpHintAlgorithm hint);
 ZvpStatus zvpsFFTInitAlloc_R_64f(ZvpsFFTSpec_R_64f** spec, int order, int flag, ZvpHintAlgorithm hint);
 
-/* Invalidates a specification, and releases its memory if InitAlloc took it. zvpStsNullPtr; zvpStsContextMismatch for a
-   specification of another type, or one already freed. */
+/* Invalidates a transform object, and releases its memory if InitAlloc took it. zvpStsNullPtr; zvpStsContextMismatch
+   for one of another type, or already freed. */
 ZvpStatus zvpsFFTFree_C_16sc(ZvpsFFTSpec_C_16sc* spec);
 ZvpStatus zvpsFFTFree_C_16s(ZvpsFFTSpec_C_16s* spec);
 ZvpStatus zvpsFFTFree_C_32f(ZvpsFFTSpec_C_32f* spec);

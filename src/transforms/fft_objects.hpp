@@ -1,4 +1,4 @@
-// The FFT specification objects as entries see them: types, tags, headers, and the memory that transforms work in.
+// The FFT objects as entries see them: types, tags, headers, and the memory that transforms work in.
 #pragma once
 
 #include "core/level.hpp"
@@ -10,7 +10,7 @@ namespace zvps {
 
 // ---- Headers ----
 
-// Of 32-bit integers; the specification of the floating-point transform follows the header.
+// Of 32-bit integers; the object of the floating-point transform follows the header.
 struct FftSpec32s {
     uint32_t tag;
     int32_t order;
@@ -22,7 +22,7 @@ struct FftSpec32s {
 static_assert(offsetof(FftSpec32s, workSize) == 12 && offsetof(FftSpec32s, isAllocated) == 16);
 static_assert(offsetof(FftSpec32s, inner) == 24 && sizeof(FftSpec32s) == 32);
 
-// Of 16-bit integers; without an inner specification the transform is done in integers.
+// Of 16-bit integers; without an inner transform object the transform is done in integers.
 struct FftSpec16s {
     uint32_t tag;
     int32_t order;
@@ -72,7 +72,7 @@ FftHeader<Opaque>* header(Opaque* spec) {
     return reinterpret_cast<FftHeader<Opaque>*>(spec);
 }
 
-// The specification first, then the data.
+// Checks the object, then the data.
 template <class Opaque, class... Pointers>
 ZvpStatus checkTransform(const Opaque* spec, Pointers... data) {
     if (spec == nullptr) return zvpStsNullPtr;

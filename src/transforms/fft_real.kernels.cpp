@@ -4,7 +4,7 @@ namespace zvps::ZVPS_LEVEL {
 
 namespace {
 
-// The tables of the orders without a specification's.
+// The tables of the orders whose object has none.
 template <class T, int order>
 struct FixedTables {
     static constexpr RealFftPlan kPlan = realFftPlan<T>(order);

@@ -1,4 +1,4 @@
-// How a real FFT is cut into passes, and the tables they read: shared by the builder of specification objects and the
+// How a real FFT is cut into passes, and the tables they read: shared by the builder of transform objects and the
 // kernels of all levels.
 #pragma once
 

@@ -1,4 +1,4 @@
-// The life cycle of FFT specifications.
+// The life cycle of FFT objects.
 #include "transforms/fft_objects.hpp"
 #include "transforms/fft_large_plan.hpp"
 #include "transforms/fft_tables.hpp"
@@ -137,7 +137,7 @@ constexpr int64_t indexBytes(int order) {
     return rounded(4 * (pointsOf(order) / 4) + 4);
 }
 
-constexpr int64_t kHeaderBytes = 192; // of a floating-point specification, alignment included
+constexpr int64_t kHeaderBytes = 192; // of a floating-point transform object, alignment included
 
 // Bytes beyond 0 with those for the alignment of their start.
 constexpr int64_t withSlack(int64_t bytes) {
@@ -173,7 +173,7 @@ FftSizes floatSizes(int order) {
     }
 }
 
-// The size that a specification records.
+// The size that a transform object records.
 int32_t recordedWork(const FftSizes& sizes) {
     return static_cast<int32_t>(sizes.work > 0 ? sizes.work - kFftAlignment : 0);
 }
@@ -187,7 +187,7 @@ int64_t convertedBytes(int order) {
 
 // ---- Building ----
 
-// A specification of Opaque is what Specs::sizes() and Specs::init() make of it.
+// A transform object of Opaque is what Specs::sizes() and Specs::init() make of it.
 
 template <class Opaque>
 struct FloatSpecs {
@@ -238,7 +238,7 @@ struct FloatSpecs {
     }
 };
 
-// Builds the specification that an integer one wraps, behind the header; without it, there is none of either.
+// Builds the floating-point object that an integer one wraps, behind its header; if that fails, neither is valid.
 template <class Inner, class Header>
 ZvpStatus initInner(Header& spec, int headerBytes, int flag, ZvpHintAlgorithm hint, Zvp8u* initBuf) {
     Inner* inner = nullptr;
@@ -249,7 +249,7 @@ ZvpStatus initInner(Header& spec, int headerBytes, int flag, ZvpHintAlgorithm hi
     return status;
 }
 
-// Of 32-bit integers, on an inner specification.
+// Of 32-bit integers, on an inner transform object.
 template <class Opaque, class Inner>
 struct WideSpecs {
     static constexpr int kLastOrder = FloatSpecs<Inner>::kLastOrder;
@@ -276,7 +276,7 @@ struct WideSpecs {
     }
 };
 
-// Of 16-bit integers, on an inner specification but for the smallest orders of complex data.
+// Of 16-bit integers, on an inner transform object but for the smallest orders of complex data.
 template <class Opaque, class Inner>
 struct NarrowSpecs {
     static constexpr int kLastOrder = FloatSpecs<Inner>::kLastOrder;

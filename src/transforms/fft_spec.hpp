@@ -1,4 +1,4 @@
-// The header of the floating-point FFT specification objects; the tables follow it in the same block.
+// The header of the floating-point FFT objects; the tables follow it in the same block.
 #pragma once
 
 #include "zvps/types.h"

@@ -1,11 +1,11 @@
-// The FFT functions in tables: specification types with their operations, and transforms.
+// The FFT functions in tables: types of transform objects with their operations, and transforms.
 #pragma once
 
 #include "framework/function.hpp"
 
 namespace zvps::test {
 
-// ---- Specifications ----
+// ---- Transform objects ----
 
 struct SpecType {
     const char* name;
