@@ -21,6 +21,8 @@ struct ThresholdKernels;
 struct TotalKernels;
 struct WindowKernels;
 template <class T>
+struct DctKernels;
+template <class T>
 struct FftKernels;
 template <class T>
 struct RealFftKernels;
@@ -29,6 +31,8 @@ struct RealFftKernels;
 #define ZVPS_KERNEL_TABLES(X)                                                                                          \
     X(CompandingKernels, companding, compandingKernels)                                                                \
     X(ConversionKernels, conversions, conversionKernels)                                                               \
+    X(DctKernels<float>, dct32f, dct32fKernels)                                                                        \
+    X(DctKernels<double>, dct64f, dct64fKernels)                                                                       \
     X(DotKernels, dots, dotKernels)                                                                                    \
     X(ExtremesKernels, extremes, extremesKernels)                                                                      \
     X(FftKernels<float>, fft32f, fft32fKernels)                                                                        \
