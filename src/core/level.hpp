@@ -21,6 +21,8 @@ struct ThresholdKernels;
 struct TotalKernels;
 struct WindowKernels;
 template <class T>
+struct DftKernels;
+template <class T>
 struct FftKernels;
 template <class T>
 struct RealFftKernels;
@@ -29,6 +31,8 @@ struct RealFftKernels;
 #define ZVPS_KERNEL_TABLES(X)                                                                                          \
     X(CompandingKernels, companding, compandingKernels)                                                                \
     X(ConversionKernels, conversions, conversionKernels)                                                               \
+    X(DftKernels<float>, dft32f, dft32fKernels)                                                                        \
+    X(DftKernels<double>, dft64f, dft64fKernels)                                                                       \
     X(DotKernels, dots, dotKernels)                                                                                    \
     X(ExtremesKernels, extremes, extremesKernels)                                                                      \
     X(FftKernels<float>, fft32f, fft32fKernels)                                                                        \
