@@ -23,6 +23,8 @@ struct WindowKernels;
 template <class T>
 struct DctKernels;
 template <class T>
+struct DftKernels;
+template <class T>
 struct FftKernels;
 template <class T>
 struct RealFftKernels;
@@ -33,6 +35,8 @@ struct RealFftKernels;
     X(ConversionKernels, conversions, conversionKernels)                                                               \
     X(DctKernels<float>, dct32f, dct32fKernels)                                                                        \
     X(DctKernels<double>, dct64f, dct64fKernels)                                                                       \
+    X(DftKernels<float>, dft32f, dft32fKernels)                                                                        \
+    X(DftKernels<double>, dft64f, dft64fKernels)                                                                       \
     X(DotKernels, dots, dotKernels)                                                                                    \
     X(ExtremesKernels, extremes, extremesKernels)                                                                      \
     X(FftKernels<float>, fft32f, fft32fKernels)                                                                        \

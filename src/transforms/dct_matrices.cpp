@@ -1,6 +1,6 @@
 // The matrices of short DCTs, made while the library is compiled.
 #include "transforms/dct_objects.hpp"
-#include "transforms/sine_cosine.hpp"
+#include "transforms/sines.hpp"
 
 namespace zvps {
 namespace {
@@ -35,13 +35,6 @@ struct DctMatrices {
 
   private:
     static constexpr void store(DctDirection direction, size_t n, T* p) {
-        // cos(2 pi i / 4 n)
-        long double cosines[kMostDctMatrix + 1] = {};
-        for (size_t i = 0; 2 * i <= n; ++i) {
-            const SineCosine value = sineCosine(kTurn * static_cast<long double>(i) / static_cast<long double>(4 * n));
-            cosines[i] = value.cosine;
-            cosines[n - i] = value.sine;
-        }
         constexpr long double kRoot2 = squareRoot(2);
         const long double root = squareRoot(static_cast<long double>(n));
         const size_t columns = dctMatrixColumns(n);
@@ -59,9 +52,7 @@ struct DctMatrices {
                     if (direction == kDctForward && 2 * time + 1 == n) factor /= 2;
                 }
                 if (frequency > 0) factor *= kRoot2;
-                const size_t angle = (2 * time + 1) * frequency % (4 * n);
-                const size_t half = angle > 2 * n ? 4 * n - angle : angle;
-                const long double cosine = half > n ? -cosines[2 * n - half] : cosines[half];
+                const long double cosine = sineCosineOf((2 * time + 1) * frequency, 4 * n).cosine;
                 p[row * columns + column] = static_cast<T>(factor * cosine);
             }
         }

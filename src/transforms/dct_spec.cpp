@@ -1,6 +1,6 @@
 // The life cycle of DCT objects.
 #include "transforms/dct_objects.hpp"
-#include "transforms/sine_cosine.hpp"
+#include "transforms/sines.hpp"
 
 #include <cmath>
 #include <limits>
@@ -82,17 +82,9 @@ void storeTwiddles(DctDirection direction, int length, T* p) {
 template <class T>
 void storeCircle(size_t n, T* p) {
     for (size_t i = 0; i < n; ++i) {
-        // Folded into an eighth.
-        const size_t half = 2 * i > n ? n - i : i;
-        const bool isBeyond = 4 * half > n;
-        const size_t fourfold = isBeyond ? 2 * n - 4 * half : 4 * half; // of a quarter, in n-ths of it
-        const bool isUpper = 2 * fourfold > n;
-        const size_t angle = isUpper ? n - fourfold : fourfold;
-        const SineCosine value = sineCosine(kTurn / 4 * static_cast<long double>(angle) / static_cast<long double>(n));
-        const long double cosine = isUpper ? value.sine : value.cosine;
-        const long double sine = isUpper ? value.cosine : value.sine;
-        p[i] = static_cast<T>(isBeyond ? -cosine : cosine);
-        p[n + i] = static_cast<T>(2 * i > n ? -sine : sine);
+        const SineCosine value = sineCosineOf(i, n);
+        p[i] = static_cast<T>(value.cosine);
+        p[n + i] = static_cast<T>(value.sine);
     }
 }
 
@@ -123,7 +115,43 @@ void buildComposite(DctDirection direction, DctSpec<T>& spec, T* p) {
 
 // ---- Sizes ----
 
-// In bytes that hold for memory at any address, as those of a DFT object's buffer, which is asked for its size.
+// As GetSize reports them; dftWork: the size of a DFT object's buffer. Integers need room for their conversion too, but
+// in fixed transforms.
+template <class Opaque>
+ZvpStatus sizesOf(int length, ZvpHintAlgorithm hint, int dftWork, FftSizes& sizes) {
+    using T = decltype(FftHeader<Opaque>::factor);
+    constexpr int64_t kPart = sizeof(T);
+    sizes = {kFixedSize, 0, 0};
+    switch (methodOf(length)) {
+    case Method::fixed:
+        break;
+    case Method::table:
+        sizes.spec += rounded(kPart * static_cast<int64_t>(tableValues(length)));
+        sizes.work = withSlack(kPart * length);
+        break;
+    case Method::fft: {
+        int spec = 0;
+        int init = 0;
+        int work = 0;
+        if (RealTransforms<T>::fftSizes(orderOf(length), zvpFftScaleNone, hint, &spec, &init, &work) != zvpStsOk) {
+            return zvpStsBadSize;
+        }
+        sizes.spec += twiddleBytes<T>(length) + rounded(spec);
+        sizes.init = withSlack(init);
+        sizes.work = withSlack(dctSpectrumBytes<T>(length) + work);
+        break;
+    }
+    case Method::dft:
+        sizes.spec += twiddleBytes<T>(length);
+        sizes.work = withSlack(dctSpectrumBytes<T>(length) + dftWork);
+        break;
+    }
+    if (FftType<Opaque>::kIsInteger) sizes.work += kPart * length;
+    constexpr int64_t kMost = std::numeric_limits<int>::max();
+    return sizes.spec > kMost || sizes.init > kMost || sizes.work > kMost ? zvpStsBadSize : zvpStsOk;
+}
+
+// The size of the buffer that a DFT object works in, which it alone knows.
 template <class T>
 ZvpStatus dftWork(int length, ZvpHintAlgorithm hint, int* size) {
     using Transforms = RealTransforms<T>;
@@ -134,96 +162,55 @@ ZvpStatus dftWork(int length, ZvpHintAlgorithm hint, int* size) {
     return status;
 }
 
-// Without slack, but for the object.
-template <class T>
-ZvpStatus sizesOf(int length, ZvpHintAlgorithm hint, FftSizes& sizes) {
-    constexpr int64_t kPart = sizeof(T);
-    switch (methodOf(length)) {
-    case Method::fixed:
-        sizes = {kFixedSize, 0, 0};
-        return zvpStsOk;
-    case Method::table:
-        sizes = {kFixedSize + rounded(kPart * static_cast<int64_t>(tableValues(length))), 0, kPart * length};
-        return zvpStsOk;
-    case Method::fft: {
-        int spec = 0;
-        int init = 0;
-        int work = 0;
-        if (RealTransforms<T>::fftSizes(orderOf(length), zvpFftScaleNone, hint, &spec, &init, &work) != zvpStsOk) {
-            return zvpStsBadSize;
-        }
-        sizes = {kFixedSize + twiddleBytes<T>(length) + rounded(spec), init, dctSpectrumBytes<T>(length) + work};
-        return zvpStsOk;
-    }
-    case Method::dft: {
-        int work = 0;
-        if (const ZvpStatus status = dftWork<T>(length, hint, &work)) return status;
-        sizes = {kFixedSize + twiddleBytes<T>(length), 0, dctSpectrumBytes<T>(length) + work};
-        return zvpStsOk;
-    }
-    }
-    return zvpStsBadSize;
-}
-
-// As GetSize reports them. Integers need room for their conversion too, but in short transforms.
-template <class Opaque>
-ZvpStatus reportedSizes(int length, ZvpHintAlgorithm hint, FftSizes& sizes) {
-    using T = decltype(FftHeader<Opaque>::factor);
-    if (const ZvpStatus status = sizesOf<T>(length, hint, sizes)) return status;
-    sizes.init = withSlack(sizes.init);
-    sizes.work = withSlack(sizes.work);
-    if (FftType<Opaque>::kIsInteger) sizes.work += int64_t{length} * static_cast<int64_t>(sizeof(T));
-    constexpr int64_t kMost = std::numeric_limits<int>::max();
-    return sizes.spec > kMost || sizes.init > kMost || sizes.work > kMost ? zvpStsBadSize : zvpStsOk;
-}
-
 // ---- Operations ----
 
 template <class Opaque>
 ZvpStatus getSize(int len, ZvpHintAlgorithm hint, int* specSize, int* initBufSize, int* workBufSize) {
     if (len < 1) return zvpStsBadSize;
     if (specSize == nullptr || initBufSize == nullptr || workBufSize == nullptr) return zvpStsNullPtr;
+    int inner = 0;
+    if (methodOf(len) == Method::dft) {
+        if (const ZvpStatus status = dftWork<decltype(FftHeader<Opaque>::factor)>(len, hint, &inner)) return status;
+    }
     FftSizes sizes{};
-    if (const ZvpStatus status = reportedSizes<Opaque>(len, hint, sizes)) return status;
+    if (const ZvpStatus status = sizesOf<Opaque>(len, hint, inner, sizes)) return status;
     *specSize = static_cast<int>(sizes.spec);
     *initBufSize = static_cast<int>(sizes.init);
     *workBufSize = static_cast<int>(sizes.work);
     return zvpStsOk;
 }
 
-// The inner transform object; *area is where the memory of the object's tables starts.
+// The tables and the inner transform object; `area` is where the object's tables start.
 template <class T>
-ZvpStatus buildInner(DctSpec<T>& spec, DctDirection direction, Zvp8u* area, Zvp8u* initBuf) {
+ZvpStatus build(DctSpec<T>& spec, DctDirection direction, Zvp8u* area, Zvp8u* initBuf, int* dftWork) {
+    using Transforms = RealTransforms<T>;
     T* const tables = reinterpret_cast<T*>(area);
-    switch (methodOf(spec.length)) {
-    case Method::fixed:
-    case Method::table:
-        if (spec.length <= static_cast<int>(kMostDctMatrix)) {
-            spec.table = dctMatrix<T>(direction, static_cast<size_t>(spec.length));
-        } else {
-            buildComposite(direction, spec, tables);
-        }
+    if (spec.length <= static_cast<int>(kMostDctMatrix)) {
+        spec.table = dctMatrix<T>(direction, static_cast<size_t>(spec.length));
         return zvpStsOk;
-    case Method::fft: {
-        spec.usesFft = 1;
-        typename RealTransforms<T>::Fft* fft = nullptr;
+    }
+    const Method method = methodOf(spec.length);
+    if (method == Method::table) {
+        buildComposite(direction, spec, tables);
+        return zvpStsOk;
+    }
+    if (method == Method::fft) {
+        typename Transforms::Fft* fft = nullptr;
         Zvp8u* const memory = area + twiddleBytes<T>(spec.length);
         if (const ZvpStatus status =
-                RealTransforms<T>::fftInit(&fft, orderOf(spec.length), zvpFftScaleNone, spec.hint, memory, initBuf)) {
+                Transforms::fftInit(&fft, orderOf(spec.length), zvpFftScaleNone, spec.hint, memory, initBuf)) {
             return status;
         }
+        spec.usesFft = 1;
         spec.inner = fft;
-        break;
-    }
-    case Method::dft: {
-        spec.usesDft = 1;
-        typename RealTransforms<T>::Dft* dft = nullptr;
-        if (const ZvpStatus status = RealTransforms<T>::dftInitAlloc(&dft, spec.length, zvpFftScaleNone, spec.hint)) {
+    } else {
+        typename Transforms::Dft* dft = nullptr;
+        if (const ZvpStatus status = Transforms::dftInitAlloc(&dft, spec.length, zvpFftScaleNone, spec.hint)) {
             return status;
         }
+        spec.usesDft = 1;
         spec.inner = dft;
-        break;
-    }
+        Transforms::dftBufSize(dft, dftWork);
     }
     spec.twiddles = tables;
     storeTwiddles(direction, spec.length, tables);
@@ -236,7 +223,7 @@ ZvpStatus init(Opaque** result, int len, ZvpHintAlgorithm hint, Zvp8u* specMem, 
     if (len < 1) return zvpStsBadSize;
     if (specMem == nullptr) return zvpStsNullPtr;
     FftSizes sizes{};
-    if (const ZvpStatus status = reportedSizes<Opaque>(len, hint, sizes)) return status;
+    if (const ZvpStatus status = sizesOf<Opaque>(len, hint, 0, sizes)) return status;
     auto* const opaque = reinterpret_cast<Opaque*>(alignedUp(specMem));
     auto& spec = *header(opaque);
     using T = decltype(FftHeader<Opaque>::factor);
@@ -253,7 +240,9 @@ ZvpStatus init(Opaque** result, int len, ZvpHintAlgorithm hint, Zvp8u* specMem, 
     }
     Zvp8u* const area = reinterpret_cast<Zvp8u*>(opaque) + kHeaderBytes;
     Zvp8u* const scratch = initBuf == nullptr ? nullptr : alignedUp(initBuf);
-    if (const ZvpStatus status = buildInner(spec, FftType<Opaque>::kDirection, area, scratch)) return status;
+    int inner = 0;
+    if (const ZvpStatus status = build(spec, FftType<Opaque>::kDirection, area, scratch, &inner)) return status;
+    sizesOf<Opaque>(len, hint, inner, sizes);
     spec.workSize = static_cast<int32_t>(sizes.work > kFftAlignment ? sizes.work - kFftAlignment : 0);
     spec.tag = FftType<Opaque>::kTag;
     *result = opaque;
@@ -263,10 +252,11 @@ ZvpStatus init(Opaque** result, int len, ZvpHintAlgorithm hint, Zvp8u* specMem, 
 template <class Opaque>
 ZvpStatus initAlloc(Opaque** spec, int len, ZvpHintAlgorithm hint) {
     if (spec == nullptr) return zvpStsNullPtr;
-    int specSize = 0;
-    int initSize = 0;
-    int workSize = 0;
-    if (const ZvpStatus status = getSize<Opaque>(len, hint, &specSize, &initSize, &workSize)) return status;
+    if (len < 1) return zvpStsBadSize;
+    FftSizes sizes{};
+    if (const ZvpStatus status = sizesOf<Opaque>(len, hint, 0, sizes)) return status;
+    const auto specSize = static_cast<int>(sizes.spec);
+    const auto initSize = static_cast<int>(sizes.init);
     return buildInAllocated(spec, specSize, initSize, [=](Opaque** built, Zvp8u* specMem, Zvp8u* initBuf) {
         return init(built, len, hint, specMem, initBuf);
     });
@@ -305,7 +295,7 @@ ZvpStatus freeSpec(Opaque* opaque) {
         return zvps::freeSpec(spec);                                                                                   \
     }                                                                                                                  \
     ZvpStatus zvps##NAME##GetBufSize_##TYPE(const Zvps##NAME##Spec_##TYPE* spec, int* size) {                          \
-        return zvps::getBufSize(spec, size);                                                                           \
+        return zvps::getAlignedBufSize(spec, size);                                                                    \
     }
 
 ZVPS_DCT_SPEC(DCTFwd, 16s)

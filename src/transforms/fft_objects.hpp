@@ -81,6 +81,18 @@ ZvpStatus checkTransform(const Opaque* spec, Pointers... data) {
     return zvpStsOk;
 }
 
+// ---- Normalisation ----
+
+inline bool isFlag(int flag) {
+    return flag == zvpFftScaleFwd || flag == zvpFftScaleInv || flag == zvpFftScaleSqrt || flag == zvpFftScaleNone;
+}
+
+template <class Header>
+void storeScaling(Header& spec, int flag) {
+    spec.scalesForward = flag == zvpFftScaleFwd || flag == zvpFftScaleSqrt;
+    spec.scalesInverse = flag == zvpFftScaleInv || flag == zvpFftScaleSqrt;
+}
+
 // ---- Memory ----
 
 inline constexpr int kFftAlignment = 32;
@@ -149,8 +161,9 @@ ZvpStatus buildInAllocated(Opaque** spec, int specSize, int initSize, Init init)
     return zvpStsOk;
 }
 
+// The recorded size of the buffer with room for its alignment.
 template <class Opaque>
-ZvpStatus getBufSize(const Opaque* spec, int* size) {
+ZvpStatus getAlignedBufSize(const Opaque* spec, int* size) {
     if (spec == nullptr || size == nullptr) return zvpStsNullPtr;
     if (const ZvpStatus status = checkTransform(spec)) return status;
     *size = static_cast<int>(withSlack(header(spec)->workSize));

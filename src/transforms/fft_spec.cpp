@@ -1,8 +1,8 @@
 // The life cycle of FFT objects.
-#include "transforms/fft_objects.hpp"
 #include "transforms/fft_large_plan.hpp"
+#include "transforms/fft_objects.hpp"
 #include "transforms/fft_tables.hpp"
-#include "transforms/sine_cosine.hpp"
+#include "transforms/sines.hpp"
 
 #include <algorithm>
 #include <array>
@@ -19,16 +19,6 @@ constexpr int64_t pointsOf(int order) {
 }
 
 // ---- Normalisation ----
-
-bool isFlag(int flag) {
-    return flag == zvpFftScaleFwd || flag == zvpFftScaleInv || flag == zvpFftScaleSqrt || flag == zvpFftScaleNone;
-}
-
-template <class Header>
-void storeScaling(Header& spec, int flag) {
-    spec.scalesForward = flag == zvpFftScaleFwd || flag == zvpFftScaleSqrt;
-    spec.scalesInverse = flag == zvpFftScaleInv || flag == zvpFftScaleSqrt;
-}
 
 double normalisation(int order, int flag) {
     if (flag == zvpFftScaleNone) return 0;
@@ -343,7 +333,7 @@ ZvpStatus freeSpec(Opaque* spec) {
         return zvps::freeSpec(spec);                                                                                   \
     }                                                                                                                  \
     ZvpStatus zvpsFFTGetBufSize_##CODE(const ZvpsFFTSpec_##CODE* spec, int* size) {                                    \
-        return zvps::getBufSize(spec, size);                                                                           \
+        return zvps::getAlignedBufSize(spec, size);                                                                    \
     }
 
 ZVPS_FFT_SPEC(C_32fc, FloatSpecs<ZvpsFFTSpec_C_32fc>)
