@@ -10,6 +10,7 @@
 #include "zvps/fft.h"
 #include "zvps/fir.h"
 #include "zvps/goertzel.h"
+#include "zvps/hilbert.h"
 #include "zvps/iir.h"
 #include "zvps/initialisation.h"
 #include "zvps/memory.h"
