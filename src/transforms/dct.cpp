@@ -52,9 +52,9 @@ template <class T>
 ZvpStatus run(DctDirection direction, const T* src, T* dst, const DctSpec<T>& spec, Zvp8u* buffer) {
     const DctKernels<T>& table = dctKernels<T>();
     const auto n = static_cast<size_t>(spec.length);
-    if ((n & (n - 1)) == 0 && n <= kMostDctMatrix) {
+    if ((n & (n - 1)) == 0 && n <= kMostStoredMatrix) {
         table.fixed[direction][__builtin_ctzll(n)](src, dst, spec);
-    } else if (n <= kMostDctMatrix) {
+    } else if (spec.usesMatrix == 1) {
         table.matrix[direction](src, dst, spec);
     } else if (!needsWork(spec)) {
         table.composite[direction](src, dst, spec);

@@ -11,14 +11,20 @@ inline constexpr size_t kDctLanes = kVectorBytes / sizeof(T);
 
 // ---- Matrices ----
 
-// The sum of x[r] row[r] over `rows` rows, for the columns from `column` on; four sums at once.
-template <class D, class T>
-HWY_INLINE hn::Vec<D> product(D d, const T* x, size_t step, const T* matrix, size_t rows, size_t columns) {
+// The sum of x[r * step] row[r] over `rows` rows of a matrix, for kVectors vectors of columns; four sums of each.
+template <size_t kVectors, class D, class T>
+HWY_INLINE void products(D d, const T* x, size_t step, const T* matrix, size_t rows, size_t columns,
+                         hn::Vec<D>* results) {
+    using V = hn::Vec<D>;
     constexpr size_t kSums = 4;
-    hn::Vec<D> sums[kSums];
-    unroll<kSums>([&](auto i) ZVPS_INLINE_LAMBDA { sums[i] = hn::Zero(d); });
-    const auto add = [&](size_t r, hn::Vec<D>& sum) ZVPS_INLINE_LAMBDA {
-        sum = hn::MulAdd(hn::Set(d, x[r * step]), hn::LoadU(d, matrix + r * columns), sum);
+    constexpr size_t L = hn::MaxLanes(d);
+    V sums[kSums][kVectors];
+    unroll<kSums * kVectors>([&](auto i) ZVPS_INLINE_LAMBDA { sums[i / kVectors][i % kVectors] = hn::Zero(d); });
+    const auto add = [&](size_t r, V* sum) ZVPS_INLINE_LAMBDA {
+        const V value = hn::Set(d, x[r * step]);
+        unroll<kVectors>([&](auto i) ZVPS_INLINE_LAMBDA {
+            sum[i] = hn::MulAdd(value, hn::LoadU(d, matrix + r * columns + i * L), sum[i]);
+        });
     };
     size_t r = 0;
     for (; r + kSums <= rows; r += kSums) {
@@ -27,7 +33,9 @@ HWY_INLINE hn::Vec<D> product(D d, const T* x, size_t step, const T* matrix, siz
     unroll<kSums - 1>([&](auto i) ZVPS_INLINE_LAMBDA {
         if (r + i < rows) add(r + i, sums[i]);
     });
-    return hn::Add(hn::Add(sums[0], sums[1]), hn::Add(sums[2], sums[3]));
+    unroll<kVectors>([&](auto i) ZVPS_INLINE_LAMBDA {
+        results[i] = hn::Add(hn::Add(sums[0][i], sums[1][i]), hn::Add(sums[2][i], sums[3][i]));
+    });
 }
 
 // The lanes of v that lie before the end of n values, at place i.
@@ -48,14 +56,25 @@ HWY_INLINE void denseDct(const T* src, T* dst, const T* matrix, size_t n) {
     const Lanes<T, L> d;
     Vec<T, L> result[kVectors];
     unroll<kVectors>([&](auto i) ZVPS_INLINE_LAMBDA {
-        if (i * L < n) result[i] = product(d, src, 1, matrix + i * L, n, n);
+        if (i * L < n) products<1>(d, src, 1, matrix + i * L, n, n, result + i);
     });
     unroll<kVectors>([&](auto i) ZVPS_INLINE_LAMBDA {
         if (i * L < n) storeBefore(d, result[i], dst, i * L, n);
     });
 }
 
-// kMostDense < n <= kMostDctMatrix
+// step(kVectors, first): by pairs of vectors, then by one, that cover `count` columns.
+template <class T, class Step>
+HWY_INLINE void overColumns(size_t count, const Step& step) {
+    constexpr size_t L = kDctLanes<T>;
+    size_t i = 0;
+    for (; i + L < count; i += 2 * L) {
+        step(Index<2>(), i);
+    }
+    if (i < count) step(Index<1>(), i);
+}
+
+// kMostDense < n <= kMostDctTable
 template <class T>
 HWY_INLINE void symmetricDct(const T* src, T* dst, const T* matrix, size_t n) {
     constexpr size_t L = kDctLanes<T>;
@@ -63,42 +82,55 @@ HWY_INLINE void symmetricDct(const T* src, T* dst, const T* matrix, size_t n) {
     const Lanes<T, L> d;
     const Lanes<T, kFold> fold;
     const size_t sums = (n + 1) / 2;
-    // In an odd number of values the middle one is added to itself, and the matrix has half of its row.
-    T sum[kMostDctMatrix / 2];
-    T difference[kMostDctMatrix / 2];
+    const size_t columns = dctMatrixColumns<T>(n);
+    // In an odd number of values the middle one is added to itself.
+    alignas(kVectorBytes) T sum[kMostDctTable / 2 + kFold];
+    alignas(kVectorBytes) T difference[kMostDctTable / 2 + kFold];
     for (size_t i = 0; i < sums; i += kFold) {
         const auto a = hn::LoadU(fold, src + i);
         const auto b = hn::Reverse(fold, hn::LoadU(fold, src + n - i - kFold));
         hn::StoreU(hn::Add(a, b), fold, sum + i);
         hn::StoreU(hn::Sub(a, b), fold, difference + i);
     }
-    const T* const odd = matrix + sums * kMostDense;
-    for (size_t i = 0; i < sums; i += L) {
-        const auto even = product(d, sum, 1, matrix + i, sums, kMostDense);
-        const auto others = product(d, difference, 1, odd + i, n / 2, kMostDense);
-        storeBefore(d, pickLanes<Interleaved<0>>(d, even, others), dst, 2 * i, n);
-        storeBefore(d, pickLanes<Interleaved<1>>(d, even, others), dst, 2 * i + L, n);
-    }
+    overColumns<T>(sums, [&](auto vectors, size_t first) ZVPS_INLINE_LAMBDA {
+        Vec<T, L> even[vectors];
+        Vec<T, L> odd[vectors];
+        products<vectors>(d, sum, 1, matrix + first, sums, columns, even);
+        products<vectors>(d, difference, 1, matrix + sums * columns + first, n / 2, columns, odd);
+        unroll<vectors>([&](auto i) ZVPS_INLINE_LAMBDA {
+            const size_t k = 2 * (first + i * L);
+            storeBefore(d, pickLanes<Interleaved<0>>(d, even[i], odd[i]), dst, k, n);
+            storeBefore(d, pickLanes<Interleaved<1>>(d, even[i], odd[i]), dst, k + L, n);
+        });
+    });
 }
 
 template <class T>
 HWY_INLINE void inverseSymmetricDct(const T* src, T* dst, const T* matrix, size_t n) {
     constexpr size_t L = kDctLanes<T>;
-    constexpr size_t kVectors = kMostDense / L;
     const Lanes<T, L> d;
     const size_t sums = (n + 1) / 2;
-    const T* const odd = matrix + sums * kMostDense;
-    Vec<T, L> even[kVectors];
-    Vec<T, L> others[kVectors];
-    unroll<kVectors>([&](auto i) ZVPS_INLINE_LAMBDA {
-        even[i] = product(d, src, 2, matrix + i * L, sums, kMostDense);
-        others[i] = product(d, src + 1, 2, odd + i * L, n / 2, kMostDense);
+    const size_t columns = dctMatrixColumns<T>(n);
+    // The halves of the result may overwrite the source only when it has been read.
+    alignas(kVectorBytes) T even[kMostDctTable / 2 + 64 / sizeof(T)];
+    alignas(kVectorBytes) T odd[kMostDctTable / 2 + 64 / sizeof(T)];
+    overColumns<T>(sums, [&](auto vectors, size_t first) ZVPS_INLINE_LAMBDA {
+        Vec<T, L> a[vectors];
+        Vec<T, L> b[vectors];
+        products<vectors>(d, src, 2, matrix + first, sums, columns, a);
+        products<vectors>(d, src + 1, 2, matrix + sums * columns + first, n / 2, columns, b);
+        unroll<vectors>([&](auto i) ZVPS_INLINE_LAMBDA {
+            hn::StoreU(a[i], d, even + first + i * L);
+            hn::StoreU(b[i], d, odd + first + i * L);
+        });
     });
-    // Both halves reach kMostDense values far; where they meet they agree.
-    unroll<kVectors>([&](auto i) ZVPS_INLINE_LAMBDA {
-        hn::StoreU(hn::Add(even[i], others[i]), d, dst + i * L);
-        hn::StoreU(hn::Reverse(d, hn::Sub(even[i], others[i])), d, dst + n - (i + 1) * L);
-    });
+    // Both halves are of whole vectors; where they meet they agree.
+    for (size_t i = 0; i < sums; i += L) {
+        const auto a = hn::Load(d, even + i);
+        const auto b = hn::Load(d, odd + i);
+        hn::StoreU(hn::Add(a, b), d, dst + i);
+        hn::StoreU(hn::Reverse(d, hn::Sub(a, b)), d, dst + n - i - L);
+    }
 }
 
 template <DctDirection direction, class T>

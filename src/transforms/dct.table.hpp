@@ -5,23 +5,30 @@
 
 namespace zvps {
 
-// Up to this length a transform is a product with a matrix, from there to the next one a real DFT in two steps; longer
-// ones use FFT or DFT objects.
-inline constexpr size_t kMostDctMatrix = 32;
+// Transforms are products with a matrix up to the first of these lengths; up to the second one too if their object has
+// room for a matrix of its own, or else a real DFT in two steps. Longer ones use FFT or DFT objects.
+inline constexpr size_t kMostStoredMatrix = 32;
 inline constexpr size_t kMostDctTable = 100;
 
-// The powers of two among the matrices have fixed routines: 2^0 to 2^5.
+// The powers of two among the stored matrices have fixed routines: 2^0 to 2^5.
 inline constexpr size_t kFixedDcts = 6;
 
 // ---- Matrices ----
 
 // Up to this length a matrix has a column for each result and a row for each value that it is made of.
 inline constexpr size_t kMostDense = 16;
-// Longer ones use symmetry, by rows of kMostDense columns. Forward: for the sums of mirrored values, which give the
-// results with even index, then for their differences, which give the odd ones. Inverse: for the values with even
-// index, which give the even part of the result, then for the odd ones.
+// Longer ones use symmetry. Forward: they have rows for the sums of mirrored values, which give the results with even
+// index, then for their differences, which give the odd ones. Inverse: for the values with even index, which give the
+// even part of the result, then for the odd ones. There are columns for half of the results, in whole vectors.
+template <class T>
 constexpr size_t dctMatrixColumns(size_t n) {
-    return n < kMostDense ? n : kMostDense;
+    constexpr size_t kVector = 64 / sizeof(T);
+    return n <= kMostDense ? n : ((n + 1) / 2 + kVector - 1) / kVector * kVector;
+}
+// The values of a matrix; kernels read whole vectors of those without symmetry.
+template <class T>
+constexpr size_t dctMatrixValues(size_t n) {
+    return n <= kMostDense ? (n * n + 2 * kMostDense - 1) / kMostDense * kMostDense : n * dctMatrixColumns<T>(n);
 }
 
 // ---- Transforms by a real DFT of the same length ----

@@ -53,8 +53,10 @@ int64_t dctSpectrumBytes(int length) {
     return rounded((int64_t{length} + 2) * static_cast<int64_t>(sizeof(T)));
 }
 
-// The matrix of a transform of up to kMostDctMatrix values, but one; part of the library.
+// The matrix of a transform of up to kMostStoredMatrix values, and one of up to kMostDctTable values to p.
 template <class T>
-const T* dctMatrix(DctDirection direction, size_t n);
+const T* storedDctMatrix(DctDirection direction, size_t n);
+template <class T>
+void storeDctMatrix(DctDirection direction, size_t n, T* p);
 
 } // namespace zvps

@@ -36,7 +36,7 @@ constexpr size_t tableValues(int length) {
 // Of the DFT in two steps; the twiddles follow its table.
 template <class T>
 constexpr bool fitsTables() {
-    for (int n = kMostDctMatrix + 1; n <= static_cast<int>(kMostDctTable); ++n) {
+    for (int n = kMostStoredMatrix + 1; n <= static_cast<int>(kMostDctTable); ++n) {
         const auto size = static_cast<size_t>(n);
         if (!isPowerOfTwo(n) && dctTable(dctPlan<T>(size)).values() + 2 * dctBins(size) > tableValues(n)) return false;
     }
@@ -113,6 +113,13 @@ void buildComposite(DctDirection direction, DctSpec<T>& spec, T* p) {
     storeTwiddles(direction, spec.length, p);
 }
 
+// Whether a product with a matrix is faster than a DFT in two steps: as long as the matrix does not crowd the
+// first-level cache, or the steps do not share the work.
+template <class T>
+bool isMatrixFaster(size_t n) {
+    return dctMatrixValues<T>(n) * sizeof(T) <= 25600 || dctPlan<T>(n).columns <= 2;
+}
+
 // ---- Sizes ----
 
 // As GetSize reports them; dftWork: the size of a DFT object's buffer. Integers need room for their conversion too, but
@@ -185,8 +192,9 @@ template <class T>
 ZvpStatus build(DctSpec<T>& spec, DctDirection direction, Zvp8u* area, Zvp8u* initBuf, int* dftWork) {
     using Transforms = RealTransforms<T>;
     T* const tables = reinterpret_cast<T*>(area);
-    if (spec.length <= static_cast<int>(kMostDctMatrix)) {
-        spec.table = dctMatrix<T>(direction, static_cast<size_t>(spec.length));
+    if (spec.length <= static_cast<int>(kMostStoredMatrix)) {
+        spec.usesMatrix = 1;
+        spec.table = storedDctMatrix<T>(direction, static_cast<size_t>(spec.length));
         return zvpStsOk;
     }
     const Method method = methodOf(spec.length);
@@ -255,11 +263,24 @@ ZvpStatus initAlloc(Opaque** spec, int len, ZvpHintAlgorithm hint) {
     if (len < 1) return zvpStsBadSize;
     FftSizes sizes{};
     if (const ZvpStatus status = sizesOf<Opaque>(len, hint, 0, sizes)) return status;
+    using T = decltype(FftHeader<Opaque>::factor);
+    const auto n = static_cast<size_t>(len);
+    const bool hasMatrix = methodOf(len) == Method::table && n > kMostStoredMatrix && isMatrixFaster<T>(n);
+    if (hasMatrix) sizes.spec = kHeaderBytes + 64 + static_cast<int64_t>(dctMatrixValues<T>(n) * sizeof(T));
     const auto specSize = static_cast<int>(sizes.spec);
     const auto initSize = static_cast<int>(sizes.init);
-    return buildInAllocated(spec, specSize, initSize, [=](Opaque** built, Zvp8u* specMem, Zvp8u* initBuf) {
-        return init(built, len, hint, specMem, initBuf);
-    });
+    const ZvpStatus status =
+        buildInAllocated(spec, specSize, initSize, [=](Opaque** built, Zvp8u* specMem, Zvp8u* initBuf) {
+            return init(built, len, hint, specMem, initBuf);
+        });
+    if (status == zvpStsOk && hasMatrix) {
+        // In the place of the smaller tables.
+        T* const matrix = reinterpret_cast<T*>(alignedUp(reinterpret_cast<Zvp8u*>(*spec) + kHeaderBytes, 64));
+        storeDctMatrix(FftType<Opaque>::kDirection, n, matrix);
+        header(*spec)->usesMatrix = 1;
+        header(*spec)->table = matrix;
+    }
+    return status;
 }
 
 template <class Opaque>

@@ -21,10 +21,11 @@ struct DctSpec {
     int32_t isPowerOfTwo;
     int32_t usesFft;
     int32_t usesDft;
-    const T* table;    // of lengths up to kMostDctTable
-    const T* twiddles; // of the others, and of the longer ones of these: see dctTwiddles
+    const T* table;    // the matrix, or what the DFT in two steps reads
+    const T* twiddles; // before or after a DFT
     void* inner;       // the FFT or DFT object
-    int32_t rows;      // of the DFT in two steps
+    int32_t usesMatrix;
+    int32_t rows; // of the DFT in two steps
     int32_t columns;
 };
 
