@@ -25,6 +25,8 @@ struct DctKernels;
 template <class T>
 struct DftKernels;
 template <class T>
+struct FftDctKernels;
+template <class T>
 struct FftKernels;
 template <class T>
 struct RealFftKernels;
@@ -39,6 +41,8 @@ struct RealFftKernels;
     X(DftKernels<double>, dft64f, dft64fKernels)                                                                       \
     X(DotKernels, dots, dotKernels)                                                                                    \
     X(ExtremesKernels, extremes, extremesKernels)                                                                      \
+    X(FftDctKernels<float>, fftDct32f, fftDct32fKernels)                                                               \
+    X(FftDctKernels<double>, fftDct64f, fftDct64fKernels)                                                              \
     X(FftKernels<float>, fft32f, fft32fKernels)                                                                        \
     X(FftKernels<double>, fft64f, fft64fKernels)                                                                       \
     X(FilterKernels, filters, filterKernels)                                                                           \

@@ -1,5 +1,6 @@
 // The DCTs.
 #include "transforms/dct_objects.hpp"
+#include "transforms/fft_real_plan.hpp"
 #include "zvps/convert.h"
 
 namespace zvps {
@@ -19,6 +20,15 @@ bool needsWork(const DctSpec<T>& spec) {
     return spec.usesFft == 1 || spec.usesDft == 1;
 }
 
+template <class T>
+const FftDctKernels<T>& fftDctKernels() {
+    if constexpr (sizeof(T) == 4) {
+        return *kernels().fftDct32f;
+    } else {
+        return *kernels().fftDct64f;
+    }
+}
+
 // By way of an FFT or DFT object of the same length, from x or a spectrum to the other. The work area holds the
 // spectrum, then what the inner transform works in.
 template <class T>
@@ -31,6 +41,10 @@ template <class T>
     const auto n = static_cast<size_t>(spec.length);
     T* const spectrum = work.as<T>();
     Zvp8u* const inner = work.bytes() + dctSpectrumBytes<T>(spec.length);
+    if (spec.usesFft == 1 && n <= size_t{1} << kMostRealOrder) {
+        fftDctKernels<T>().run[direction](src, dst, spec, spectrum, reinterpret_cast<T*>(inner));
+        return zvpStsOk;
+    }
     const auto transform = [&](auto& fft, auto& dft) {
         return spec.usesFft == 1
                    ? fft(spectrum, static_cast<const typename Transforms::Fft*>(spec.inner), inner)

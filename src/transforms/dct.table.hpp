@@ -60,4 +60,14 @@ struct DctKernels {
     TurnDct<T> turn[kDctDirections];       // V to X, X to V
 };
 
+// The whole transform of the orders whose real FFT is no complex one of half the length, on the tables of the inner FFT
+// object; `values` and `rows` have room for the values, and do not overlap.
+template <class T>
+using FftDct = void (*)(const T* src, T* dst, const DctSpec<T>& spec, T* values, T* rows);
+
+template <class T>
+struct FftDctKernels {
+    FftDct<T> run[kDctDirections];
+};
+
 } // namespace zvps

@@ -141,10 +141,16 @@ HWY_INLINE Parts<Vec<T, N>> loadPairs(Lanes<T, N> d, Place place) {
 
 // ---- Passes ----
 
+// Samples i, i + 1, ... of an array, which are in its upper half or not; there are other sources with such a function.
+template <bool isUpper, class T, size_t L>
+HWY_INLINE Vec<T, L> loadSamples(Lanes<T, L> d, const T* src, size_t i) {
+    return hn::LoadU(d, src + i);
+}
+
 // The columns' transforms, several columns at once: from src to rows, and their sums over even and over odd samples to
 // halves.
-template <size_t kRows, size_t kMaxColumns, class T>
-HWY_INLINE void transformColumns(const T* src, T* rows, T* halves, size_t columns, const T* twiddles) {
+template <size_t kRows, size_t kMaxColumns, class Source, class T>
+HWY_INLINE void transformColumns(Source src, T* rows, T* halves, size_t columns, const T* twiddles) {
     using Row = RowLanes<T, kRows>;
     constexpr size_t L = smallest(Row::kLanes, kMaxColumns);
     constexpr size_t kBlock = smallest(kMaxColumns, kTwiddleBlockBytes / sizeof(T));
@@ -152,7 +158,7 @@ HWY_INLINE void transformColumns(const T* src, T* rows, T* halves, size_t column
     using V = Vec<T, L>;
     for (size_t c = 0; c < columns; c += L) {
         V x[kRows], re[kRows / 2 + 1], im[kRows / 2 + 1];
-        unroll<kRows>([&](auto i) ZVPS_INLINE_LAMBDA { x[i] = hn::LoadU(d, src + i * columns + c); });
+        unroll<kRows>([&](auto i) ZVPS_INLINE_LAMBDA { x[i] = loadSamples<2 * i >= kRows>(d, src, i * columns + c); });
         realDft<kRows, true>(d, x, re, im);
         if constexpr (L == kMaxColumns) {
             im[0] = pickLanes<PartOfPairs<1>>(d, re[0], re[kRows / 2]);
@@ -323,8 +329,8 @@ HWY_INLINE void loadBins(Spectrum<const T> src, size_t columns, size_t k2, size_
 // The ends: with M columns the bins k N1/2, k = 0 .. M, are the transform of 2 M real values, which went (go) through
 // the passes as M complex ones z. ends: the real parts of bin 0 .. M-1 of their transform, a place, the imaginary
 // parts, a place. kLanes bins at once.
-template <size_t kLanes, size_t kRows, class T>
-HWY_INLINE void joinEnds(const Spectrum<T>& dst, const T* re, const T* im, size_t columns, const T* twiddles) {
+template <size_t kLanes, size_t kRows, class Bins, class T>
+HWY_INLINE void joinEnds(const Bins& dst, const T* re, const T* im, size_t columns, const T* twiddles) {
     const Lanes<T, kLanes> d;
     const auto half = hn::Set(d, T{0.5});
     for (size_t k = kLanes == 1; k < columns / 2; k += kLanes) {
@@ -343,8 +349,8 @@ HWY_INLINE void joinEnds(const Spectrum<T>& dst, const T* re, const T* im, size_
                    [&](size_t i) { return dst.pair((columns - k - i) * (kRows / 2)); });
     }
 }
-template <size_t kLanes, size_t kRows, class T>
-HWY_INLINE void partEnds(const Spectrum<const T>& src, T* re, T* im, size_t columns, const T* twiddles) {
+template <size_t kLanes, size_t kRows, class Bins, class T>
+HWY_INLINE void partEnds(const Bins& src, T* re, T* im, size_t columns, const T* twiddles) {
     const Lanes<T, kLanes> d;
     for (size_t k = kLanes == 1; k < columns / 2; k += kLanes) {
         // The bins 0 and M, which are no pairs, are replaced by others: their results are not used.
@@ -375,8 +381,8 @@ HWY_INLINE void byLanes(size_t columns, Step step) {
     }
 }
 
-template <size_t kRows, class T>
-HWY_INLINE void storeEnds(const Spectrum<T>& dst, T* ends, size_t columns, const T* twiddles) {
+template <size_t kRows, class Bins, class T>
+HWY_INLINE void storeEnds(const Bins& dst, T* ends, size_t columns, const T* twiddles) {
     T* const re = ends;
     T* const im = ends + columns + 1;
     re[columns] = re[0];
@@ -393,8 +399,8 @@ HWY_INLINE void storeEnds(const Spectrum<T>& dst, T* ends, size_t columns, const
     }
 }
 
-template <size_t kRows, class T>
-HWY_INLINE void loadEnds(const Spectrum<const T>& src, T* ends, size_t columns, const T* twiddles) {
+template <size_t kRows, class Bins, class T>
+HWY_INLINE void loadEnds(const Bins& src, T* ends, size_t columns, const T* twiddles) {
     T* const re = ends;
     T* const im = ends + columns + 1;
     byLanes<T>(columns, [&](auto lanes) ZVPS_INLINE_LAMBDA { partEnds<lanes, kRows>(src, re, im, columns, twiddles); });
@@ -449,9 +455,8 @@ HWY_INLINE void tinyInverseRealFft(const T* src, T* dst, T factor) {
 }
 
 // Two passes, for up to 16 columns.
-template <size_t kRows, size_t kColumns, class T>
-HWY_INLINE void shortRealFft(const T* src, const Spectrum<T>& dst, T factor, const T* columnTwiddles,
-                             const T* endTwiddles) {
+template <size_t kRows, size_t kColumns, class Source, class Bins, class T>
+HWY_INLINE void shortRealFft(Source src, const Bins& dst, T factor, const T* columnTwiddles, const T* endTwiddles) {
     using Row = RowLanes<T, kRows>;
     constexpr size_t L = Row::kLanes;
     using C = ComplexVec<T, L>;
@@ -487,9 +492,8 @@ HWY_INLINE void shortRealFft(const T* src, const Spectrum<T>& dst, T factor, con
     storeEnds<kRows>(dst, ends, kColumns, endTwiddles);
 }
 
-template <size_t kRows, size_t kColumns, class T>
-HWY_INLINE void shortInverseRealFft(const Spectrum<const T>& src, T* dst, T factor, const T* columnTwiddles,
-                                    const T* endTwiddles) {
+template <size_t kRows, size_t kColumns, class Bins, class T>
+HWY_INLINE void shortInverseRealFft(const Bins& src, T* dst, T factor, const T* columnTwiddles, const T* endTwiddles) {
     using Row = RowLanes<T, kRows>;
     constexpr size_t L = Row::kLanes;
     using C = ComplexVec<T, L>;
@@ -523,9 +527,9 @@ HWY_INLINE void shortInverseRealFft(const Spectrum<const T>& src, T* dst, T fact
 
 // `rows` has room for all values, `ends` for those of the ends before and after the passes: two for each column and two
 // more.
-template <size_t kRows, class T>
-HWY_NOINLINE void longRealFft(const T* src, const Spectrum<T>& dst, T factor, const RealFftPlan& plan,
-                              const FftSpec<T>& spec, T* rows, T* ends) {
+template <size_t kRows, class Source, class Bins, class T>
+HWY_NOINLINE void longRealFft(Source src, const Bins& dst, T factor, const RealFftPlan& plan, const FftSpec<T>& spec,
+                              T* rows, T* ends) {
     using Row = RowLanes<T, kRows>;
     constexpr size_t L = Row::kLanes;
     using C = ComplexVec<T, L>;
@@ -556,9 +560,9 @@ HWY_NOINLINE void longRealFft(const T* src, const Spectrum<T>& dst, T factor, co
     storeEnds<kRows>(dst, ends, columns, spec.tables[0]);
 }
 
-template <size_t kRows, class T>
-HWY_NOINLINE void longInverseRealFft(const Spectrum<const T>& src, T* dst, T factor, const RealFftPlan& plan,
-                                     const FftSpec<T>& spec, T* rows, T* ends) {
+template <size_t kRows, class Bins, class T>
+HWY_NOINLINE void longInverseRealFft(const Bins& src, T* dst, T factor, const RealFftPlan& plan, const FftSpec<T>& spec,
+                                     T* rows, T* ends) {
     using Row = RowLanes<T, kRows>;
     constexpr size_t L = Row::kLanes;
     using C = ComplexVec<T, L>;
