@@ -1,6 +1,5 @@
 // The DCTs.
 #include "transforms/dct_objects.hpp"
-#include "transforms/fft_real_plan.hpp"
 #include "zvps/convert.h"
 
 namespace zvps {
@@ -41,8 +40,8 @@ template <class T>
     const auto n = static_cast<size_t>(spec.length);
     T* const spectrum = work.as<T>();
     Zvp8u* const inner = work.bytes() + dctSpectrumBytes<T>(spec.length);
-    if (spec.usesFft == 1 && n <= size_t{1} << kMostRealOrder) {
-        fftDctKernels<T>().run[direction](src, dst, spec, spectrum, reinterpret_cast<T*>(inner));
+    if (spec.usesFft == 1 && n <= size_t{1} << kLastFftDct[direction]) {
+        fftDctKernels<T>().run[direction](src, dst, spec, spectrum);
         return zvpStsOk;
     }
     const auto transform = [&](auto& fft, auto& dft) {

@@ -60,10 +60,14 @@ struct DctKernels {
     TurnDct<T> turn[kDctDirections];       // V to X, X to V
 };
 
-// The whole transform of the orders whose real FFT is no complex one of half the length, on the tables of the inner FFT
-// object; `values` and `rows` have room for the values, and do not overlap.
+// Up to these orders the passes of the real FFT, on the tables of the inner object, do the reordering and the turning
+// too. Longer ones are not faster for it: the two ends of the result are written at once, or the two of the source
+// read.
+inline constexpr int kLastFftDct[kDctDirections] = {13, 10};
+
+// `values` has room for the values of an inverse transform.
 template <class T>
-using FftDct = void (*)(const T* src, T* dst, const DctSpec<T>& spec, T* values, T* rows);
+using FftDct = void (*)(const T* src, T* dst, const DctSpec<T>& spec, T* values);
 
 template <class T>
 struct FftDctKernels {

@@ -4,10 +4,6 @@ namespace zvps::ZVPS_LEVEL {
 
 namespace {
 
-// Up to so many values a transform works on the stack.
-template <class T>
-inline constexpr size_t kStackValues = 65536 / sizeof(T);
-
 template <class T>
 const FftSpec<T>& fftOf(const DctSpec<T>& spec) {
     return *static_cast<const FftSpec<T>*>(spec.inner);
@@ -31,9 +27,13 @@ HWY_NOINLINE void runShort(const T* src, T* dst, const DctSpec<T>& spec) {
     }
 }
 
-// One that takes more, in `rows` and two arrays for the ends.
+// One that takes more.
 template <size_t kRows, DctDirection direction, class T>
-void runLongOf(const T* src, T* dst, const DctSpec<T>& spec, const RealFftPlan& plan, T* rows, T* ends, T* pairs) {
+HWY_NOINLINE void runLongOf(const T* src, T* dst, const DctSpec<T>& spec, const RealFftPlan& plan) {
+    constexpr size_t kMost = size_t{1} << kLastFftDct[direction];
+    alignas(kVectorBytes) T rows[kMost];
+    alignas(kVectorBytes) T ends[2 * kMost / kRows + 2];
+    alignas(kVectorBytes) T pairs[2 * kMost / kRows + 2];
     const FftSpec<T>& fft = fftOf(spec);
     const auto n = static_cast<size_t>(spec.length);
     if constexpr (direction == kDctForward) {
@@ -48,32 +48,9 @@ void runLongOf(const T* src, T* dst, const DctSpec<T>& spec, const RealFftPlan& 
 }
 
 template <DctDirection direction, class T>
-HWY_INLINE void runLong(const T* src, T* dst, const DctSpec<T>& spec, T* rows, T* ends, T* pairs) {
-    const RealFftPlan plan = realFftPlan<T>(fftOf(spec).order);
-    if (sizeof(T) == 8 && plan.rows == 16) {
-        runLongOf<16, direction>(src, dst, spec, plan, rows, ends, pairs);
-    } else {
-        runLongOf<32, direction>(src, dst, spec, plan, rows, ends, pairs);
-    }
-}
-
-template <DctDirection direction, class T>
-HWY_NOINLINE void runOnStack(const T* src, T* dst, const DctSpec<T>& spec) {
-    alignas(kVectorBytes) T rows[kStackValues<T>];
-    alignas(kVectorBytes) T ends[kStackValues<T> / 8 + 2];
-    alignas(kVectorBytes) T pairs[kStackValues<T> / 8 + 2];
-    runLong<direction>(src, dst, spec, rows, ends, pairs);
-}
-template <DctDirection direction, class T>
-HWY_NOINLINE void runInBuffer(const T* src, T* dst, const DctSpec<T>& spec, T* rows) {
-    alignas(kVectorBytes) T ends[2 * kMostRealColumns + 2];
-    alignas(kVectorBytes) T pairs[2 * kMostRealColumns + 2];
-    runLong<direction>(src, dst, spec, rows, ends, pairs);
-}
-
-template <DctDirection direction, class T>
-HWY_INLINE void runFft(const T* src, T* dst, const DctSpec<T>& spec, T* rows) {
-    switch (fftOf(spec).order) {
+HWY_INLINE void runFft(const T* src, T* dst, const DctSpec<T>& spec) {
+    const int order = fftOf(spec).order;
+    switch (order) {
     case 6:
         return runShort<6, direction>(src, dst, spec);
     case 7:
@@ -83,20 +60,18 @@ HWY_INLINE void runFft(const T* src, T* dst, const DctSpec<T>& spec, T* rows) {
     case 9:
         return runShort<9, direction>(src, dst, spec);
     }
-    if (static_cast<size_t>(spec.length) <= kStackValues<T>) {
-        runOnStack<direction>(src, dst, spec);
-    } else {
-        runInBuffer<direction>(src, dst, spec, rows);
-    }
+    constexpr size_t kRows = realFftPlan<T>(10).rows;
+    static_assert(realFftPlan<T>(kLastFftDct[direction]).rows == kRows);
+    runLongOf<kRows, direction>(src, dst, spec, realFftPlan<T>(order));
 }
 
 template <class T>
-void forward(const T* src, T* dst, const DctSpec<T>& spec, T*, T* rows) {
-    runFft<kDctForward>(src, dst, spec, rows);
+void forward(const T* src, T* dst, const DctSpec<T>& spec, T*) {
+    runFft<kDctForward>(src, dst, spec);
 }
 template <class T>
-void inverse(const T* src, T* dst, const DctSpec<T>& spec, T* values, T* rows) {
-    runFft<kDctInverse>(src, values, spec, rows);
+void inverse(const T* src, T* dst, const DctSpec<T>& spec, T* values) {
+    runFft<kDctInverse>(src, values, spec);
     fromDftOrder(values, dst, static_cast<size_t>(spec.length));
 }
 
