@@ -23,7 +23,7 @@ HWY_INLINE hn::Vec<D> series(D d, const double (&c)[count], hn::Vec<D> x) {
 template <size_t N>
 HWY_INLINE Vec<double, N> sine(Lanes<double, N> d, Vec<double, N> x) {
     // (sin(x) - x) / x^3 by powers of x^2, interpolated at Chebyshev's nodes: the error is 2^-55 of the result.
-    static constexpr double kSeries[] = {-0x1.5555555555555p-3,  0x1.1111111111107p-7,  -0x1.a01a01a018aaap-13,
+    static constexpr double kSeries[] = {-0x1.5555555555555p-3,  0x1.1111111111107p-7,   -0x1.a01a01a018aaap-13,
                                          0x1.71de3a54564dfp-19,  -0x1.ae6455a1c0795p-26, 0x1.612401540ed0fp-33,
                                          -0x1.ae51366b753a9p-41, 0x1.89a43bea5b135p-49};
     const auto square = hn::Mul(x, x);
@@ -55,7 +55,8 @@ HWY_INLINE Rotations<N> rotations(Lanes<double, N> d, Vec<uint64_t, N> turns) {
     const auto square = hn::Mul(x, x);
     const auto s = hn::Add(x, hn::Mul(hn::Mul(x, square), series(d, kSine, square)));
     const auto half = hn::Mul(square, hn::Set(d, 0.5));
-    const auto c = hn::Sub(hn::Set(d, 1.0), hn::Sub(half, hn::Mul(hn::Mul(square, square), series(d, kCosine, square))));
+    const auto c =
+        hn::Sub(hn::Set(d, 1.0), hn::Sub(half, hn::Mul(hn::Mul(square, square), series(d, kCosine, square))));
     const auto isOdd = hn::RebindMask(d, hn::TestBit(quarters, quarter));
     const auto sign = hn::Set(bits, uint64_t{1} << 63);
     const auto cosineSign = hn::BitCast(d, hn::And(hn::Add(quarters, quarter), sign));

@@ -75,8 +75,7 @@ HWY_INLINE auto elements(const ValuesFor<T, W>& v) {
         };
         return inOrder<2>(d, packedBlocks<T>(pack(0), pack(4)));
     } else {
-        return narrowed(
-            d, several<R>([&](size_t r) HWY_ATTR { return roundedValues<Range<T>, values>(v.v[r]); }));
+        return narrowed(d, several<R>([&](size_t r) HWY_ATTR { return roundedValues<Range<T>, values>(v.v[r]); }));
     }
 }
 

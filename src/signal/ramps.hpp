@@ -33,8 +33,8 @@ struct Computed {
     template <size_t>
     HWY_INLINE auto load(size_t i) const {
         constexpr size_t kLanes = kVectorBytes / sizeof(W);
-        return several<kValueVectors<T, W>>(
-            [&](size_t r) HWY_ATTR { return function(numbersFrom<W>(i + r * kLanes)); });
+        return several<kValueVectors<T, W>>([&](size_t r)
+                                                HWY_ATTR { return function(numbersFrom<W>(i + r * kLanes)); });
     }
     template <size_t N>
     HWY_INLINE auto loadSome(size_t i, size_t) const {

@@ -53,8 +53,8 @@ HWY_INLINE void storeElements(T* dst, size_t count, const Function& function) {
     constexpr size_t N = kVectorBytes / sizeof(T);
     const Lanes<T, N> d;
     const auto vector = [&](size_t i) HWY_ATTR {
-        return elements<T, values, double>(several<kValueVectors<T, double>>(
-            [&](size_t r) HWY_ATTR { return function(i + r * kDoubles); }));
+        return elements<T, values, double>(
+            several<kValueVectors<T, double>>([&](size_t r) HWY_ATTR { return function(i + r * kDoubles); }));
     };
     size_t i = 0;
     for (; i + N <= count; i += N)

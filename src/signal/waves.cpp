@@ -17,7 +17,7 @@ constexpr double kPi = 3.1415926535897932384626433832795;
 constexpr double kTwoPi = 2 * kPi;
 constexpr long double kTurn = 6.283185307179586476925286766559L; // in radians
 constexpr int kMostFrequencyQ15 = 16383;
-constexpr int kMostPhaseQ15 = 205886;    // the largest below 2 pi
+constexpr int kMostPhaseQ15 = 205886;     // the largest below 2 pi
 constexpr int kMostAsymmetryQ15 = 102943; // the largest below pi
 
 double fromQ15(int value) {
@@ -130,7 +130,8 @@ ZvpStatus runTriangle(T* dst, int len, double magnitude, double frequency, doubl
     const Oscillation wave = oscillation(frequency, phase);
     const auto n = static_cast<size_t>(len);
     *end = wave.phaseAt(n);
-    return kernels().waves->template triangle<T>()(dst, n, 0, wave, makeTriangle(magnitude, asymmetry, wave, kParts<T>));
+    return kernels().waves->template triangle<T>()(dst, n, 0, wave,
+                                                   makeTriangle(magnitude, asymmetry, wave, kParts<T>));
 }
 
 template <class T, class F, class Magnitude>

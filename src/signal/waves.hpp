@@ -142,8 +142,8 @@ class Tone {
         const Lanes<uint64_t, kDoubles> bits;
         const uint64_t phase = oscillation_.phaseAt(block_ / kPeriod * kPeriod * kBlockSamples<T>);
         repeat<kGroupVectors>([&](size_t i) HWY_ATTR {
-            group_[i] = rotations(DoubleLanes(), hn::Add(hn::Set(bits, phase),
-                                                         hn::LoadU(bits, tables_.blocks + i * kDoubles)));
+            group_[i] =
+                rotations(DoubleLanes(), hn::Add(hn::Set(bits, phase), hn::LoadU(bits, tables_.blocks + i * kDoubles)));
         });
     }
     HWY_INLINE void rotate() {

@@ -50,7 +50,7 @@ template <class W>
 struct ToneTables {
     W a[kWaveBlock];
     W b[kWaveBlock];
-    double rotation[2];         // cosine and sine of the phase from one group to the next
+    double rotation[2];          // cosine and sine of the phase from one group to the next
     uint64_t blocks[kToneGroup]; // phases of a group's blocks
 };
 
