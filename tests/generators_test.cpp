@@ -379,7 +379,7 @@ TEST(Generators, WavesWithoutState) {
 
 // Where rounding errors of a recurrence would have grown.
 TEST(Generators, LongWaves) {
-    checkDirectWaves({300001});
+    checkDirectWaves({30001});
 }
 
 // Full of what it must not be mistaken for.
