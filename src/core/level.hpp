@@ -14,11 +14,14 @@ struct LogKernels;
 struct NormKernels;
 struct ProductKernels;
 struct QuotientKernels;
+struct RampKernels;
+struct RandomKernels;
 struct RecursiveKernels;
 struct SpectrumKernels;
 struct SumKernels;
 struct ThresholdKernels;
 struct TotalKernels;
+struct WaveKernels;
 struct WindowKernels;
 template <class T>
 struct FftKernels;
@@ -40,6 +43,8 @@ struct RealFftKernels;
     X(NormKernels, norms, normKernels)                                                                                 \
     X(ProductKernels, products, productKernels)                                                                        \
     X(QuotientKernels, quotients, quotientKernels)                                                                     \
+    X(RampKernels, ramps, rampKernels)                                                                                 \
+    X(RandomKernels, random, randomKernels)                                                                            \
     X(RealFftKernels<float>, realFft32f, realFft32fKernels)                                                            \
     X(RealFftKernels<double>, realFft64f, realFft64fKernels)                                                           \
     X(RecursiveKernels, recursive, recursiveKernels)                                                                   \
@@ -47,6 +52,7 @@ struct RealFftKernels;
     X(SumKernels, sums, sumKernels)                                                                                    \
     X(ThresholdKernels, thresholds, thresholdKernels)                                                                  \
     X(TotalKernels, totals, totalKernels)                                                                              \
+    X(WaveKernels, waves, waveKernels)                                                                                 \
     X(WindowKernels, windows, windowKernels)
 
 struct Kernels {
