@@ -23,6 +23,12 @@ ZvpStatus computeSums(const Sums<T>& sums, bool mayTransform, const Results& res
             return sumByTransforms(sums, sections, results, mostThreads);
         }
     }
+    if constexpr (!kIsComplex<T>) {
+        if (areFew(sums)) {
+            sumOneByOne(sums, results);
+            return zvpStsOk;
+        }
+    }
     DirectSums<T, Results>(sums, results).compute();
     return zvpStsOk;
 }

@@ -1,7 +1,8 @@
-// Sums of products as they stand, by the kernels of filters.
+// Sums of products as they stand, by the kernels of filters and dot products.
 #pragma once
 
 #include "correlation/sums.hpp"
+#include "stats/dot_products.table.hpp"
 
 namespace zvps {
 
@@ -11,7 +12,7 @@ inline constexpr int64_t kSumWindow = 16384 / static_cast<int64_t>(sizeof(Elemen
 // Results that reach beyond the signal are computed by so many, as what meets no element of it is left out for all of
 // them at once.
 template <class Element>
-inline constexpr int64_t kSumEdge = 1024 / static_cast<int64_t>(sizeof(Element));
+inline constexpr int64_t kSumEdge = 256 / static_cast<int64_t>(sizeof(Element));
 
 template <class T, class Results>
 class DirectSums {
@@ -83,5 +84,42 @@ class DirectSums {
     alignas(64) Element block_[Results::kInPlace ? 1 : kBlock];
     alignas(64) Element more_[kBlock];
 };
+
+// ---- Few results of many products ----
+
+// Filters keep results in vectors, which so few would not fill.
+template <class T>
+bool areFew(const Sums<T>& sums) {
+    constexpr int64_t kFewest = 8; // products for each result
+    constexpr int64_t kMost = 256 / static_cast<int64_t>(sizeof(T));
+    return sums.count <= kMost && sums.taps.length >= kFewest * sums.count &&
+           sums.taps.isReversed == sums.signal.isReversed;
+}
+
+inline Zvp64s dotProduct(const Zvp16s* a, const Zvp16s* b, size_t n) {
+    return kernels().dots->dot_16s(a, b, n);
+}
+inline Zvp32f dotProduct(const Zvp32f* a, const Zvp32f* b, size_t n) {
+    return kernels().dots->dot_32f(a, b, n);
+}
+inline Zvp64f dotProduct(const Zvp64f* a, const Zvp64f* b, size_t n) {
+    return kernels().dots->dot_64f(a, b, n);
+}
+
+// Both operands lie in the same direction, so that each result is a dot product in place.
+template <class T, class Results>
+void sumOneByOne(const Sums<T>& sums, const Results& results) {
+    for (int64_t k = 0; k < sums.count; ++k) {
+        const int64_t lag = sums.offset + k;
+        const int64_t first = std::max<int64_t>(-lag, 0);
+        const int64_t last = std::min(sums.taps.length, sums.signal.length - lag);
+        decltype(dotProduct(sums.taps.data, sums.signal.data, 0)) sum{};
+        if (first < last) {
+            sum = dotProduct(sums.taps.part(first, last - first).data,
+                             sums.signal.part(first + lag, last - first).data, static_cast<size_t>(last - first));
+        }
+        results.store(k, &sum, 1);
+    }
+}
 
 } // namespace zvps

@@ -109,7 +109,8 @@ struct IntegerResults {
     bool isFirst = true;
     bool isLast = true;
 
-    void store(int64_t k, const Zvp64f* sums, int64_t n) const {
+    template <class Sum>
+    void store(int64_t k, const Sum* sums, int64_t n) const {
         if (totals == nullptr) return finish(k, sums, n);
         for (int64_t i = 0; i < n; ++i)
             totals[k + i] = (isFirst ? 0 : totals[k + i]) + static_cast<Zvp64s>(sums[i]);
