@@ -23,7 +23,7 @@ ZvpStatus computeSums(const Sums<T>& sums, bool mayTransform, const Results& res
             return sumByTransforms(sums, sections, results, mostThreads);
         }
     }
-    if constexpr (!kIsComplex<T>) {
+    if constexpr (std::is_same_v<T, Zvp16s>) {
         if (areFew(sums)) {
             sumOneByOne(sums, results);
             return zvpStsOk;

@@ -1,6 +1,7 @@
 // Sums of products as they stand, by the kernels of filters and dot products.
 #pragma once
 
+#include "correlation/correlation.table.hpp"
 #include "correlation/sums.hpp"
 #include "stats/dot_products.table.hpp"
 
@@ -9,10 +10,35 @@ namespace zvps {
 // Taps and signal pass through windows of so many elements: as many taps as half a window, and results as a quarter.
 template <class Element>
 inline constexpr int64_t kSumWindow = 16384 / static_cast<int64_t>(sizeof(Element));
-// Results that reach beyond the signal are computed by so many, as what meets no element of it is left out for all of
-// them at once.
+// Results that reach beyond the signal are computed by blocks, for all of which what meets no element of it is left
+// out: by smaller ones where there is more to leave out.
 template <class Element>
-inline constexpr int64_t kSumEdge = 256 / static_cast<int64_t>(sizeof(Element));
+int64_t sumEdge(int64_t tapsLen) {
+    constexpr auto kBytes = static_cast<int64_t>(sizeof(Element));
+    return (tapsLen * kBytes < 1024 ? 1024 : 256) / kBytes;
+}
+// So few results would not fill the vectors of filters.
+template <class Element>
+inline constexpr int64_t kFewSums = 192 / static_cast<int64_t>(sizeof(Element));
+
+template <class Element>
+auto fewSumsKernel() {
+    if constexpr (std::is_same_v<Element, Zvp32f>) {
+        return kernels().correlation->fir_32f;
+    } else if constexpr (std::is_same_v<Element, Zvp32fc>) {
+        return kernels().correlation->fir_32fc;
+    } else if constexpr (std::is_same_v<Element, Zvp64f>) {
+        return kernels().correlation->fir_64f;
+    } else {
+        return kernels().correlation->fir_64fc;
+    }
+}
+
+template <class Element>
+void sumByKernels(const Element* signal, Element* sums, int64_t n, const Element* taps, int64_t tapsLen) {
+    const auto& kernel = n <= kFewSums<Element> && tapsLen > n ? fewSumsKernel<Element>() : firKernels<Element>().block;
+    kernel(parts(signal), parts(sums), static_cast<size_t>(n), parts(taps), static_cast<size_t>(tapsLen));
+}
 
 template <class T, class Results>
 class DirectSums {
@@ -30,7 +56,7 @@ class DirectSums {
             if constexpr (kStraight && Results::kInPlace) {
                 if (isOnePart && sums_.signal.isPlain() && inside >= n) n = std::min(inside, sums_.count - k);
             }
-            if (inside < n) n = std::min(n, kSumEdge<Element>);
+            if (inside < n) n = std::min(n, sumEdge<Element>(sums_.taps.length));
             computeBlock(k, n, lag);
         }
     }
@@ -47,16 +73,26 @@ class DirectSums {
         const int64_t first = std::clamp<int64_t>(1 - lag - n, 0, sums_.taps.length);
         const int64_t last = std::clamp<int64_t>(sums_.signal.length - lag, first, sums_.taps.length);
         if (first == last) std::fill_n(place, n, Element{});
-        for (int64_t i = first; i < last; i += kMostTaps) {
-            const int64_t count = std::min(kMostTaps, last - i);
+        int64_t count = 0;
+        for (int64_t i = first; i < last; i += count) {
+            count = std::min({kMostTaps, last - i, untilEdge(i, n, lag)});
             Element* const to = i == first ? place : more_;
-            firKernels<Element>().block(parts(signalAt(lag + i, n + count - 1)), parts(to), static_cast<size_t>(n),
-                                        parts(tapsAt(i, count)), static_cast<size_t>(count));
+            sumByKernels(signalAt(lag + i, n + count - 1), to, n, tapsAt(i, count), count);
             if (i == first) continue;
             for (size_t p = 0; p < partCount<Element>(static_cast<int>(n)); ++p)
                 parts(place)[p] += parts(more_)[p];
         }
         if constexpr (!Results::kInPlace) results_.store(k, place, n);
+    }
+
+    // From tap i, how many meet the signal in the same way: inside it for all n results, or not. Where those inside are
+    // many, they are worth a call of their own, which spares a copy of the signal.
+    int64_t untilEdge(int64_t i, int64_t n, int64_t lag) const {
+        constexpr int64_t kMany = 4;
+        const int64_t begin = std::max<int64_t>(-lag, 0);
+        const int64_t end = sums_.signal.length - lag - n + 1;
+        if (!sums_.signal.isPlain() || end - begin < kMany * n) return kMostTaps;
+        return i < begin ? begin - i : i < end ? end - i : kMostTaps;
     }
 
     const Element* tapsAt(int64_t begin, int64_t n) {
@@ -85,38 +121,25 @@ class DirectSums {
     alignas(64) Element more_[kBlock];
 };
 
-// ---- Few results of many products ----
+// ---- Few results of integers ----
 
-// Filters keep results in vectors, which so few would not fill.
-template <class T>
-bool areFew(const Sums<T>& sums) {
-    constexpr int64_t kFewest = 8; // products for each result
-    constexpr int64_t kMost = 256 / static_cast<int64_t>(sizeof(T));
-    return sums.count <= kMost && sums.taps.length >= kFewest * sums.count &&
-           sums.taps.isReversed == sums.signal.isReversed;
-}
-
-inline Zvp64s dotProduct(const Zvp16s* a, const Zvp16s* b, size_t n) {
-    return kernels().dots->dot_16s(a, b, n);
-}
-inline Zvp32f dotProduct(const Zvp32f* a, const Zvp32f* b, size_t n) {
-    return kernels().dots->dot_32f(a, b, n);
-}
-inline Zvp64f dotProduct(const Zvp64f* a, const Zvp64f* b, size_t n) {
-    return kernels().dots->dot_64f(a, b, n);
+inline bool areFew(const Sums<Zvp16s>& sums) {
+    constexpr int64_t kMost = 32;
+    return sums.count <= kMost && sums.taps.isReversed == sums.signal.isReversed;
 }
 
 // Both operands lie in the same direction, so that each result is a dot product in place.
-template <class T, class Results>
-void sumOneByOne(const Sums<T>& sums, const Results& results) {
+template <class Results>
+void sumOneByOne(const Sums<Zvp16s>& sums, const Results& results) {
     for (int64_t k = 0; k < sums.count; ++k) {
         const int64_t lag = sums.offset + k;
         const int64_t first = std::max<int64_t>(-lag, 0);
         const int64_t last = std::min(sums.taps.length, sums.signal.length - lag);
-        decltype(dotProduct(sums.taps.data, sums.signal.data, 0)) sum{};
+        Zvp64s sum = 0;
         if (first < last) {
-            sum = dotProduct(sums.taps.part(first, last - first).data,
-                             sums.signal.part(first + lag, last - first).data, static_cast<size_t>(last - first));
+            sum = kernels().dots->dot_16s(sums.taps.part(first, last - first).data,
+                                          sums.signal.part(first + lag, last - first).data,
+                                          static_cast<size_t>(last - first));
         }
         results.store(k, &sum, 1);
     }
