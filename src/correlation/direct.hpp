@@ -10,13 +10,12 @@ namespace zvps {
 // Taps and signal pass through windows of so many elements: as many taps as half a window, and results as a quarter.
 template <class Element>
 inline constexpr int64_t kSumWindow = 16384 / static_cast<int64_t>(sizeof(Element));
-// Results that reach beyond the signal are computed by blocks, for all of which what meets no element of it is left
-// out: by smaller ones where there is more to leave out.
+// Results that reach beyond the signal are computed by blocks, for which taps that meet no element of it are left out:
+// many taps by smaller blocks.
 template <class Element>
-int64_t sumEdge(int64_t tapsLen) {
-    constexpr auto kBytes = static_cast<int64_t>(sizeof(Element));
-    return (tapsLen * kBytes < 1024 ? 1024 : 256) / kBytes;
-}
+inline constexpr int64_t kSumEdge = 1024 / static_cast<int64_t>(sizeof(Element));
+template <class Element>
+inline constexpr int64_t kSmallSumEdge = kSumEdge<Element> / 4;
 // So few results would not fill the vectors of filters.
 template <class Element>
 inline constexpr int64_t kFewSums = 192 / static_cast<int64_t>(sizeof(Element));
@@ -56,7 +55,7 @@ class DirectSums {
             if constexpr (kStraight && Results::kInPlace) {
                 if (isOnePart && sums_.signal.isPlain() && inside >= n) n = std::min(inside, sums_.count - k);
             }
-            if (inside < n) n = std::min(n, sumEdge<Element>(sums_.taps.length));
+            if (inside < n) n = std::min(n, kSumEdge<Element>);
             computeBlock(k, n, lag);
         }
     }
@@ -70,29 +69,52 @@ class DirectSums {
     void computeBlock(int64_t k, int64_t n, int64_t lag) {
         Element* place = block_;
         if constexpr (Results::kInPlace) place = results_.dst + k;
-        const int64_t first = std::clamp<int64_t>(1 - lag - n, 0, sums_.taps.length);
-        const int64_t last = std::clamp<int64_t>(sums_.signal.length - lag, first, sums_.taps.length);
-        if (first == last) std::fill_n(place, n, Element{});
-        int64_t count = 0;
-        for (int64_t i = first; i < last; i += count) {
-            count = std::min({kMostTaps, last - i, untilEdge(i, n, lag)});
-            Element* const to = i == first ? place : more_;
-            sumByKernels(signalAt(lag + i, n + count - 1), to, n, tapsAt(i, count), count);
-            if (i == first) continue;
+        const Taps all = meeting({0, sums_.taps.length}, n, lag);
+        if (all.begin == all.end) std::fill_n(place, n, Element{});
+        // The taps that meet the signal inside it for all n results; few of them are not worth a call of their own.
+        const Taps inside = {std::max<int64_t>(-lag, 0), sums_.signal.length - lag - n + 1};
+        const bool isSplit = inside.end - inside.begin > 2 * n;
+        Taps some = all;
+        for (; some.begin < all.end; some.begin = some.end) {
+            some.end = std::min(some.begin + kMostTaps, all.end);
+            bool isInside = false;
+            if (isSplit && some.begin < inside.begin) {
+                some.end = std::min(some.end, inside.begin);
+            } else if (isSplit && some.begin < inside.end) {
+                some.end = std::min(some.end, inside.end);
+                isInside = true;
+            }
+            Element* const to = some.begin == all.begin ? place : more_;
+            const bool bySmaller = !isInside && some.end - some.begin >= kSumEdge<Element>;
+            const int64_t step = bySmaller ? kSmallSumEdge<Element> : n;
+            for (int64_t j = 0; j < n; j += step)
+                sumSome(to + j, std::min(step, n - j), lag + j, some);
+            if (to == place) continue;
             for (size_t p = 0; p < partCount<Element>(static_cast<int>(n)); ++p)
                 parts(place)[p] += parts(more_)[p];
         }
         if constexpr (!Results::kInPlace) results_.store(k, place, n);
     }
 
-    // From tap i, how many meet the signal in the same way: inside it for all n results, or not. Where those inside are
-    // many, they are worth a call of their own, which spares a copy of the signal.
-    int64_t untilEdge(int64_t i, int64_t n, int64_t lag) const {
-        constexpr int64_t kMany = 4;
-        const int64_t begin = std::max<int64_t>(-lag, 0);
-        const int64_t end = sums_.signal.length - lag - n + 1;
-        if (!sums_.signal.isPlain() || end - begin < kMany * n) return kMostTaps;
-        return i < begin ? begin - i : i < end ? end - i : kMostTaps;
+    struct Taps {
+        int64_t begin;
+        int64_t end;
+    };
+
+    // Those of some taps that meet the signal in n results from a lag on.
+    Taps meeting(Taps some, int64_t n, int64_t lag) const {
+        const int64_t begin = std::clamp(1 - lag - n, some.begin, some.end);
+        return {begin, std::clamp(sums_.signal.length - lag, begin, some.end)};
+    }
+
+    void sumSome(Element* to, int64_t n, int64_t lag, Taps some) {
+        const Taps taps = meeting(some, n, lag);
+        const int64_t count = taps.end - taps.begin;
+        if (count == 0) {
+            std::fill_n(to, n, Element{});
+        } else {
+            sumByKernels(signalAt(lag + taps.begin, n + count - 1), to, n, tapsAt(taps.begin, count), count);
+        }
     }
 
     const Element* tapsAt(int64_t begin, int64_t n) {
