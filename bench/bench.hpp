@@ -160,6 +160,7 @@ class Row {
 // One file a family.
 void registerArithmetic();
 void registerConversion();
+void registerCorrelation();
 void registerFft();
 void registerFir();
 void registerGenerators();

@@ -37,6 +37,7 @@ int main(int argc, char** argv) {
     bench::registerMachine();
     bench::registerArithmetic();
     bench::registerConversion();
+    bench::registerCorrelation();
     bench::registerFft();
     bench::registerFir();
     bench::registerGenerators();

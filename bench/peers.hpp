@@ -108,6 +108,17 @@ void fir(const Zvp16s* src, Zvp16s* dst, int n, const float* taps, int tapsLen);
 template <class Taps>
 void fir(const Zvp16s* src, Zvp16s* dst, int n, const Taps* taps, int tapsLen, int shift);
 
+
+// Convolution, cross-correlation (of b with a, from lag 1 - taps on) and auto-correlation.
+template <class T>
+void convolve(const T* a, int n, const T* b, int taps, T* dst);
+template <class T>
+void crossCorrelate(const T* a, int n, const T* b, int taps, T* dst);
+template <class T>
+void autoCorrelate(const T* a, int n, T* dst, int lags);
+void convolve(const Zvp16s* a, int n, const Zvp16s* b, int taps, Zvp16s* dst, int shift);
+void autoCorrelate(const Zvp16s* a, int n, Zvp16s* dst, int lags, int shift);
+
 // Of real spectra in Pack layout: the product, and the whole spectrum of n complex values.
 template <class T>
 void multiplyPacked(const T* a, const T* b, T* dst, int n);
@@ -143,6 +154,8 @@ template <class T>
 void addProduct(const T* a, const T* b, T* dst, int n);
 template <class T>
 void absolute(const T* a, T* dst, int n);
+template <class T>
+void autoCorrelate(const T* a, int n, T* dst, int lags);
 
 // Conversions: the values, rounded to nearest even and saturated, saturated, and half precision.
 template <class S, class D>

@@ -5,6 +5,7 @@
 #include "zvps/arithmetic.h"
 #include "zvps/companding.h"
 #include "zvps/convert.h"
+#include "zvps/correlation.h"
 #include "zvps/fft.h"
 #include "zvps/fir.h"
 #include "zvps/generators.h"

@@ -5,6 +5,7 @@ namespace zvps {
 
 struct CompandingKernels;
 struct ConversionKernels;
+struct CorrelationKernels;
 struct DotKernels;
 struct ExtremesKernels;
 struct FilterKernels;
@@ -32,6 +33,7 @@ struct RealFftKernels;
 #define ZVPS_KERNEL_TABLES(X)                                                                                          \
     X(CompandingKernels, companding, compandingKernels)                                                                \
     X(ConversionKernels, conversions, conversionKernels)                                                               \
+    X(CorrelationKernels, correlation, correlationKernels)                                                             \
     X(DotKernels, dots, dotKernels)                                                                                    \
     X(ExtremesKernels, extremes, extremesKernels)                                                                      \
     X(FftKernels<float>, fft32f, fft32fKernels)                                                                        \
