@@ -75,7 +75,7 @@ struct DftSpec {
     void* fft;
     int32_t isMixedRadix;
     int32_t factors;
-    int32_t factor_list[kMostDftFactors];
+    int32_t factorList[kMostDftFactors];
     DftPlan<T> plan;
     void* inner;            // the transform object that a convolution or a real transform works with
     const T* chirp;         // exp(-pi i n^2 / L)
