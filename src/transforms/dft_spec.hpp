@@ -37,8 +37,9 @@ struct DftPass {
     size_t radix;
     size_t s;
     size_t m;
-    const T* twiddles; // exp(-2 pi i n1 k / (s R)) for k and n1 from 1 on
-    const T* roots;    // cosines and sines of a radix without a routine of its own
+    const T* twiddles;   // exp(-2 pi i n1 k / (s R)) for k and n1 from 1 on
+    const T* conjugates; // of the twiddles, where the pass is the last one
+    const T* roots;      // cosines and sines of a radix without a routine of its own
 };
 
 inline constexpr int kMostDftPasses = 16;
