@@ -6,6 +6,7 @@
 #include "zvps/companding.h"
 #include "zvps/convert.h"
 #include "zvps/correlation.h"
+#include "zvps/dft.h"
 #include "zvps/fft.h"
 #include "zvps/fir.h"
 #include "zvps/generators.h"

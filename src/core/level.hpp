@@ -25,6 +25,8 @@ struct TotalKernels;
 struct WaveKernels;
 struct WindowKernels;
 template <class T>
+struct DftKernels;
+template <class T>
 struct FftKernels;
 template <class T>
 struct RealFftKernels;
@@ -34,6 +36,8 @@ struct RealFftKernels;
     X(CompandingKernels, companding, compandingKernels)                                                                \
     X(ConversionKernels, conversions, conversionKernels)                                                               \
     X(CorrelationKernels, correlation, correlationKernels)                                                             \
+    X(DftKernels<float>, dft32f, dft32fKernels)                                                                        \
+    X(DftKernels<double>, dft64f, dft64fKernels)                                                                       \
     X(DotKernels, dots, dotKernels)                                                                                    \
     X(ExtremesKernels, extremes, extremesKernels)                                                                      \
     X(FftKernels<float>, fft32f, fft32fKernels)                                                                        \

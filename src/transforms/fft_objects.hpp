@@ -81,6 +81,18 @@ ZvpStatus checkTransform(const Opaque* spec, Pointers... data) {
     return zvpStsOk;
 }
 
+// ---- Normalisation ----
+
+inline bool isFlag(int flag) {
+    return flag == zvpFftScaleFwd || flag == zvpFftScaleInv || flag == zvpFftScaleSqrt || flag == zvpFftScaleNone;
+}
+
+template <class Header>
+void storeScaling(Header& spec, int flag) {
+    spec.scalesForward = flag == zvpFftScaleFwd || flag == zvpFftScaleSqrt;
+    spec.scalesInverse = flag == zvpFftScaleInv || flag == zvpFftScaleSqrt;
+}
+
 // ---- Memory ----
 
 inline constexpr int kFftAlignment = 32;

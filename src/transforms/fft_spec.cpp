@@ -2,6 +2,7 @@
 #include "transforms/fft_objects.hpp"
 #include "transforms/fft_large_plan.hpp"
 #include "transforms/fft_tables.hpp"
+#include "transforms/sines.hpp"
 
 #include <algorithm>
 #include <array>
@@ -23,16 +24,6 @@ constexpr int64_t pointsOf(int order) {
 
 // ---- Normalisation ----
 
-bool isFlag(int flag) {
-    return flag == zvpFftScaleFwd || flag == zvpFftScaleInv || flag == zvpFftScaleSqrt || flag == zvpFftScaleNone;
-}
-
-template <class Header>
-void storeScaling(Header& spec, int flag) {
-    spec.scalesForward = flag == zvpFftScaleFwd || flag == zvpFftScaleSqrt;
-    spec.scalesInverse = flag == zvpFftScaleInv || flag == zvpFftScaleSqrt;
-}
-
 double normalisation(int order, int flag) {
     if (flag == zvpFftScaleNone) return 0;
     const auto points = static_cast<double>(pointsOf(order));
@@ -40,25 +31,6 @@ double normalisation(int order, int flag) {
 }
 
 // ---- Sines ----
-
-struct SineCosine {
-    long double sine;
-    long double cosine;
-};
-
-// Of 0 <= angle <= pi / 4, by their series.
-constexpr SineCosine sineCosine(long double angle) {
-    SineCosine sum = {0, 0};
-    long double term = 1; // angle^k / k!
-    for (int k = 0; k < 24; ++k) {
-        long double& part = k % 2 == 0 ? sum.cosine : sum.sine;
-        part += k / 2 % 2 == 0 ? term : -term;
-        term *= angle / (k + 1);
-    }
-    return sum;
-}
-
-constexpr long double kTurn = 6.283185307179586476925286766559L;
 
 // The sines of a quarter of 2^kStoredOrder points, for the small orders.
 constexpr int kStoredOrder = 10;
