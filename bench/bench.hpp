@@ -161,6 +161,7 @@ class Row {
 void registerArithmetic();
 void registerConversion();
 void registerCorrelation();
+void registerDct();
 void registerFft();
 void registerFir();
 void registerGenerators();

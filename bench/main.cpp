@@ -38,6 +38,7 @@ int main(int argc, char** argv) {
     bench::registerArithmetic();
     bench::registerConversion();
     bench::registerCorrelation();
+    bench::registerDct();
     bench::registerFft();
     bench::registerFir();
     bench::registerGenerators();

@@ -25,6 +25,8 @@ struct TotalKernels;
 struct WaveKernels;
 struct WindowKernels;
 template <class T>
+struct DctKernels;
+template <class T>
 struct DftKernels;
 template <class T>
 struct FftKernels;
@@ -36,6 +38,8 @@ struct RealFftKernels;
     X(CompandingKernels, companding, compandingKernels)                                                                \
     X(ConversionKernels, conversions, conversionKernels)                                                               \
     X(CorrelationKernels, correlation, correlationKernels)                                                             \
+    X(DctKernels<float>, dct32f, dct32fKernels)                                                                        \
+    X(DctKernels<double>, dct64f, dct64fKernels)                                                                       \
     X(DftKernels<float>, dft32f, dft32fKernels)                                                                        \
     X(DftKernels<double>, dft64f, dft64fKernels)                                                                       \
     X(DotKernels, dots, dotKernels)                                                                                    \
