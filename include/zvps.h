@@ -7,6 +7,7 @@
 #include "zvps/convert.h"
 #include "zvps/fft.h"
 #include "zvps/fir.h"
+#include "zvps/firmr.h"
 #include "zvps/goertzel.h"
 #include "zvps/iir.h"
 #include "zvps/initialisation.h"
