@@ -11,6 +11,7 @@
 #include "zvps/fft.h"
 #include "zvps/fir.h"
 #include "zvps/generators.h"
+#include "zvps/firmr.h"
 #include "zvps/goertzel.h"
 #include "zvps/hilbert.h"
 #include "zvps/iir.h"

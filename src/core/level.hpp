@@ -12,6 +12,7 @@ struct FilterKernels;
 struct GoertzelKernels;
 struct InitialisationKernels;
 struct LogKernels;
+struct MultirateFilterKernels;
 struct NormKernels;
 struct ProductKernels;
 struct QuotientKernels;
@@ -50,6 +51,7 @@ struct RealFftKernels;
     X(GoertzelKernels, goertzel, goertzelKernels)                                                                      \
     X(InitialisationKernels, initialisation, initialisationKernels)                                                    \
     X(LogKernels, logarithms, logKernels)                                                                              \
+    X(MultirateFilterKernels, multirateFilters, multirateFilterKernels)                                                \
     X(NormKernels, norms, normKernels)                                                                                 \
     X(ProductKernels, products, productKernels)                                                                        \
     X(QuotientKernels, quotients, quotientKernels)                                                                     \
