@@ -79,13 +79,12 @@ def is_correlation(row):
     return re.match(r"(Conv|CrossCorr|AutoCorr)_", row) is not None
 
 
-def is_in_cache(row):
-    return "@" not in row and not is_division(row) and not is_fft(row) and not is_correlation(row)
 def is_dct(row):
     return row.startswith(("DCT_", "Hilbert_"))
 
 
-    return "@" not in row and not is_division(row) and not is_fft(row) and not is_dct(row)
+def is_in_cache(row):
+    return "@" not in row and not any(f(row) for f in (is_division, is_fft, is_correlation, is_dct))
 
 
 def kind(results, row):
@@ -288,10 +287,16 @@ def correlation_table(results):
     for name, ratios in best.items():
         lines.append(f"  {name:20}{geometric_mean(ratios):.2f}   ({sum(ratio < 1 for ratio in ratios)} of {len(ratios)} "
                      "below 1)")
+    return lines
+
+
 def dct_table(results):
     rows = results.rows(is_dct)
+    if not rows:
+        return []
     lines = ["Cosine and Hilbert transforms: our ns, FFTW's time over ours, and relative errors of both in units of",
              "2^-24 or 2^-53"]
+    for row in rows:
         unit = 2.0 ** (-53 if "64" in row else -24)
         lines += ["", f"{row:16}length        ns   ratio    ours    fftw"]
         ratios = []
@@ -301,6 +306,7 @@ def dct_table(results):
             lines.append(f"{length:22}{ours:10.1f}" + cell(ratio, width=8) +
                          "".join(cell(error and error / unit, width=8) for error in errors) +
                          (" <" if ratio and ratio < 1 else ""))
+            if ratio:
                 ratios.append(ratio)
         if ratios:
             lines.append("geometric mean".ljust(32) + cell(geometric_mean(ratios), width=8))
@@ -373,8 +379,7 @@ def main():
             f"{context['vector_bytes']} bytes, VOLK's machine {context['volk_machine']}",
             "Least time of all repetitions; ratios above 1: we are faster; <: a peer is faster or a target is missed"]
     tables = [table(results) for table in (in_cache_table, large_table, short_table, division_table, misaligned_table,
-                                                      fft_table, correlation_table)]
-                                                      fft_table, dct_table)]
+                                                      fft_table, correlation_table, dct_table)]
     text = "\n\n".join("\n".join(line.rstrip() for line in table) for table in [head] + tables if table) + "\n"
     (directory / "latest.txt").write_text(text)
     print(text)
