@@ -100,7 +100,7 @@ template <class T>
 HWY_INLINE ComplexVec<T, kDftLanes<T>> loadBlock(const T* p, size_t i) {
     const Lanes<T, kDftLanes<T>> d;
     const T* const block = p + 2 * kDftBlock<T> * i;
-    return {hn::LoadU(d, block), hn::LoadU(d, block + kDftBlock<T>)};
+    return {inRegister(hn::LoadU(d, block)), inRegister(hn::LoadU(d, block + kDftBlock<T>))};
 }
 template <class T>
 HWY_INLINE void storeBlock(ComplexVec<T, kDftLanes<T>> x, T* p, size_t i) {
@@ -206,24 +206,25 @@ HWY_NOINLINE void dftPrimePass(const T* src, T* dst, const DftPass<T>& pass) {
 template <class T>
 HWY_INLINE DftPassRoutine<T> passOf(size_t radix) {
     constexpr DftPassRoutine<T> kRoutines[] = {
-        dftPass<T, 2>, dftPass<T, 3>, dftPass<T, 4>, dftPass<T, 5>, nullptr,
-        dftPass<T, 7>, dftPass<T, 8>, dftPass<T, 9>, nullptr,       nullptr,
-        nullptr,       nullptr,       nullptr,       nullptr,       dftPass<T, 16>,
+        dftPass<T, 2>,  dftPass<T, 3>, dftPass<T, 4>, dftPass<T, 5>,  dftPass<T, 6>,
+        dftPass<T, 7>,  dftPass<T, 8>, dftPass<T, 9>, dftPass<T, 10>, nullptr,
+        dftPass<T, 12>, nullptr,       nullptr,       dftPass<T, 15>, dftPass<T, 16>,
     };
     return radix > 16 || kRoutines[radix - 2] == nullptr ? dftPrimePass<T> : kRoutines[radix - 2];
 }
 
-// Transforms down a column of blocks, through `a` and `b`; returns the one that has the result.
+// The first passes down a column of blocks, through `a` and `b`; returns where the result is.
 template <class T>
-T* transformColumn(const DftColumn<T>& column, const T* src, T* a, T* b) {
-    for (int i = 0; i < column.passes; ++i) {
+const T* transformColumn(const DftColumn<T>& column, int passes, const T* src, T* a, T* b) {
+    for (int i = 0; i < passes; ++i) {
         const DftPass<T>& pass = column.pass[i];
         passOf<T>(pass.radix)(src, a, pass);
         src = a;
-        a = b;
-        b = const_cast<T*>(src);
+        T* const next = b;
+        b = a;
+        a = next;
     }
-    return b;
+    return src;
 }
 
 // ---- Mixed radices ----
@@ -290,10 +291,14 @@ HWY_NOINLINE void storeRows(const T* src, size_t points, size_t step, T factor, 
                           ZVPS_INLINE_LAMBDA { row.template store<V, B>(half * V, loadBlock<T>(src + half * V, n)); });
     }
 }
-template <class T>
-HWY_NOINLINE void storeShortRows(const T* src, size_t points, size_t step, T factor, const DftPoints<T>& dst) {
+// Rows shorter than a block: in their order, each overwrites what the one before has stored beyond its own end.
+template <class T, class Storer>
+HWY_NOINLINE void storeShortRows(const T* src, size_t points, size_t step, T factor, const Storer& storer,
+                                 const DftPoints<T>& dst) {
     constexpr size_t B = kDftBlock<T>;
-    for (size_t n = 0; n < points; ++n) {
+    const size_t whole = (points * step - B) / step + 1;
+    storeRows<T>(src, whole, step, factor, storer);
+    for (size_t n = whole; n < points; ++n) {
         for (size_t place = 0; place < B; ++place) {
             const size_t number = numberAt<T, B>(place);
             if (number >= step) continue;
@@ -304,19 +309,133 @@ HWY_NOINLINE void storeShortRows(const T* src, size_t points, size_t step, T fac
     }
 }
 
+// All columns of R points from interleaved data at once; those of an inverse transform with their parts exchanged.
 template <class T>
-void mixedDft(const DftPlan<T>& plan, const DftPoints<const T>& src, const DftPoints<T>& dst, T factor, T* work) {
+using DftColumnsRoutine = void (*)(const T* src, bool isInverse, size_t columns, const T* twiddles, T* grid);
+
+template <class T, size_t R>
+HWY_NOINLINE void dftColumns(const T* src, bool isInverse, size_t columns, const T* twiddles, T* grid) {
+    constexpr size_t V = kDftLanes<T>;
+    constexpr size_t B = kDftBlock<T>;
+    // Rows shorter than a block are read with values of those behind them, the last ones from a copy.
+    const size_t readable = columns >= B ? R : (R * columns - B) / columns + 1;
+    alignas(64) T copied[4 * B];
+    if (columns < B) {
+        const T* const rest = src + 2 * columns * readable;
+        const size_t count = 2 * columns * (R - readable);
+        for (size_t i = 0; i < 4 * B; ++i)
+            copied[i] = i < count ? rest[i] : T{0};
+    }
+    constexpr size_t kRowBlocks = dftBlocks(R, B);
+    const Lanes<T, V> d;
+    alignas(64) T results[2 * B * B * kRowBlocks];
+    for (size_t i = 2 * B * R; i < 2 * B * B * kRowBlocks; ++i)
+        results[i] = 0;
+    // The forward butterfly is the inverse one with its results after the first in reverse order.
+    T* const re = results + (isInverse ? B : 0);
+    T* const im = results + (isInverse ? 0 : B);
+    const ptrdiff_t step = isInverse ? -1 : 1;
+    const ptrdiff_t base = isInverse ? R : 0;
+    for (size_t i = 0; i < dftBlocks(columns, B); ++i) {
+        const size_t column = dftBlockStart(i, columns, B);
+        unroll<B / V>([&](auto half) ZVPS_INLINE_LAMBDA {
+            DftButterfly<T, V, R>::run(
+                [&](auto n1) ZVPS_INLINE_LAMBDA {
+                    const T* const row =
+                        n1 < readable ? src + 2 * (n1 * columns + column) : copied + 2 * (n1 - readable) * columns;
+                    return InterleavedLoader<T, false>{row}.template load<V, B>(half * V);
+                },
+                [&](auto k1, ComplexVec<T, V> x) ZVPS_INLINE_LAMBDA {
+                    const ptrdiff_t k = k1 == 0 ? 0 : base + step * static_cast<ptrdiff_t>(k1.value);
+                    const ptrdiff_t place = static_cast<ptrdiff_t>(2 * B) * k + static_cast<ptrdiff_t>(half * V);
+                    hn::StoreU(x.re, d, re + place);
+                    hn::StoreU(x.im, d, im + place);
+                });
+        });
+        unroll<kRowBlocks>([&](auto j) ZVPS_INLINE_LAMBDA {
+            transposeColumns<T>(results + 2 * B * dftBlockStart(j, R, B), twiddles,
+                                grid + 2 * B * (j * columns + column), columns < B ? columns : B);
+            twiddles += 2 * B * B;
+        });
+    }
+}
+
+template <class T>
+HWY_INLINE DftColumnsRoutine<T> columnsOf(size_t radix) {
+    constexpr DftColumnsRoutine<T> kRoutines[] = {
+        dftColumns<T, 4>, dftColumns<T, 5>,  dftColumns<T, 6>,  dftColumns<T, 7>,  dftColumns<T, 8>,
+        dftColumns<T, 9>, dftColumns<T, 10>, nullptr,           dftColumns<T, 12>, nullptr,
+        nullptr,          dftColumns<T, 15>, dftColumns<T, 16>,
+    };
+    return radix < 4 || radix > 16 ? nullptr : kRoutines[radix - 4];
+}
+
+// The last pass along a block of rows, to interleaved data; where those of an inverse transform have their parts
+// exchanged, its twiddles are conjugate.
+template <class T, size_t R>
+HWY_NOINLINE void dftLastPass(const T* src, bool isInverse, const DftPass<T>& pass, size_t rows, T factor, T* dst) {
+    constexpr size_t V = kDftLanes<T>;
+    constexpr size_t B = kDftBlock<T>;
+    using C = ComplexVec<T, V>;
+    const Lanes<T, V> d;
+    const size_t s = pass.s;
+    const T* const twiddles = isInverse ? pass.conjugates : pass.twiddles;
+    const size_t exchange = isInverse ? B : 0;
+    const ptrdiff_t step = isInverse ? -1 : 1;
+    const ptrdiff_t base = isInverse ? R : 0;
+    for (size_t half = 0; half < B; half += V) {
+        const T* const re = src + half + exchange;
+        const T* const im = src + half + (B - exchange);
+        const auto load = [&](size_t i) ZVPS_INLINE_LAMBDA {
+            return C{hn::LoadU(d, re + 2 * B * i), hn::LoadU(d, im + 2 * B * i)};
+        };
+        const auto store = [&](size_t k, auto k1, C x) ZVPS_INLINE_LAMBDA {
+            const ptrdiff_t k2 = k1 == 0 ? 0 : base + step * static_cast<ptrdiff_t>(k1.value);
+            T* const to =
+                dst + 2 * static_cast<ptrdiff_t>(rows) * (static_cast<ptrdiff_t>(k) + k2 * static_cast<ptrdiff_t>(s));
+            ScaledStorer<T, InterleavedStorer<T, false>>{{to}, factor}.template store<V, B>(half, x);
+        };
+        DftButterfly<T, V, R>::run([&](auto n1) ZVPS_INLINE_LAMBDA { return load(n1 * s); },
+                                   [&](auto k1, C x) ZVPS_INLINE_LAMBDA { store(0, k1, x); });
+        const T* w = twiddles;
+        for (size_t k = 1; k < s; ++k, w += 2 * (R - 1)) {
+            DftButterfly<T, V, R>::run(
+                [&](auto n1) ZVPS_INLINE_LAMBDA {
+                    const C x = load(n1 * s + k);
+                    if constexpr (n1 == 0) {
+                        return x;
+                    } else {
+                        return mul(x, C{hn::Set(d, w[2 * n1 - 2]), hn::Set(d, w[2 * n1 - 1])});
+                    }
+                },
+                [&](auto k1, C x) ZVPS_INLINE_LAMBDA { store(k, k1, x); });
+        }
+    }
+}
+
+template <class T>
+using DftLastPassRoutine = void (*)(const T* src, bool isInverse, const DftPass<T>& pass, size_t rows, T factor,
+                                    T* dst);
+template <class T>
+HWY_INLINE DftLastPassRoutine<T> lastPassOf(size_t radix) {
+    constexpr DftLastPassRoutine<T> kRoutines[] = {
+        dftLastPass<T, 2>,  dftLastPass<T, 3>, dftLastPass<T, 4>, dftLastPass<T, 5>,  dftLastPass<T, 6>,
+        dftLastPass<T, 7>,  dftLastPass<T, 8>, dftLastPass<T, 9>, dftLastPass<T, 10>, nullptr,
+        dftLastPass<T, 12>, nullptr,           nullptr,           dftLastPass<T, 15>, dftLastPass<T, 16>,
+    };
+    return radix > 16 ? nullptr : kRoutines[radix - 2];
+}
+
+// The columns, a block at a time through `a` and `b`, to the grid.
+template <class T>
+void transformColumns(const DftPlan<T>& plan, const DftPoints<const T>& src, T* grid, T* a, T* b) {
     constexpr size_t B = kDftBlock<T>;
     const size_t rows = plan.first.points;
     const size_t columns = plan.second.points;
     const size_t rowBlocks = dftBlocks(rows, B);
-    const size_t paddedRows = rowBlocks * B;
-    T* const a = work + 2 * B * rowBlocks * columns;
-    T* const b = a + 2 * B * (paddedRows > columns ? paddedRows : columns);
-    for (size_t i = 2 * B * rows; i < 2 * B * paddedRows; ++i)
+    for (size_t i = 2 * B * rows; i < 2 * B * B * rowBlocks; ++i)
         a[i] = b[i] = 0;
     const T* twiddles = plan.twiddles;
-    const size_t group = columns < B ? columns : B;
     for (size_t i = 0; i < dftBlocks(columns, B); ++i) {
         const size_t column = dftBlockStart(i, columns, B);
         if (columns < B) {
@@ -325,21 +444,46 @@ void mixedDft(const DftPlan<T>& plan, const DftPoints<const T>& src, const DftPo
             withLoader(pointsFrom(src, column),
                        [&](const auto& loader) ZVPS_INLINE_LAMBDA { loadColumns<T>(loader, rows, columns, b); });
         }
-        const T* const result = transformColumn(plan.first, b, a, b);
+        const T* const result = transformColumn(plan.first, plan.first.passes, b, a, b);
         for (size_t j = 0; j < rowBlocks; ++j, twiddles += 2 * B * B) {
             transposeColumns(result + 2 * B * dftBlockStart(j, rows, B), twiddles,
-                             work + 2 * B * (j * columns + column), group);
+                             grid + 2 * B * (j * columns + column), columns < B ? columns : B);
         }
     }
+}
+
+template <class T>
+void mixedDft(const DftPlan<T>& plan, const DftPoints<const T>& src, const DftPoints<T>& dst, T factor, T* work) {
+    constexpr size_t B = kDftBlock<T>;
+    const size_t rows = plan.first.points;
+    const size_t columns = plan.second.points;
+    const size_t rowBlocks = dftBlocks(rows, B);
+    T* const a = work + 2 * B * rowBlocks * columns;
+    T* const b = a + 2 * B * (rowBlocks * B > columns ? rowBlocks * B : columns);
+    const auto allColumns = columnsOf<T>(rows);
+    if (allColumns != nullptr && rows * columns >= B && src.step == 2) {
+        allColumns(src.re < src.im ? src.re : src.im, src.im < src.re, columns, plan.twiddles, work);
+    } else {
+        transformColumns(plan, src, work, a, b);
+    }
+    const DftPass<T>& last = plan.second.pass[plan.second.passes - 1];
+    const auto lastPass = rows >= B && dst.step == 2 ? lastPassOf<T>(last.radix) : nullptr;
     for (size_t j = 0; j < rowBlocks; ++j) {
-        const T* const result = transformColumn(plan.second, work + 2 * B * j * columns, a, b);
+        const T* const from = work + 2 * B * j * columns;
         const DftPoints<T> to = pointsFrom(dst, dftBlockStart(j, rows, B));
-        if (rows < B) {
-            storeShortRows(result, columns, rows, factor, to);
-        } else {
-            withStorer(to, [&](const auto& storer)
-                               ZVPS_INLINE_LAMBDA { storeRows<T>(result, columns, rows, factor, storer); });
+        if (lastPass != nullptr) {
+            const T* const result = transformColumn(plan.second, plan.second.passes - 1, from, a, b);
+            lastPass(result, to.im < to.re, last, rows, factor, to.re < to.im ? to.re : to.im);
+            continue;
         }
+        const T* const result = transformColumn(plan.second, plan.second.passes, from, a, b);
+        withStorer(to, [&](const auto& storer) ZVPS_INLINE_LAMBDA {
+            if (rows < B) {
+                storeShortRows(result, columns, rows, factor, storer, to);
+            } else {
+                storeRows<T>(result, columns, rows, factor, storer);
+            }
+        });
     }
 }
 

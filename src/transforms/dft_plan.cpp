@@ -10,68 +10,75 @@ namespace {
 
 // ---- Radices ----
 
-// The radices with a routine of their own, powers of their primes, and what a pass takes for a point, in cycles of a
-// block.
+// What a pass takes for a block of points, and the columns of so many points with their twiddles and transposition, in
+// nanoseconds as measured; 0: no such routine.
 struct Radix {
-    size_t prime;
-    int power;
     size_t radix;
-    double cost;
+    double pass;
+    double columns;
 };
 constexpr Radix kRadices[] = {
-    {2, 1, 2, 5},   {2, 2, 4, 6.5}, {2, 3, 8, 8.5}, {2, 4, 16, 12},
-    {3, 1, 3, 6.5}, {3, 2, 9, 12},  {5, 1, 5, 9},   {7, 1, 7, 12},
+    {16, 1.80, 3.4}, {15, 1.80, 3.3}, {12, 1.55, 3.2}, {10, 1.50, 3.2}, {9, 1.60, 3.2}, {8, 1.20, 3.0},
+    {7, 1.40, 3.1},  {6, 1.10, 2.9},  {5, 1.00, 2.9},  {4, 0.85, 2.6},  {3, 0.90, 0},   {2, 0.75, 0},
 };
-constexpr double kLoadCost = 4;
-constexpr double kTransposeCost = 8;
-constexpr double kStoreCost = 4;
+constexpr double kLastPassCost = 0.3;
+// Of columns of several passes: to load and to transpose them, and for each pass to be called.
+constexpr double kLoadCost = 1.2;
+constexpr double kTransposeCost = 2.2;
+constexpr double kCallCost = 5;
+
+const Radix* routineOf(size_t radix) {
+    for (const Radix& r : kRadices) {
+        if (r.radix == radix) return &r;
+    }
+    return nullptr;
+}
 
 struct Passes {
     int count = 0;
-    size_t radix[kMostDftPasses];
-    double cost = 0; // for a point
-
-    void add(size_t r, double c) {
-        radix[count++] = r;
-        cost += c;
-    }
+    size_t radix[kMostDftPasses] = {};
+    double cost = 0; // for a block of points
 };
 
-// The cheapest passes for prime^exponent, from the most expensive on.
-void addPower(size_t prime, int exponent, Passes& passes) {
-    constexpr int kMostExponent = 32;
-    double best[kMostExponent] = {0};
-    const Radix* last[kMostExponent] = {};
-    for (int e = 1; e <= exponent; ++e) {
-        for (const Radix& r : kRadices) {
-            if (r.prime != prime || r.power > e) continue;
-            const double cost = best[e - r.power] + r.cost;
-            if (last[e] != nullptr && cost >= best[e]) continue;
-            best[e] = cost;
-            last[e] = &r;
-        }
+// The cheapest passes, of radices from kRadices[first] on, behind those there are.
+void addPasses(size_t points, size_t first, const Passes& before, Passes& best) {
+    if (best.count > 0 && before.cost >= best.cost) return;
+    if (points == 1) {
+        best = before;
+        return;
     }
-    while (exponent > 0) {
-        if (last[exponent] == nullptr) {
-            passes.add(prime, 4 + static_cast<double>(prime));
-            --exponent;
-        } else {
-            passes.add(last[exponent]->radix, last[exponent]->cost);
-            exponent -= last[exponent]->power;
-        }
+    for (size_t i = first; i < std::size(kRadices); ++i) {
+        if (points % kRadices[i].radix != 0) continue;
+        Passes passes = before;
+        passes.radix[passes.count++] = kRadices[i].radix;
+        passes.cost += kRadices[i].pass;
+        addPasses(points / kRadices[i].radix, i, passes, best);
     }
 }
 
 Passes passesOf(size_t points) {
-    Passes passes;
-    for (size_t prime = 2; points > 1; ++prime) {
-        int exponent = 0;
-        for (; points % prime == 0; points /= prime)
-            ++exponent;
-        if (exponent > 0) addPower(prime, exponent, passes);
+    // Primes without a routine of their own come first.
+    Passes primes;
+    for (size_t prime = 11; prime * prime <= points || prime == points; prime += 2) {
+        for (; points % prime == 0; points /= prime) {
+            primes.radix[primes.count++] = prime;
+            primes.cost += 1.2 + static_cast<double>(prime) / 8;
+        }
     }
-    std::sort(passes.radix, passes.radix + passes.count, [](size_t a, size_t b) { return a > b; });
-    return passes;
+    constexpr size_t kLargestPrime = 7;
+    size_t rest = points;
+    for (size_t prime = 2; prime <= kLargestPrime; ++prime) {
+        while (rest % prime == 0)
+            rest /= prime;
+    }
+    if (rest > 1) {
+        primes.radix[primes.count++] = rest;
+        primes.cost += 1.2 + static_cast<double>(rest) / 8;
+        points /= rest;
+    }
+    Passes best;
+    addPasses(points, 0, primes, best);
+    return best;
 }
 
 // ---- Columns ----
@@ -85,13 +92,13 @@ void planColumn(size_t points, DftColumn<T>& column) {
     size_t s = 1;
     for (int i = 0; i < passes.count; ++i) {
         const size_t radix = passes.radix[i];
-        column.pass[i] = {radix, s, points / (s * radix), nullptr, nullptr};
+        column.pass[i] = {radix, s, points / (s * radix), nullptr, nullptr, nullptr};
         s *= radix;
     }
 }
 
 bool hasRoutine(size_t radix) {
-    return std::any_of(std::begin(kRadices), std::end(kRadices), [&](const Radix& r) { return r.radix == radix; });
+    return routineOf(radix) != nullptr;
 }
 
 // The results of a prime radix that a pass computes at a time.
@@ -100,7 +107,7 @@ constexpr size_t kPrimeTile = 4;
 template <class T>
 size_t passTableSize(const DftPass<T>& pass) {
     const size_t roots = hasRoutine(pass.radix) ? 0 : definitionTableSize<T>(pass.radix, kPrimeTile);
-    return 2 * (pass.s - 1) * (pass.radix - 1) + roots;
+    return (pass.m == 1 ? 4 : 2) * (pass.s - 1) * (pass.radix - 1) + roots;
 }
 
 template <class T>
@@ -115,6 +122,12 @@ T* buildColumnTables(DftColumn<T>& column, T* table) {
         pass.twiddles = table;
         for (size_t k = 1; k < pass.s; ++k, table += 2 * (pass.radix - 1))
             storeRoots(k, k, pass.s * pass.radix, table, pass.radix - 1);
+        if (pass.m > 1) continue;
+        pass.conjugates = table;
+        for (const T* w = pass.twiddles; w != pass.conjugates; w += 2, table += 2) {
+            table[0] = w[0];
+            table[1] = -w[1];
+        }
     }
     return table;
 }
@@ -133,10 +146,19 @@ void planDft(size_t length, DftPlan<T>& plan) {
     double best = 0;
     const auto consider = [&](size_t rows) {
         const size_t columns = length / rows;
-        const double rowCost = passesOf(rows).cost + kLoadCost + kTransposeCost;
-        const double columnCost = passesOf(columns).cost + kStoreCost;
-        double cost = static_cast<double>(dftBlocks(columns, B) * rows) * rowCost +
-                      static_cast<double>(dftBlocks(rows, B) * columns) * columnCost;
+        const auto columnBlocks = static_cast<double>(dftBlocks(columns, B));
+        const auto rowBlocks = static_cast<double>(dftBlocks(rows, B));
+        const Radix* const routine = routineOf(rows);
+        double cost = 0;
+        if (routine != nullptr && routine->columns > 0) {
+            cost = columnBlocks * static_cast<double>(rows) * routine->columns;
+        } else {
+            const Passes passes = passesOf(rows);
+            cost = columnBlocks * (static_cast<double>(rows) * (passes.cost + kLoadCost + kTransposeCost) +
+                                   kCallCost * (passes.count + 2));
+        }
+        const Passes passes = passesOf(columns);
+        cost += rowBlocks * (static_cast<double>(columns) * (passes.cost + kLastPassCost) + kCallCost * passes.count);
         // Columns of which two blocks with their successors are more than the first-level cache.
         if (std::max(rows, columns) * sizeof(T) * 4 * B > 32768) cost *= 1.5;
         if (best != 0 && cost >= best) return;

@@ -89,13 +89,13 @@ ZvpStatus buildFft(DftSpec<T>& spec, int flag) {
     return recordWork(spec, header(fft)->workSize);
 }
 
-// Whether all factors are small; records them.
+// Whether all factors are small; records them then.
 template <class T>
 bool factorise(DftSpec<T>& spec) {
     int rest = spec.length;
     int count = 0;
     const auto take = [&](int factor) {
-        spec.factor_list[count++] = factor;
+        spec.factorList[count++] = factor;
         rest /= factor;
     };
     int fours = 0;
@@ -103,7 +103,7 @@ bool factorise(DftSpec<T>& spec) {
         ++fours;
     if (rest % 2 == 0) take(2);
     for (int i = 0; i < fours; ++i)
-        spec.factor_list[count++] = 4;
+        spec.factorList[count++] = 4;
     if (rest >= 9) {
         for (int d = 3; d * d <= rest; d += 2) {
             if (d > kLargestRadix) return false;
@@ -112,14 +112,14 @@ bool factorise(DftSpec<T>& spec) {
         }
     }
     if (count == 0 || rest > (fours > 0 ? kLargestCofactor : kLargestRadix)) return false;
-    if (rest > 1) spec.factor_list[count++] = rest;
+    if (rest > 1) spec.factorList[count++] = rest;
     spec.factors = count;
+    spec.isMixedRadix = 1;
     return true;
 }
 
 template <class T>
 ZvpStatus buildMixed(DftSpec<T>& spec) {
-    spec.isMixedRadix = 1;
     planDft(static_cast<size_t>(spec.length), spec.plan);
     T* const tables = allocate<T>(static_cast<int64_t>(dftTableSize(spec.plan)));
     if (tables == nullptr) return zvpStsNoMemory;
@@ -185,7 +185,6 @@ ZvpStatus buildComplex(DftSpec<T>& spec, int flag) {
     if (isPowerOfTwo(spec.length)) return buildFft<typename DftParts<T>::ComplexFft>(spec, flag);
     if (spec.length > kLongest) return zvpStsBadSize;
     if (factorise(spec)) return buildMixed(spec);
-    spec.factors = 0;
     if (spec.length <= kLongestDefinition) return buildDefinition(spec);
     if (spec.length <= kLongestChirp) return buildChirp(spec);
     return zvpStsBadSize;
@@ -198,6 +197,7 @@ ZvpStatus buildReal(DftSpec<T>& spec, int flag) {
         return spec.length <= kFixedDft ? zvpStsOk : buildFft<typename DftParts<T>::RealFft>(spec, flag);
     }
     if (spec.length > kLongest) return zvpStsBadSize;
+    if (spec.length > kFixedDft && !factorise(spec) && spec.length > kLongestChirp) return zvpStsBadSize;
     const bool isEven = spec.length % 2 == 0;
     if (const ZvpStatus status = buildInner(spec, isEven ? spec.length / 2 : spec.length)) return status;
     const int64_t innerWork = static_cast<const DftSpec<T>*>(spec.inner)->workSize;

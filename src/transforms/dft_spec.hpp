@@ -37,8 +37,9 @@ struct DftPass {
     size_t radix;
     size_t s;
     size_t m;
-    const T* twiddles; // exp(-2 pi i n1 k / (s R)) for k and n1 from 1 on
-    const T* roots;    // cosines and sines of a radix without a routine of its own
+    const T* twiddles;   // exp(-2 pi i n1 k / (s R)) for k and n1 from 1 on
+    const T* conjugates; // of the twiddles, where the pass is the last one
+    const T* roots;      // cosines and sines of a radix without a routine of its own
 };
 
 inline constexpr int kMostDftPasses = 16;
@@ -75,7 +76,7 @@ struct DftSpec {
     void* fft;
     int32_t isMixedRadix;
     int32_t factors;
-    int32_t factor_list[kMostDftFactors];
+    int32_t factorList[kMostDftFactors];
     DftPlan<T> plan;
     void* inner;            // the transform object that a convolution or a real transform works with
     const T* chirp;         // exp(-pi i n^2 / L)

@@ -45,22 +45,35 @@ constexpr auto makeStoredSines() {
 template <class T>
 constexpr auto kStoredSines = makeStoredSines<T>();
 
+// In extended precision, of an eighth of 2^kStoredOrder points.
+constexpr auto makeCoarseSines() {
+    std::array<SineCosine, (1 << kStoredOrder) / 8 + 1> sines{};
+    for (size_t k = 0; k < sines.size(); ++k)
+        sines[k] = sineCosine(kTurn * static_cast<long double>(k) / (1 << kStoredOrder));
+    return sines;
+}
+constexpr auto kCoarseSines = makeCoarseSines();
+
 // sines[k] = sin(2 pi k / 2^order) for k = 0..2^order / 4, each rounded once: the products and sums are in extended
 // precision.
 template <class T>
 void computeSines(int order, T* sines) {
-    constexpr size_t kBlock = 64;
+    constexpr int kMostBlock = 6;
     const auto quarter = static_cast<size_t>(pointsOf(order)) / 4;
     const long double step = kTurn / static_cast<long double>(pointsOf(order));
-    SineCosine within[kBlock];
-    for (size_t k = 0; k < kBlock; ++k)
+    const bool areStored = order - kStoredOrder <= kMostBlock; // the sines that blocks begin with
+    const size_t block = size_t{1} << (areStored ? order - kStoredOrder : kMostBlock);
+    SineCosine within[size_t{1} << kMostBlock];
+    for (size_t k = 0; k < block; ++k)
         within[k] = sineCosine(step * static_cast<long double>(k));
-    SineCosine start{};
-    for (size_t k = 0; k <= quarter / 2; ++k) {
-        if (k % kBlock == 0) start = sineCosine(step * static_cast<long double>(k));
-        const SineCosine& rest = within[k % kBlock];
-        sines[k] = static_cast<T>(start.sine * rest.cosine + start.cosine * rest.sine);
-        sines[quarter - k] = static_cast<T>(start.cosine * rest.cosine - start.sine * rest.sine);
+    for (size_t begin = 0; begin <= quarter / 2; begin += block) {
+        const SineCosine start =
+            areStored ? kCoarseSines[begin / block] : sineCosine(step * static_cast<long double>(begin));
+        for (size_t k = begin; k < begin + block && k <= quarter / 2; ++k) {
+            const SineCosine& rest = within[k - begin];
+            sines[k] = static_cast<T>(start.sine * rest.cosine + start.cosine * rest.sine);
+            sines[quarter - k] = static_cast<T>(start.cosine * rest.cosine - start.sine * rest.sine);
+        }
     }
 }
 
