@@ -23,13 +23,12 @@ const Lengths kDctLengths = {2,    4,    5,    8,    12,   16,   24,    32,    3
                              1024, 1920, 2048, 3000, 4096, 8192, 10000, 16384, 32768, 65536};
 const Lengths kHilbertLengths = {16, 60, 64, 100, 256, 480, 1000, 1024, 1920, 4096, 10000, 16384, 65536};
 
+// In its place, which plans know.
 template <class T>
-std::vector<T> values(int n) {
-    Values generator;
-    std::vector<T> result(static_cast<size_t>(n));
-    for (T& value : result)
-        value = generator.operand<T>();
-    return result;
+void fill(std::vector<T>& data) {
+    Values values;
+    for (T& value : data)
+        value = values.operand<T>();
 }
 
 void report(benchmark::State& state, size_t bytes) {
@@ -100,8 +99,9 @@ void dcts(const std::string& row, bool isInverse, ZvpStatus (*initAlloc)(Spec**,
         const std::string ours = row + "/ours/" + std::to_string(n);
         const std::string fftw = row + "/fftw/" + std::to_string(n);
         benchmark::RegisterBenchmark(ours.c_str(), [=](benchmark::State& state) {
-            const std::vector<T> src = values<T>(n);
+            std::vector<T> src(static_cast<size_t>(n));
             std::vector<T> dst(src.size());
+            fill(src);
             Spec* spec = nullptr;
             int size = 0;
             if (initAlloc(&spec, n, 0) != zvpStsOk) throw std::bad_alloc();
@@ -114,7 +114,7 @@ void dcts(const std::string& row, bool isInverse, ZvpStatus (*initAlloc)(Spec**,
             std::vector<T> src(static_cast<size_t>(n));
             std::vector<T> dst(src.size());
             const Fftw<T> plan(n, isInverse, src.data(), dst.data(), FFTW_MEASURE);
-            src = values<T>(n);
+            fill(src);
             run(state, fftw, isInverse, false, src, dst, plan);
         });
     }
@@ -127,7 +127,7 @@ struct FftwAnalytic {
         : n(length), src(static_cast<size_t>(n)), dst(static_cast<size_t>(n)),
           forward(fftwf_plan_dft_r2c_1d(n, src.data(), bins(), FFTW_MEASURE)),
           inverse(fftwf_plan_dft_1d(n, bins(), bins(), FFTW_BACKWARD, FFTW_MEASURE)) {
-        src = values<Zvp32f>(n);
+        fill(src);
     }
     ~FftwAnalytic() {
         fftwf_destroy_plan(forward);
@@ -159,8 +159,9 @@ void hilbert() {
     for (const int n : kHilbertLengths) {
         const std::string length = std::to_string(n);
         benchmark::RegisterBenchmark(("Hilbert_32f32fc/ours/" + length).c_str(), [=](benchmark::State& state) {
-            const std::vector<Zvp32f> src = values<Zvp32f>(n);
+            std::vector<Zvp32f> src(static_cast<size_t>(n));
             std::vector<Zvp32fc> dst(src.size());
+            fill(src);
             ZvpsHilbertSpec_32f32fc* spec = nullptr;
             if (zvpsHilbertInitAlloc_32f32fc(&spec, n, 0) != zvpStsOk) throw std::bad_alloc();
             for ([[maybe_unused]] auto _ : state) {

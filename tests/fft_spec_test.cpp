@@ -2,33 +2,11 @@
 #include "framework/arena.hpp"
 #include "framework/call.hpp"
 #include "framework/fft.hpp"
-#include "zvpcore.h"
+#include "framework/memory.hpp"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstdlib>
-#include <set>
-
-// ---- The library's memory ----
-
-namespace {
-int allocationsLeft = 0; // before memory runs out; negative: for ever
-std::set<void*> blocks;
-} // namespace
-
-void* zvpMalloc(int64_t size) {
-    if (size < 1 || allocationsLeft == 0) return nullptr;
-    if (allocationsLeft > 0) --allocationsLeft;
-    void* const block = std::aligned_alloc(64, (static_cast<size_t>(size) + 63) / 64 * 64);
-    blocks.insert(block);
-    return block;
-}
-
-void zvpFree(void* ptr) {
-    EXPECT_TRUE(ptr == nullptr || blocks.erase(ptr) == 1);
-    std::free(ptr);
-}
 
 namespace zvps::test {
 namespace {

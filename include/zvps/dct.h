@@ -57,8 +57,9 @@ ZvpStatus zvpsDCTInvInit_16s(ZvpsDCTInvSpec_16s** spec, int len, ZvpHintAlgorith
 ZvpStatus zvpsDCTInvInit_32f(ZvpsDCTInvSpec_32f** spec, int len, ZvpHintAlgorithm hint, Zvp8u* specMem, Zvp8u* initBuf);
 ZvpStatus zvpsDCTInvInit_64f(ZvpsDCTInvSpec_64f** spec, int len, ZvpHintAlgorithm hint, Zvp8u* specMem, Zvp8u* initBuf);
 
-/* Builds a transform object in memory from zvpsMalloc_8u. Statuses as GetSize and Init, and zvpStsNoMemory; on an error
-   nothing stays allocated and *spec is left alone. */
+/* Builds a transform object in memory from zvpsMalloc_8u. Of a len from 33 to 100 it may hold larger tables than one that
+   Init builds, and be faster; the results of both are rounded differently. Statuses as GetSize and Init, and
+   zvpStsNoMemory; on an error nothing stays allocated and *spec is left alone. */
 ZvpStatus zvpsDCTFwdInitAlloc_16s(ZvpsDCTFwdSpec_16s** spec, int len, ZvpHintAlgorithm hint);
 ZvpStatus zvpsDCTFwdInitAlloc_32f(ZvpsDCTFwdSpec_32f** spec, int len, ZvpHintAlgorithm hint);
 ZvpStatus zvpsDCTFwdInitAlloc_64f(ZvpsDCTFwdSpec_64f** spec, int len, ZvpHintAlgorithm hint);
