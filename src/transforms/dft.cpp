@@ -73,9 +73,38 @@ void convolve(const DftSpec<T>& spec, const DftPoints<const T>& src, const DftPo
     table.multiplyChirp(src, spec.chirp, work, length);
     std::memset(work + 2 * length, 0, 2 * (points - length) * sizeof(T));
     transformPoints(inner, kFftForward, from, interleaved(work), T{1}, rest);
-    table.multiplyConj(work, spec.chirpSpectrum, points);
+    table.multiplyConj(work, spec.kernelSpectrum, points);
     transformPoints(inner, kFftForward, from, interleaved(work), T{1}, rest);
     table.multiplyConjChirp(work, spec.chirp, dst, length, factor);
+}
+
+// Of a prime length, by convolution of the points in the order of the powers of a primitive root.
+template <class T>
+void convolvePowers(const DftSpec<T>& spec, const DftPoints<const T>& src, const DftPoints<T>& dst, T factor, T* work) {
+    const auto& inner = *static_cast<const DftSpec<T>*>(spec.inner);
+    const auto points = static_cast<size_t>(inner.length);
+    T* const rest = work + 2 * points;
+    const DftPoints<const T> from = interleaved<const T>(work);
+    const T re = src.re[0];
+    const T im = src.im[0];
+    for (size_t q = 0; q < points; ++q) {
+        const ptrdiff_t i = spec.powers[q] * src.step;
+        work[2 * q] = src.re[i];
+        work[2 * q + 1] = src.im[i];
+    }
+    transformPoints(inner, kFftForward, from, interleaved(work), T{1}, rest);
+    dst.re[0] = factor * (re + work[0]);
+    dst.im[0] = factor * (im + work[1]);
+    dftKernels<T>().multiplyConj(work, spec.kernelSpectrum, points);
+    // Point 0 adds to all values.
+    work[0] += re;
+    work[1] -= im;
+    transformPoints(inner, kFftForward, from, interleaved(work), T{1}, rest);
+    for (size_t q = 0; q < points; ++q) {
+        const ptrdiff_t i = spec.powers[(points - q) % points] * dst.step;
+        dst.re[i] = factor * work[2 * q];
+        dst.im[i] = -factor * work[2 * q + 1];
+    }
 }
 
 } // namespace
@@ -94,6 +123,8 @@ void transformPoints(const DftSpec<T>& spec, FftDirection direction, DftPoints<c
         table.fixed(length, src, dst, factor);
     } else if (spec.isMixedRadix != 0) {
         table.mixed(spec.plan, src, dst, factor, work);
+    } else if (spec.powers != nullptr) {
+        convolvePowers(spec, src, dst, factor, work);
     } else if (spec.chirp != nullptr) {
         convolve(spec, src, dst, factor, work);
     } else {

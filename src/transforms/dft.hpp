@@ -311,12 +311,15 @@ HWY_NOINLINE void storeShortRows(const T* src, size_t points, size_t step, T fac
 
 // All columns of R points from interleaved data at once; those of an inverse transform with their parts exchanged.
 template <class T>
-using DftColumnsRoutine = void (*)(const T* src, bool isInverse, size_t columns, const T* twiddles, T* grid);
+using DftColumnsRoutine = void (*)(const T* src, size_t columns, const T* twiddles, T* grid);
 
-template <class T, size_t R>
-HWY_NOINLINE void dftColumns(const T* src, bool isInverse, size_t columns, const T* twiddles, T* grid) {
+template <class T, size_t R, bool kInverse>
+HWY_NOINLINE void dftColumns(const T* src, size_t columns, const T* twiddles, T* grid) {
     constexpr size_t V = kDftLanes<T>;
     constexpr size_t B = kDftBlock<T>;
+    constexpr size_t kRowBlocks = dftBlocks(R, B);
+    using C = ComplexVec<T, V>;
+    const Lanes<T, V> d;
     // Rows shorter than a block are read with values of those behind them, the last ones from a copy.
     const size_t readable = columns >= B ? R : (R * columns - B) / columns + 1;
     alignas(64) T copied[4 * B];
@@ -326,46 +329,62 @@ HWY_NOINLINE void dftColumns(const T* src, bool isInverse, size_t columns, const
         for (size_t i = 0; i < 4 * B; ++i)
             copied[i] = i < count ? rest[i] : T{0};
     }
-    constexpr size_t kRowBlocks = dftBlocks(R, B);
-    const Lanes<T, V> d;
-    alignas(64) T results[2 * B * B * kRowBlocks];
-    for (size_t i = 2 * B * R; i < 2 * B * B * kRowBlocks; ++i)
-        results[i] = 0;
-    // The forward butterfly is the inverse one with its results after the first in reverse order.
-    T* const re = results + (isInverse ? B : 0);
-    T* const im = results + (isInverse ? 0 : B);
-    const ptrdiff_t step = isInverse ? -1 : 1;
-    const ptrdiff_t base = isInverse ? R : 0;
     for (size_t i = 0; i < dftBlocks(columns, B); ++i) {
         const size_t column = dftBlockStart(i, columns, B);
-        unroll<B / V>([&](auto half) ZVPS_INLINE_LAMBDA {
+        for (size_t half = 0; half < B; half += V) {
+            C x[R];
             DftButterfly<T, V, R>::run(
                 [&](auto n1) ZVPS_INLINE_LAMBDA {
                     const T* const row =
                         n1 < readable ? src + 2 * (n1 * columns + column) : copied + 2 * (n1 - readable) * columns;
-                    return InterleavedLoader<T, false>{row}.template load<V, B>(half * V);
+                    return InterleavedLoader<T, kInverse>{row}.template load<V, B>(half);
                 },
-                [&](auto k1, ComplexVec<T, V> x) ZVPS_INLINE_LAMBDA {
-                    const ptrdiff_t k = k1 == 0 ? 0 : base + step * static_cast<ptrdiff_t>(k1.value);
-                    const ptrdiff_t place = static_cast<ptrdiff_t>(2 * B) * k + static_cast<ptrdiff_t>(half * V);
-                    hn::StoreU(x.re, d, re + place);
-                    hn::StoreU(x.im, d, im + place);
+                [&](auto k1, C value) ZVPS_INLINE_LAMBDA { x[k1] = value; });
+            unroll<kRowBlocks>([&](auto j) ZVPS_INLINE_LAMBDA {
+                constexpr size_t kStart = dftBlockStart(j, R, B);
+                unroll<B / V>([&](auto to) ZVPS_INLINE_LAMBDA {
+                    const T* const w = twiddles + 2 * B * (B * j + half) + to * V;
+                    T* const out = grid + 2 * B * (j * columns + column) + to * V;
+                    const auto row = [&](auto place) ZVPS_INLINE_LAMBDA {
+                        constexpr size_t k = kStart + numberAt<T, B>(to * V + place);
+                        if constexpr (k < R) {
+                            return x[k];
+                        } else {
+                            return C{hn::Zero(d), hn::Zero(d)};
+                        }
+                    };
+                    Vec<T, V> re[V];
+                    transpose<T, V>([&](auto place) ZVPS_INLINE_LAMBDA { return row(place).re; },
+                                    [&](auto place, Vec<T, V> v) ZVPS_INLINE_LAMBDA { re[place] = v; });
+                    transpose<T, V>([&](auto place) ZVPS_INLINE_LAMBDA { return row(place).im; },
+                                    [&](auto place, Vec<T, V> im) ZVPS_INLINE_LAMBDA {
+                                        const size_t to_column = numberAt<T, B>(half + place);
+                                        if (to_column >= columns) return;
+                                        storeBlock<T>(mul(C{re[place], im}, loadBlock<T>(w, place)), out, to_column);
+                                    });
                 });
-        });
-        unroll<kRowBlocks>([&](auto j) ZVPS_INLINE_LAMBDA {
-            transposeColumns<T>(results + 2 * B * dftBlockStart(j, R, B), twiddles,
-                                grid + 2 * B * (j * columns + column), columns < B ? columns : B);
-            twiddles += 2 * B * B;
-        });
+            });
+        }
+        twiddles += 2 * B * B * kRowBlocks;
     }
 }
 
-template <class T>
+template <class T, bool kInverse>
 HWY_INLINE DftColumnsRoutine<T> columnsOf(size_t radix) {
     constexpr DftColumnsRoutine<T> kRoutines[] = {
-        dftColumns<T, 4>, dftColumns<T, 5>,  dftColumns<T, 6>,  dftColumns<T, 7>,  dftColumns<T, 8>,
-        dftColumns<T, 9>, dftColumns<T, 10>, nullptr,           dftColumns<T, 12>, nullptr,
-        nullptr,          dftColumns<T, 15>, dftColumns<T, 16>,
+        dftColumns<T, 4, kInverse>,
+        dftColumns<T, 5, kInverse>,
+        dftColumns<T, 6, kInverse>,
+        dftColumns<T, 7, kInverse>,
+        dftColumns<T, 8, kInverse>,
+        dftColumns<T, 9, kInverse>,
+        dftColumns<T, 10, kInverse>,
+        nullptr,
+        dftColumns<T, 12, kInverse>,
+        nullptr,
+        nullptr,
+        dftColumns<T, 15, kInverse>,
+        dftColumns<T, 16, kInverse>,
     };
     return radix < 4 || radix > 16 ? nullptr : kRoutines[radix - 4];
 }
@@ -460,23 +479,24 @@ void mixedDft(const DftPlan<T>& plan, const DftPoints<const T>& src, const DftPo
     const size_t rowBlocks = dftBlocks(rows, B);
     T* const a = work + 2 * B * rowBlocks * columns;
     T* const b = a + 2 * B * (rowBlocks * B > columns ? rowBlocks * B : columns);
-    const auto allColumns = columnsOf<T>(rows);
+    const bool isInverse = src.im < src.re;
+    const auto allColumns = isInverse ? columnsOf<T, true>(rows) : columnsOf<T, false>(rows);
     if (allColumns != nullptr && rows * columns >= B && src.step == 2) {
-        allColumns(src.re < src.im ? src.re : src.im, src.im < src.re, columns, plan.twiddles, work);
+        allColumns(isInverse ? src.im : src.re, columns, plan.twiddles, work);
     } else {
         transformColumns(plan, src, work, a, b);
     }
     const DftPass<T>& last = plan.second.pass[plan.second.passes - 1];
     const auto lastPass = rows >= B && dst.step == 2 ? lastPassOf<T>(last.radix) : nullptr;
     for (size_t j = 0; j < rowBlocks; ++j) {
-        const T* const from = work + 2 * B * j * columns;
+        T* const from = work + 2 * B * j * columns;
         const DftPoints<T> to = pointsFrom(dst, dftBlockStart(j, rows, B));
         if (lastPass != nullptr) {
-            const T* const result = transformColumn(plan.second, plan.second.passes - 1, from, a, b);
+            const T* const result = transformColumn(plan.second, plan.second.passes - 1, from, a, from);
             lastPass(result, to.im < to.re, last, rows, factor, to.re < to.im ? to.re : to.im);
             continue;
         }
-        const T* const result = transformColumn(plan.second, plan.second.passes, from, a, b);
+        const T* const result = transformColumn(plan.second, plan.second.passes, from, a, from);
         withStorer(to, [&](const auto& storer) ZVPS_INLINE_LAMBDA {
             if (rows < B) {
                 storeShortRows(result, columns, rows, factor, storer, to);

@@ -18,14 +18,16 @@ struct Radix {
     double columns;
 };
 constexpr Radix kRadices[] = {
-    {16, 1.80, 3.4}, {15, 1.80, 3.3}, {12, 1.55, 3.2}, {10, 1.50, 3.2}, {9, 1.60, 3.2}, {8, 1.20, 3.0},
-    {7, 1.40, 3.1},  {6, 1.10, 2.9},  {5, 1.00, 2.9},  {4, 0.85, 2.6},  {3, 0.90, 0},   {2, 0.75, 0},
+    {16, 1.75, 2.6}, {15, 1.75, 2.7}, {12, 1.45, 2.6}, {10, 1.40, 2.7}, {9, 1.50, 2.8}, {8, 1.10, 2.0},
+    {7, 1.30, 2.2},  {6, 1.00, 2.3},  {5, 1.00, 2.4},  {4, 0.85, 2.1},  {3, 0.90, 0},   {2, 0.75, 0},
 };
 constexpr double kLastPassCost = 0.3;
 // Of columns of several passes: to load and to transpose them, and for each pass to be called.
 constexpr double kLoadCost = 1.2;
 constexpr double kTransposeCost = 2.2;
 constexpr double kCallCost = 5;
+// Of rows shorter than a block.
+constexpr double kShortRowCost = 1.2;
 
 const Radix* routineOf(size_t radix) {
     for (const Radix& r : kRadices) {
@@ -141,7 +143,7 @@ size_t twiddleCount(const DftPlan<T>& plan) {
 } // namespace
 
 template <class T>
-void planDft(size_t length, DftPlan<T>& plan) {
+double planDft(size_t length, DftPlan<T>& plan) {
     constexpr size_t B = kDftBlock<T>;
     double best = 0;
     const auto consider = [&](size_t rows) {
@@ -158,7 +160,8 @@ void planDft(size_t length, DftPlan<T>& plan) {
                                    kCallCost * (passes.count + 2));
         }
         const Passes passes = passesOf(columns);
-        cost += rowBlocks * (static_cast<double>(columns) * (passes.cost + kLastPassCost) + kCallCost * passes.count);
+        cost += rowBlocks * (static_cast<double>(columns) * (passes.cost + (rows < B ? kShortRowCost : kLastPassCost)) +
+                             kCallCost * passes.count);
         // Columns of which two blocks with their successors are more than the first-level cache.
         if (std::max(rows, columns) * sizeof(T) * 4 * B > 32768) cost *= 1.5;
         if (best != 0 && cost >= best) return;
@@ -172,6 +175,7 @@ void planDft(size_t length, DftPlan<T>& plan) {
         consider(length / d);
     }
     plan.twiddles = nullptr;
+    return best;
 }
 
 template <class T>
@@ -243,7 +247,7 @@ void buildDefinitionTable(size_t points, size_t tile, T* table) {
 }
 
 #define ZVPS_PLAN(T)                                                                                                   \
-    template void planDft(size_t, DftPlan<T>&);                                                                        \
+    template double planDft(size_t, DftPlan<T>&);                                                                      \
     template size_t dftTableSize(const DftPlan<T>&);                                                                   \
     template size_t dftWorkSize(const DftPlan<T>&);                                                                    \
     template void buildDftTables(DftPlan<T>&, T*);                                                                     \

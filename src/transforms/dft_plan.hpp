@@ -5,8 +5,9 @@
 
 namespace zvps {
 
+// The fastest plan for a length of two factors or more; returns its time in nanoseconds, about.
 template <class T>
-void planDft(size_t length, DftPlan<T>& plan);
+double planDft(size_t length, DftPlan<T>& plan);
 
 // Numbers of type T in the tables, and in the memory that a transform works in.
 template <class T>

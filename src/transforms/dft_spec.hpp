@@ -78,10 +78,11 @@ struct DftSpec {
     int32_t factors;
     int32_t factorList[kMostDftFactors];
     DftPlan<T> plan;
-    void* inner;            // the transform object that a convolution or a real transform works with
-    const T* chirp;         // exp(-pi i n^2 / L)
-    const T* chirpSpectrum; // of its conjugate, divided by the length of the convolution
-    void* tables;           // the memory of all tables
+    void* inner;             // the transform object that a convolution or a real transform works with
+    const T* chirp;          // exp(-pi i n^2 / L)
+    const int32_t* powers;   // of a primitive root modulo L, instead of a chirp
+    const T* kernelSpectrum; // of the sequence that a convolution is with, divided by its length
+    void* tables;            // the memory of all tables
 };
 
 static_assert(offsetof(DftSpec<float>, factor) == 16 && offsetof(DftSpec<float>, hint) == 20);
