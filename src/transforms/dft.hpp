@@ -67,19 +67,33 @@ HWY_INLINE InterleavedStorer<T, kInverse> storerFrom(const InterleavedStorer<T, 
 
 template <class T, size_t N>
 HWY_NOINLINE void fixedDft(const DftPoints<const T>& src, const DftPoints<T>& dst, T factor) {
-    using C = ComplexVec<T, 1>;
-    const Lanes<T, 1> d;
-    C x[N];
-    unroll<N>([&](auto n) ZVPS_INLINE_LAMBDA {
-        const auto offset = static_cast<ptrdiff_t>(n.value) * src.step;
-        x[n] = {hn::LoadU(d, src.re + offset), hn::LoadU(d, src.im + offset)};
-    });
+    using C = Packed<T>;
+    const Lanes<T, 2> d;
     const auto f = hn::Set(d, factor);
-    DftButterfly<T, 1, N>::run([&](auto n) ZVPS_INLINE_LAMBDA { return x[n]; },
+    C x[N];
+    if (src.step == 1) {
+        unroll<N>([&](auto n) ZVPS_INLINE_LAMBDA {
+            x[n] = {hn::InterleaveLower(d, hn::Set(d, src.re[n]), hn::Set(d, src.im[n]))};
+        });
+        DftButterfly<T, 0, N>::run([&](auto n) ZVPS_INLINE_LAMBDA { return x[n]; },
+                                   [&](auto k, C value) ZVPS_INLINE_LAMBDA {
+                                       const auto result = hn::Mul(value.v, f);
+                                       dst.re[k] = hn::GetLane(result);
+                                       dst.im[k] = hn::GetLane(hn::Reverse(d, result));
+                                   });
+        return;
+    }
+    // The values of the inverse transform are those of the forward one after the first in reverse order.
+    const bool isInverse = src.im < src.re;
+    const T* const from = isInverse ? src.im : src.re;
+    T* const to = isInverse ? dst.im : dst.re;
+    const ptrdiff_t step = isInverse ? -2 : 2;
+    T* const start = isInverse ? to + 2 * N : to;
+    unroll<N>([&](auto n) ZVPS_INLINE_LAMBDA { x[n] = {hn::LoadU(d, from + 2 * n)}; });
+    DftButterfly<T, 0, N>::run([&](auto n) ZVPS_INLINE_LAMBDA { return x[n]; },
                                [&](auto k, C value) ZVPS_INLINE_LAMBDA {
-                                   const auto offset = static_cast<ptrdiff_t>(k.value) * dst.step;
-                                   hn::StoreU(hn::Mul(value.re, f), d, dst.re + offset);
-                                   hn::StoreU(hn::Mul(value.im, f), d, dst.im + offset);
+                                   T* const place = k == 0 ? to : start + step * static_cast<ptrdiff_t>(k.value);
+                                   hn::StoreU(hn::Mul(value.v, f), d, place);
                                });
 }
 

@@ -166,9 +166,10 @@ double timeOf(int length) {
         DftPlan<T> plan;
         return planDft(static_cast<size_t>(length), plan);
     }
+    // As measured: the longer, the more of its passes leave the caches.
+    const double order = std::log2(length);
     const double blocks = static_cast<double>(length) / static_cast<double>(kDftBlock<T>);
-    const double beyondCache = length >= 1 << 17 ? 10 : 0;
-    return blocks * (0.3 * std::log2(length) + beyondCache);
+    return blocks * (4.2 + (order > 10 ? 0.85 * (order - 10) : 0) + (order > 16 ? 6 : 0));
 }
 
 // The fastest length of at least `least` points for a convolution.
