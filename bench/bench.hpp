@@ -160,8 +160,11 @@ class Row {
 // One file a family.
 void registerArithmetic();
 void registerConversion();
+void registerCorrelation();
+void registerDct();
 void registerFft();
 void registerFir();
+void registerGenerators();
 void registerIir();
 void registerInitialisation();
 void registerStatistics();

@@ -37,8 +37,11 @@ int main(int argc, char** argv) {
     bench::registerMachine();
     bench::registerArithmetic();
     bench::registerConversion();
+    bench::registerCorrelation();
+    bench::registerDct();
     bench::registerFft();
     bench::registerFir();
+    bench::registerGenerators();
     bench::registerIir();
     bench::registerInitialisation();
     bench::registerStatistics();

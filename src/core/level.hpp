@@ -5,21 +5,28 @@ namespace zvps {
 
 struct CompandingKernels;
 struct ConversionKernels;
+struct CorrelationKernels;
 struct DotKernels;
 struct ExtremesKernels;
 struct FilterKernels;
 struct GoertzelKernels;
 struct InitialisationKernels;
 struct LogKernels;
+struct MultirateFilterKernels;
 struct NormKernels;
 struct ProductKernels;
 struct QuotientKernels;
+struct RampKernels;
+struct RandomKernels;
 struct RecursiveKernels;
 struct SpectrumKernels;
 struct SumKernels;
 struct ThresholdKernels;
 struct TotalKernels;
+struct WaveKernels;
 struct WindowKernels;
+template <class T>
+struct DctKernels;
 template <class T>
 struct DftKernels;
 template <class T>
@@ -31,6 +38,9 @@ struct RealFftKernels;
 #define ZVPS_KERNEL_TABLES(X)                                                                                          \
     X(CompandingKernels, companding, compandingKernels)                                                                \
     X(ConversionKernels, conversions, conversionKernels)                                                               \
+    X(CorrelationKernels, correlation, correlationKernels)                                                             \
+    X(DctKernels<float>, dct32f, dct32fKernels)                                                                        \
+    X(DctKernels<double>, dct64f, dct64fKernels)                                                                       \
     X(DftKernels<float>, dft32f, dft32fKernels)                                                                        \
     X(DftKernels<double>, dft64f, dft64fKernels)                                                                       \
     X(DotKernels, dots, dotKernels)                                                                                    \
@@ -41,9 +51,12 @@ struct RealFftKernels;
     X(GoertzelKernels, goertzel, goertzelKernels)                                                                      \
     X(InitialisationKernels, initialisation, initialisationKernels)                                                    \
     X(LogKernels, logarithms, logKernels)                                                                              \
+    X(MultirateFilterKernels, multirateFilters, multirateFilterKernels)                                                \
     X(NormKernels, norms, normKernels)                                                                                 \
     X(ProductKernels, products, productKernels)                                                                        \
     X(QuotientKernels, quotients, quotientKernels)                                                                     \
+    X(RampKernels, ramps, rampKernels)                                                                                 \
+    X(RandomKernels, random, randomKernels)                                                                            \
     X(RealFftKernels<float>, realFft32f, realFft32fKernels)                                                            \
     X(RealFftKernels<double>, realFft64f, realFft64fKernels)                                                           \
     X(RecursiveKernels, recursive, recursiveKernels)                                                                   \
@@ -51,6 +64,7 @@ struct RealFftKernels;
     X(SumKernels, sums, sumKernels)                                                                                    \
     X(ThresholdKernels, thresholds, thresholdKernels)                                                                  \
     X(TotalKernels, totals, totalKernels)                                                                              \
+    X(WaveKernels, waves, waveKernels)                                                                                 \
     X(WindowKernels, windows, windowKernels)
 
 struct Kernels {
