@@ -135,7 +135,7 @@ ZvpStatus buildDefinition(DftSpec<T>& spec) {
     if (tables == nullptr) return zvpStsNoMemory;
     spec.tables = tables;
     spec.twiddles = tables;
-    buildDefinitionTable(length, kDftBlock<T>, tables);
+    buildDefinitionTable(length, kDftBlock<T>, true, tables);
     return recordWork(spec, static_cast<int64_t>(2 * sizeof(T)) * spec.length);
 }
 
