@@ -162,6 +162,7 @@ void registerArithmetic();
 void registerConversion();
 void registerCorrelation();
 void registerDct();
+void registerDft();
 void registerFft();
 void registerFir();
 void registerGenerators();

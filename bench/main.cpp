@@ -39,6 +39,7 @@ int main(int argc, char** argv) {
     bench::registerConversion();
     bench::registerCorrelation();
     bench::registerDct();
+    bench::registerDft();
     bench::registerFft();
     bench::registerFir();
     bench::registerGenerators();
