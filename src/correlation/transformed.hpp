@@ -17,9 +17,8 @@ struct SumTraits;
     struct SumTraits<Zvp##TYPE> {                                                                                      \
         using Spec = ZvpsFFTSpec_##SPEC##_##TYPE;                                                                      \
         using Complex = Zvp##COMPLEX;                                                                                  \
-        static constexpr auto initAlloc = zvpsFFTInitAlloc_##SPEC##_##TYPE;                                            \
-        static constexpr auto free = zvpsFFTFree_##SPEC##_##TYPE;                                                      \
-        static constexpr auto getBufSize = zvpsFFTGetBufSize_##SPEC##_##TYPE;                                          \
+        static constexpr auto getSize = zvpsFFTGetSize_##SPEC##_##TYPE;                                                \
+        static constexpr auto init = zvpsFFTInit_##SPEC##_##TYPE;                                                      \
         static constexpr auto forward = zvpsFFTFwd_##FORWARD##_##TYPE##_I;                                             \
         static constexpr auto inverse = zvpsFFTInv_##INVERSE##_##TYPE##_I;                                             \
         static constexpr auto multiply = MULTIPLY;                                                                     \
@@ -89,7 +88,8 @@ SumSections cheapestSections(const Sums<T>& sums) {
     return best;
 }
 
-// A transform object and memory until the end of a call.
+// A transform object, vectors of all its points, and what transforms work in, until the end of a call: in one block,
+// which the system does not take back after each call as it would several.
 template <class Element>
 class SumTransform {
   public:
@@ -99,23 +99,28 @@ class SumTransform {
     SumTransform(const SumTransform&) = delete;
     SumTransform& operator=(const SumTransform&) = delete;
     ~SumTransform() {
-        if (spec_ != nullptr) Traits::free(spec_);
         if (memory_ != nullptr) zvpFree(memory_);
     }
 
-    // With so many vectors of all points, and work buffers for so many threads.
+    // With so many vectors, and work buffers for so many threads.
     ZvpStatus open(int order, int vectors, int threads) {
-        if (const ZvpStatus status = Traits::initAlloc(&spec_, order, zvpFftScaleInv, 0)) return status;
-        int bufferSize = 0;
-        if (const ZvpStatus status = Traits::getBufSize(spec_, &bufferSize)) return status;
-        points_ = int64_t{1} << order;
+        int specSize = 0, initSize = 0, bufferSize = 0;
+        if (const ZvpStatus status =
+                Traits::getSize(order, zvpFftScaleInv, 0, &specSize, &initSize, &bufferSize)) {
+            return status;
+        }
+        const auto rounded = [](int64_t bytes) { return (bytes + 63) / 64 * 64; };
         // Vectors a power of two apart would meet in the same cache sets.
         constexpr int64_t kApart = 1088;
+        points_ = int64_t{1} << order;
         vectorBytes_ = points_ * static_cast<int64_t>(sizeof(Element)) + kApart;
-        bufferBytes_ = (int64_t{bufferSize} + 63) / 64 * 64;
-        vectors_ = vectors;
-        memory_ = static_cast<unsigned char*>(zvpMalloc(vectorBytes_ * vectors + bufferBytes_ * threads));
-        return memory_ == nullptr ? zvpStsNoMemory : zvpStsOk;
+        bufferBytes_ = rounded(bufferSize);
+        const int64_t vectorsBytes = std::max(vectorBytes_ * vectors, rounded(initSize));
+        memory_ = static_cast<unsigned char*>(zvpMalloc(vectorsBytes + bufferBytes_ * threads + specSize));
+        if (memory_ == nullptr) return zvpStsNoMemory;
+        buffers_ = memory_ + vectorsBytes;
+        // The object is built with the help of memory that the vectors take afterwards.
+        return Traits::init(&spec_, order, zvpFftScaleInv, 0, buffers_ + bufferBytes_ * threads, memory_);
     }
 
     int64_t points() const { return points_; }
@@ -167,15 +172,15 @@ class SumTransform {
 
   private:
     Zvp8u* buffer(int thread) const {
-        return bufferBytes_ == 0 ? nullptr : memory_ + vectorBytes_ * vectors_ + bufferBytes_ * thread;
+        return bufferBytes_ == 0 ? nullptr : buffers_ + bufferBytes_ * thread;
     }
 
     typename Traits::Spec* spec_ = nullptr;
     unsigned char* memory_ = nullptr;
+    unsigned char* buffers_ = nullptr;
     int64_t points_ = 0;
     int64_t vectorBytes_ = 0;
     int64_t bufferBytes_ = 0;
-    int vectors_ = 0;
 };
 
 template <class Results, class Element>
