@@ -63,32 +63,29 @@ struct Function {
 #define ARGUMENT_PART , s.count, s.first
 #define AUTO(NAME, KIND, TYPE, MORE)                                                                                   \
     Function<Zvp##TYPE, Zvp##TYPE> {                                                                                   \
-        #NAME, Kind::KIND, true, false,                                                                                \
-            [](const Zvp##TYPE* a, const Zvp##TYPE*, Zvp##TYPE* dst, [[maybe_unused]] const Shape& s) {                \
-                return NAME(a, s.length1, dst, s.count ARGUMENT_##MORE);                                                   \
-            }                                                                                                          \
+#NAME, Kind::KIND, true, false,                                                                                \
+            [](const Zvp##TYPE* a, const Zvp##TYPE*, Zvp##TYPE* dst,                                                   \
+               [[maybe_unused]] const Shape& s) { return NAME(a, s.length1, dst, s.count ARGUMENT_##MORE); }           \
     }
 #define CROSS(NAME, TYPE, RESULT, MORE)                                                                                \
     Function<Zvp##TYPE, Zvp##RESULT> {                                                                                 \
-        #NAME, Kind::correlation, false, false,                                                                        \
-            [](const Zvp##TYPE* a, const Zvp##TYPE* b, Zvp##RESULT* dst, const Shape& s) {                             \
-                return NAME(a, s.length1, b, s.length2, dst, s.count, s.first ARGUMENT_##MORE);                            \
-            }                                                                                                          \
+#NAME, Kind::correlation, false, false,                                                                        \
+            [](const Zvp##TYPE* a, const Zvp##TYPE* b, Zvp##RESULT* dst,                                               \
+               const Shape& s) { return NAME(a, s.length1, b, s.length2, dst, s.count, s.first ARGUMENT_##MORE); }     \
     }
 #define CONVOLUTION(NAME, TYPE, isWhole, MORE)                                                                         \
     Function<Zvp##TYPE, Zvp##TYPE> {                                                                                   \
-        #NAME, Kind::convolution, false, isWhole,                                                                      \
-            [](const Zvp##TYPE* a, const Zvp##TYPE* b, Zvp##TYPE* dst, [[maybe_unused]] const Shape& s) {              \
-                return NAME(a, s.length1, b, s.length2, dst ARGUMENT_##MORE);                                              \
-            }                                                                                                          \
+#NAME, Kind::convolution, false, isWhole,                                                                      \
+            [](const Zvp##TYPE* a, const Zvp##TYPE* b, Zvp##TYPE* dst,                                                 \
+               [[maybe_unused]] const Shape& s) { return NAME(a, s.length1, b, s.length2, dst ARGUMENT_##MORE); }      \
     }
 
 template <class Action>
 void forEachFunction(Action action) {
 #define FLOATS(TYPE)                                                                                                   \
-    action(AUTO(zvpsAutoCorr_##TYPE, correlation, TYPE, NONE));                                                              \
-    action(AUTO(zvpsAutoCorr_NormA_##TYPE, biased, TYPE, NONE));                                                             \
-    action(AUTO(zvpsAutoCorr_NormB_##TYPE, unbiased, TYPE, NONE));                                                           \
+    action(AUTO(zvpsAutoCorr_##TYPE, correlation, TYPE, NONE));                                                        \
+    action(AUTO(zvpsAutoCorr_NormA_##TYPE, biased, TYPE, NONE));                                                       \
+    action(AUTO(zvpsAutoCorr_NormB_##TYPE, unbiased, TYPE, NONE));                                                     \
     action(CROSS(zvpsCrossCorr_##TYPE, TYPE, TYPE, NONE));
     FLOATS(32f)
     FLOATS(32fc)
@@ -242,9 +239,8 @@ void expectResults(const F& f, const std::vector<S>& a, const std::vector<S>& b,
             if constexpr (std::is_integral_v<P>) {
                 // Halves stay apart from what lies near them: divisors have 31 bits, sums 50.
                 const long double exact = std::ldexp(sum.parts[i] / divisor, -places);
-                const auto expected =
-                    std::clamp<long double>(std::nearbyint(exact), std::numeric_limits<P>::min(),
-                                            static_cast<long double>(std::numeric_limits<P>::max()));
+                const auto expected = std::clamp<long double>(std::nearbyint(exact), std::numeric_limits<P>::min(),
+                                                              static_cast<long double>(std::numeric_limits<P>::max()));
                 ASSERT_EQ(value, expected) << where << " result " << k;
             } else {
                 const long double epsilon = std::numeric_limits<P>::epsilon();
@@ -307,12 +303,13 @@ TEST(Correlation, ShortVectors) {
 // Around the lengths that transforms, other sections and other blocks begin at.
 TEST(Correlation, LongVectors) {
     const Shape shapes[] = {
-        {700, 700, 151, 0},          {700, 700, 152, -30},         {2000, 1500, 367, 0},       {2000, 1500, 368, 900},
-        {1000, 1000, 855, 0},        {1000, 900, 856, -100},       {860, 2, 900, 0},           {600, 63, 400, -7},
-        {448, 65, 700, -600},        {449, 64, 100, 3},            {64, 5000, 5400, -63},      {5000, 64, 5070, -4999},
-        {200, 30000, 20000, 8},      {30000, 200, 25000, -29000},  {9000, 9000, 9000, 0},      {9000, 9000, 900, 0},
-        {20000, 70000, 600, 100},    {70000, 20000, 1200, -30000}, {70000, 80000, 2000, -999}, {4097, 4096, 9000, -4500},
-        {12000, 12000, 40, 11980},
+        {700, 700, 151, 0},         {700, 700, 152, -30},        {2000, 1500, 367, 0},
+        {2000, 1500, 368, 900},     {1000, 1000, 855, 0},        {1000, 900, 856, -100},
+        {860, 2, 900, 0},           {600, 63, 400, -7},          {448, 65, 700, -600},
+        {449, 64, 100, 3},          {64, 5000, 5400, -63},       {5000, 64, 5070, -4999},
+        {200, 30000, 20000, 8},     {30000, 200, 25000, -29000}, {9000, 9000, 9000, 0},
+        {9000, 9000, 900, 0},       {20000, 70000, 600, 100},    {70000, 20000, 1200, -30000},
+        {70000, 80000, 2000, -999}, {4097, 4096, 9000, -4500},   {12000, 12000, 40, 11980},
     };
     forEachFunction([&](const auto& f) {
         Random random(f.name);
@@ -380,7 +377,8 @@ TEST(Correlation, RefusedMemoryLeavesNothingBehind) {
     forEachFunction([](const auto& f) {
         using F = std::decay_t<decltype(f)>;
         Random random(f.name);
-        for (const Shape& s : {Shape{12000, 12000, 12000, 0}, Shape{1500, 60000, 50000, 0}, Shape{70000, 70000, 900, 20000}}) {
+        for (const Shape& s :
+             {Shape{12000, 12000, 12000, 0}, Shape{1500, 60000, 50000, 0}, Shape{70000, 70000, 900, 20000}}) {
             const Shape shape = fitted(f, s);
             const auto a = randomVector<typename F::Source>(shape.length1, random);
             const auto b = randomVector<typename F::Source>(shape.length2, random);
@@ -408,10 +406,8 @@ TEST(Correlation, ArgumentsAreCheckedInOrder) {
         auto dst = untouched;
         const auto status = [&](const auto* x, const auto* y, auto* z, const Shape& s) { return f.call(x, y, z, s); };
         const Shape good = {9, 9, 20, 0};
-        EXPECT_EQ(status(static_cast<decltype(a.data())>(nullptr), a.data(), dst.data(), {0, 0, 0, 0}),
-                  zvpStsNullPtr);
-        EXPECT_EQ(status(a.data(), a.data(), static_cast<decltype(dst.data())>(nullptr), {0, 0, 0, 0}),
-                  zvpStsNullPtr);
+        EXPECT_EQ(status(static_cast<decltype(a.data())>(nullptr), a.data(), dst.data(), {0, 0, 0, 0}), zvpStsNullPtr);
+        EXPECT_EQ(status(a.data(), a.data(), static_cast<decltype(dst.data())>(nullptr), {0, 0, 0, 0}), zvpStsNullPtr);
         EXPECT_EQ(status(a.data(), a.data(), dst.data(), {0, 9, 20, 0}), zvpStsBadSize) << f.name;
         if (!f.isAuto) {
             EXPECT_EQ(status(a.data(), static_cast<decltype(a.data())>(nullptr), dst.data(), good), zvpStsNullPtr);
@@ -456,12 +452,10 @@ void expectCyclic(Call call) {
 }
 
 TEST(Correlation, CyclicConvolutions) {
-    expectCyclic<4, Zvp32f, Zvp32fc>([](const Zvp32f* a, const Zvp32fc* b, Zvp32fc* dst, int) {
-        return zvpsConvCyclic4x4_32f32fc(a, b, dst);
-    });
-    expectCyclic<8, Zvp32f, Zvp32f>([](const Zvp32f* a, const Zvp32f* b, Zvp32f* dst, int) {
-        return zvpsConvCyclic8x8_32f(a, b, dst);
-    });
+    expectCyclic<4, Zvp32f, Zvp32fc>(
+        [](const Zvp32f* a, const Zvp32fc* b, Zvp32fc* dst, int) { return zvpsConvCyclic4x4_32f32fc(a, b, dst); });
+    expectCyclic<8, Zvp32f, Zvp32f>(
+        [](const Zvp32f* a, const Zvp32f* b, Zvp32f* dst, int) { return zvpsConvCyclic8x8_32f(a, b, dst); });
     expectCyclic<8, Zvp16s, Zvp16s>(zvpsConvCyclic8x8_16s_Sfs);
 }
 

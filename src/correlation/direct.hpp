@@ -37,7 +37,7 @@ auto fewSumsKernel() {
 
 template <class Element>
 void sumByKernels(const Element* signal, Element* sums, int64_t n, const Element* taps, int64_t tapsLen) {
-    const auto& kernel = n <= kFewSums<Element> && n <= 2 * tapsLen ? fewSumsKernel<Element>() : firKernels<Element>().block;
+    const auto& kernel = n <= kFewSums<Element> && n < tapsLen ? fewSumsKernel<Element>() : firKernels<Element>().block;
     kernel(parts(signal), parts(sums), static_cast<size_t>(n), parts(taps), static_cast<size_t>(tapsLen));
 }
 
@@ -73,9 +73,10 @@ class DirectSums {
         if constexpr (Results::kInPlace) place = results_.dst + k;
         const Taps all = meeting({0, sums_.taps.length}, n, lag);
         if (all.begin == all.end) std::fill_n(place, n, Element{});
-        // The taps that meet the signal inside it for all n results; few of them are not worth a call of their own.
+        // The taps that meet the signal inside it for all n results; few products are not worth a call of their own.
+        constexpr int64_t kWorth = 8192;
         const Taps inside = {std::max<int64_t>(-lag, 0), sums_.signal.length - lag - n + 1};
-        const bool isSplit = inside.end - inside.begin > 2 * n;
+        const bool isSplit = inside.end - inside.begin > std::max(2 * n, kWorth / n);
         Taps some = all;
         for (; some.begin < all.end; some.begin = some.end) {
             some.end = std::min(some.begin + kMostTaps, all.end);
