@@ -62,13 +62,13 @@ HWY_INLINE void fewSumsTile(const T* src, T* dst, size_t n, const T* taps, size_
 template <class T, size_t kParts>
 void fewSums(const T* src, T* dst, size_t count, const T* taps, size_t tapsLen) {
     constexpr size_t N = kVectorBytes / sizeof(T);
-    constexpr size_t kChains = 8 / kParts;
+    constexpr size_t kChains = 4 / kParts; // as many on all levels
     const size_t n = count * kParts;
     for (size_t i = 0; i < n;) {
         const size_t left = n - i;
         if (left <= N) return fewSumsTile<T, kParts, 1, kChains>(src + i, dst + i, left, taps, tapsLen);
         const size_t some = left < 2 * N ? left : 2 * N;
-        fewSumsTile<T, kParts, 2, kChains / 2>(src + i, dst + i, some, taps, tapsLen);
+        fewSumsTile<T, kParts, 2, kChains>(src + i, dst + i, some, taps, tapsLen);
         i += some;
     }
 }
