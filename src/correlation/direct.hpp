@@ -80,13 +80,12 @@ class DirectSums {
         Taps some = all;
         for (; some.begin < all.end; some.begin = some.end) {
             some.end = std::min(some.begin + kMostTaps, all.end);
-            bool isInside = false;
             if (isSplit && some.begin < inside.begin) {
                 some.end = std::min(some.end, inside.begin);
             } else if (isSplit && some.begin < inside.end) {
                 some.end = std::min(some.end, inside.end);
-                isInside = true;
             }
+            const bool isInside = some.begin >= inside.begin && some.end <= inside.end;
             Element* const to = some.begin == all.begin ? place : more_;
             const bool bySmaller = !isInside && 2 * (some.end - some.begin) * kPartsOf<Element> >= kSumEdge<Element>;
             const int64_t step = bySmaller ? kSmallSumEdge<Element> : n;
