@@ -161,8 +161,10 @@ class Row {
 void registerArithmetic();
 void registerConversion();
 void registerCorrelation();
+void registerDct();
 void registerFft();
 void registerFir();
+void registerGenerators();
 void registerIir();
 void registerInitialisation();
 void registerStatistics();

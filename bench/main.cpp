@@ -38,8 +38,10 @@ int main(int argc, char** argv) {
     bench::registerArithmetic();
     bench::registerConversion();
     bench::registerCorrelation();
+    bench::registerDct();
     bench::registerFft();
     bench::registerFir();
+    bench::registerGenerators();
     bench::registerIir();
     bench::registerInitialisation();
     bench::registerStatistics();

@@ -50,6 +50,29 @@ template <class T>
 void blackman(const T* a, T* dst, int n);
 template <class T>
 void kaiser(const T* a, T* dst, int n, float alpha);
+
+// Generators: a cosine for each element, those of the vector math library where there is one.
+template <class T>
+void tone(T* dst, int n, T magnitude, T frequency, T phase);
+void tone(Zvp16s* dst, int n, Zvp16s magnitude, float frequency, float phase);
+void tone(Zvp32fc* dst, int n, float magnitude, float frequency, float phase);
+template <class T>
+void triangle(T* dst, int n, T magnitude, T frequency, T phase);
+template <class T>
+void jaehne(T* dst, int n, T magnitude);
+template <class T>
+void ramp(T* dst, int n, float offset, float slope);
+template <class T>
+void slope(T* dst, int n, float offset, float slope);
+// The standard library's distributions over its Mersenne twister.
+template <class T>
+void uniform(T* dst, int n, double low, double high);
+template <class T>
+void gauss(T* dst, int n, double mean, double deviation);
+// The library's uniform sequence, one number after the other.
+template <class T>
+void uniformSequence(T* dst, int n, double low, double high);
+
 // Conversions: the values, rounded to nearest even and saturated, saturated, and half precision.
 template <class S, class D>
 void convert(const S* a, D* dst, int n);

@@ -1,34 +1,12 @@
 // FIR filters of one rate: every form of every type against sums in higher precision, and against each other.
-#include "framework/call.hpp"
+#include "framework/filters.hpp"
 #include "zvpcore.h"
 
-#include <gtest/gtest.h>
 #include <omp.h>
-#include <sys/mman.h>
 
 #include <climits>
-#include <cmath>
-#include <cstdlib>
 #include <functional>
 #include <memory>
-
-// ---- Memory of the library: counted, and refused on demand ----
-
-namespace {
-int blocksInUse = 0;
-int refuseAfter = -1; // allocations from now on; below 0: never
-} // namespace
-
-extern "C" void* zvpMalloc(int64_t size) {
-    if (refuseAfter == 0 || size < 1) return nullptr;
-    if (refuseAfter > 0) --refuseAfter;
-    ++blocksInUse;
-    return std::aligned_alloc(32, (static_cast<size_t>(size) + 31) / 32 * 32);
-}
-extern "C" void zvpFree(void* block) {
-    blocksInUse -= block != nullptr;
-    std::free(block);
-}
 
 namespace zvps::test {
 namespace {
@@ -154,19 +132,6 @@ void forEachFamily(Action action) {
     action(FAMILY(, 16s, 16s, 29, NONE, SCALED, PAST, DIRECT));
 }
 
-template <class T, class = void>
-struct PartType {
-    using Type = T;
-};
-template <class T>
-struct PartType<T, std::void_t<decltype(T::re)>> {
-    using Type = decltype(T::re);
-};
-template <class T>
-using PartOfType = typename PartType<T>::Type;
-template <class T>
-constexpr bool isComplex = !std::is_same_v<T, PartOfType<T>>;
-
 // Sums of taps of 16 bits are exact; those of _32s run in double precision.
 template <class F>
 bool isExact(const F& family) {
@@ -175,84 +140,6 @@ bool isExact(const F& family) {
 template <class F>
 bool isReduced(const F& family) {
     return family.tag == 9 || family.tag == 10;
-}
-
-// ---- Operands ----
-
-template <class P>
-P randomPart(Random& random) {
-    if constexpr (std::is_floating_point_v<P>) {
-        return static_cast<P>(static_cast<double>(static_cast<int64_t>(random())) * 0x1p-63);
-    } else {
-        using Limits = std::numeric_limits<P>;
-        const uint64_t bits = random();
-        return bits % 16 == 0 ? Limits::min() : bits % 16 == 1 ? Limits::max() : static_cast<P>(bits >> 20);
-    }
-}
-template <class T>
-T randomElement(Random& random) {
-    if constexpr (isComplex<T>) {
-        const auto re = randomPart<PartOfType<T>>(random);
-        return {re, randomPart<PartOfType<T>>(random)};
-    } else {
-        return randomPart<T>(random);
-    }
-}
-template <class T>
-std::vector<T> randomVector(size_t n, Random& random) {
-    std::vector<T> v(n);
-    for (T& element : v)
-        element = randomElement<T>(random);
-    return v;
-}
-
-template <class T>
-bool sameBits(const std::vector<T>& a, const std::vector<T>& b) {
-    return a.size() == b.size() && (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(T)) == 0);
-}
-
-// A vector that ends where a protected page begins.
-template <class T>
-class Guarded {
-  public:
-    explicit Guarded(const std::vector<T>& contents) : n_(contents.size()) {
-        const size_t bytes = (n_ * sizeof(T) + kPage - 1) / kPage * kPage;
-        size_ = bytes + kPage;
-        void* block = mmap(nullptr, size_, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-        if (block == MAP_FAILED) throw std::bad_alloc();
-        block_ = static_cast<unsigned char*>(block);
-        if (mprotect(block_ + bytes, kPage, PROT_NONE) != 0) throw std::bad_alloc();
-        data_ = reinterpret_cast<T*>(block_ + bytes) - n_;
-        std::copy(contents.begin(), contents.end(), data_);
-    }
-    ~Guarded() { munmap(block_, size_); }
-    Guarded(const Guarded&) = delete;
-    Guarded& operator=(const Guarded&) = delete;
-    T* data() const { return data_; }
-    std::vector<T> contents() const { return {data_, data_ + n_}; }
-
-  private:
-    static constexpr size_t kPage = 4096;
-    size_t n_;
-    size_t size_;
-    unsigned char* block_;
-    T* data_;
-};
-
-// ---- What results must be ----
-
-struct Sum {
-    long double parts[2] = {};
-    long double magnitudes = 0; // of the products, the scale of what rounding may cost
-};
-
-template <class T>
-long double part(const T& v, int i) {
-    if constexpr (isComplex<T>) {
-        return i == 0 ? v.re : v.im;
-    } else {
-        return i == 0 ? static_cast<long double>(v) : 0;
-    }
 }
 
 // The taps as a state keeps them, and the power of two that it multiplies their sums by.
@@ -283,21 +170,9 @@ int keptTaps(const F& family, std::vector<typename F::Taps>& taps) {
 template <class T, class D>
 Sum sumAt(const std::vector<T>& taps, const D* newest) {
     Sum sum;
-    for (size_t k = 0; k < taps.size(); ++k) {
-        const D& x = newest[-static_cast<ptrdiff_t>(k)];
-        const long double hr = part(taps[k], 0), hi = part(taps[k], 1), xr = part(x, 0), xi = part(x, 1);
-        sum.parts[0] += hr * xr - hi * xi;
-        sum.parts[1] += hr * xi + hi * xr;
-        sum.magnitudes += (std::abs(hr) + std::abs(hi)) * (std::abs(xr) + std::abs(xi));
-    }
+    for (size_t k = 0; k < taps.size(); ++k)
+        sum.add(taps[k], newest[-static_cast<ptrdiff_t>(k)]);
     return sum;
-}
-
-// The largest error of a sum of so many products, in units of the magnitudes' sum.
-template <class T>
-long double tolerance(size_t tapsLen) {
-    using Working = std::conditional_t<std::is_same_v<PartOfType<T>, float>, float, double>;
-    return std::numeric_limits<Working>::epsilon() * (4 + static_cast<long double>(tapsLen) / 4);
 }
 
 // What transforms of a block may add, whatever its single results: by the norms of the taps and of as many inputs as
@@ -311,30 +186,6 @@ long double transformError(const std::vector<T>& taps, const std::vector<D>& x) 
     for (const D& element : x)
         largest = std::max({largest, std::abs(part(element, 0)), std::abs(part(element, 1))});
     return 16 * tolerance<T>(0) / 4 * std::sqrt(energy * static_cast<long double>(taps.size())) * largest;
-}
-
-template <class D>
-testing::AssertionResult isResult(const D& actual, const Sum& sum, long double error, int shift) {
-    using P = PartOfType<D>;
-    for (int i = 0; i < (isComplex<D> ? 2 : 1); ++i) {
-        const long double value = part(actual, i);
-        bool good;
-        if constexpr (std::is_integral_v<P>) {
-            const auto rounded = [&](long double v) {
-                constexpr long double kLeast = std::numeric_limits<P>::min(), kMost = std::numeric_limits<P>::max();
-                return std::fmin(kMost, std::fmax(kLeast, std::nearbyint(std::ldexp(v, -shift))));
-            };
-            good = value >= rounded(sum.parts[i] - error) && value <= rounded(sum.parts[i] + error);
-        } else {
-            const long double last = std::numeric_limits<P>::epsilon() * std::abs(sum.parts[i]);
-            good = std::abs(value - sum.parts[i]) <= error + last;
-        }
-        if (!good) {
-            return testing::AssertionFailure()
-                   << "part " << i << " is " << value << " for " << std::ldexp(sum.parts[i], -shift);
-        }
-    }
-    return testing::AssertionSuccess();
 }
 
 // Some of the results of filtering x, with `past` (most recent first) before it.

@@ -12,15 +12,23 @@ struct FilterKernels;
 struct GoertzelKernels;
 struct InitialisationKernels;
 struct LogKernels;
+struct MultirateFilterKernels;
 struct NormKernels;
 struct ProductKernels;
 struct QuotientKernels;
+struct RampKernels;
+struct RandomKernels;
 struct RecursiveKernels;
 struct SpectrumKernels;
 struct SumKernels;
 struct ThresholdKernels;
 struct TotalKernels;
+struct WaveKernels;
 struct WindowKernels;
+template <class T>
+struct DctKernels;
+template <class T>
+struct DftKernels;
 template <class T>
 struct FftKernels;
 template <class T>
@@ -31,6 +39,10 @@ struct RealFftKernels;
     X(CompandingKernels, companding, compandingKernels)                                                                \
     X(ConversionKernels, conversions, conversionKernels)                                                               \
     X(CorrelationKernels, correlation, correlationKernels)                                                             \
+    X(DctKernels<float>, dct32f, dct32fKernels)                                                                        \
+    X(DctKernels<double>, dct64f, dct64fKernels)                                                                       \
+    X(DftKernels<float>, dft32f, dft32fKernels)                                                                        \
+    X(DftKernels<double>, dft64f, dft64fKernels)                                                                       \
     X(DotKernels, dots, dotKernels)                                                                                    \
     X(ExtremesKernels, extremes, extremesKernels)                                                                      \
     X(FftKernels<float>, fft32f, fft32fKernels)                                                                        \
@@ -39,9 +51,12 @@ struct RealFftKernels;
     X(GoertzelKernels, goertzel, goertzelKernels)                                                                      \
     X(InitialisationKernels, initialisation, initialisationKernels)                                                    \
     X(LogKernels, logarithms, logKernels)                                                                              \
+    X(MultirateFilterKernels, multirateFilters, multirateFilterKernels)                                                \
     X(NormKernels, norms, normKernels)                                                                                 \
     X(ProductKernels, products, productKernels)                                                                        \
     X(QuotientKernels, quotients, quotientKernels)                                                                     \
+    X(RampKernels, ramps, rampKernels)                                                                                 \
+    X(RandomKernels, random, randomKernels)                                                                            \
     X(RealFftKernels<float>, realFft32f, realFft32fKernels)                                                            \
     X(RealFftKernels<double>, realFft64f, realFft64fKernels)                                                           \
     X(RecursiveKernels, recursive, recursiveKernels)                                                                   \
@@ -49,6 +64,7 @@ struct RealFftKernels;
     X(SumKernels, sums, sumKernels)                                                                                    \
     X(ThresholdKernels, thresholds, thresholdKernels)                                                                  \
     X(TotalKernels, totals, totalKernels)                                                                              \
+    X(WaveKernels, waves, waveKernels)                                                                                 \
     X(WindowKernels, windows, windowKernels)
 
 struct Kernels {

@@ -1,6 +1,7 @@
 #include "zvps/fir.h"
 
 #include "core/checks.hpp"
+#include "filters/fir_multirate_run.hpp"
 #include "filters/fir_run.hpp"
 
 namespace zvps {
@@ -49,14 +50,23 @@ uint32_t tagOf(const Opaque* pState) {
     return *reinterpret_cast<const uint32_t*>(pState);
 }
 
-// The states of a name: with and without history.
+// The states of a name: of one rate, also those of several rates, and all, with and without history.
 template <class Taps, class Data>
-bool isFir(uint32_t tag) {
+bool isSingleRate(uint32_t tag) {
     return tag == kFirTag<Taps, Data>;
 }
 template <class Taps, class Data>
+bool isFir(uint32_t tag) {
+    return isSingleRate<Taps, Data>(tag) || tag == kFirMultirateTag<Taps, Data>;
+}
+template <class Taps, class Data>
+bool isStream(uint32_t tag) {
+    return kFirStreamTag<Taps, Data> != 0 &&
+           (tag == kFirStreamTag<Taps, Data> || tag == kFirMultirateStreamTag<Taps, Data>);
+}
+template <class Taps, class Data>
 bool isFirOrStream(uint32_t tag) {
-    return isFir<Taps, Data>(tag) || (kFirStreamTag<Taps, Data> != 0 && tag == kFirStreamTag<Taps, Data>);
+    return isFir<Taps, Data>(tag) || isStream<Taps, Data>(tag);
 }
 
 // ---- Life of states ----
@@ -69,15 +79,6 @@ ZvpStatus getStateSize(int tapsLen, int* size) {
     if (bytes < 0) return zvpStsNoMemory;
     *size = bytes;
     return zvpStsOk;
-}
-
-template <class State, class Source>
-void setTaps(State& state, const Source* taps, [[maybe_unused]] int tapsFactor = 0) {
-    if constexpr (std::is_same_v<State, FirIntegerState<Zvp16s>> || std::is_same_v<State, FirIntegerState<Zvp16sc>>) {
-        setFirTaps(state, taps, tapsFactor);
-    } else {
-        setFirTaps(state, taps);
-    }
 }
 
 // At `buffer`, or where that is null in memory of its own.
@@ -97,7 +98,7 @@ ZvpStatus build(uint32_t tag, Opaque** ppState, const Source* taps, int tapsLen,
     if constexpr (std::is_same_v<typename Kind::State, FirState<Taps>>) {
         if (isAllocated && state.fftLen == 0) state.fftLen = -1;
     }
-    setTaps(state, taps, tapsFactor);
+    setFirTaps(state, taps, tapsFactor);
     setFirPast(state, dlyLine);
     *ppState = reinterpret_cast<Opaque*>(&state);
     return zvpStsOk;
@@ -135,7 +136,7 @@ template <class Taps, class Data, class Opaque, class Source>
 ZvpStatus replaceTaps(const Source* taps, Opaque* pState, int tapsFactor = 0) {
     if (taps == nullptr || pState == nullptr) return zvpStsNullPtr;
     if (!isFirOrStream<Taps, Data>(tagOf(pState))) return zvpStsContextMismatch;
-    setTaps(stateOf<FirKind<Taps, Data>>(pState), taps, tapsFactor);
+    setFirTaps(stateOf<FirKind<Taps, Data>>(pState), taps, tapsFactor);
     return zvpStsOk;
 }
 
@@ -227,8 +228,11 @@ ZvpStatus run(const Data* src, Data* dst, int numIters, Opaque* pState, int scal
     if (!isFirOrStream<Taps, Data>(tagOf(pState))) return zvpStsContextMismatch;
     auto& state = stateOf<FirKind<Taps, Data>>(pState);
     const auto n = static_cast<size_t>(numIters);
+    if (state.multirate != nullptr) {
+        return filterMultirate(state, src, dst, n, scaleFactor, isStream<Taps, Data>(state.tag));
+    }
     if constexpr (kFirStreamTag<Taps, Data> != 0) {
-        if (!isFir<Taps, Data>(state.tag)) {
+        if (isStream<Taps, Data>(state.tag)) {
             return filterStream(filterOf(state, scaleFactor, src), src, dst, n, state.threads);
         }
     }
@@ -238,7 +242,7 @@ ZvpStatus run(const Data* src, Data* dst, int numIters, Opaque* pState, int scal
 template <class Taps, class Data, class Opaque>
 ZvpStatus runOne(Data src, Data* dst, Opaque* pState, int scaleFactor) {
     if (dst == nullptr || pState == nullptr) return zvpStsNullPtr;
-    if (!isFir<Taps, Data>(tagOf(pState))) return zvpStsContextMismatch;
+    if (!isSingleRate<Taps, Data>(tagOf(pState))) return zvpStsContextMismatch;
     filterOne(stateOf<FirKind<Taps, Data>>(pState), src, dst, scaleFactor);
     return zvpStsOk;
 }

@@ -1,6 +1,8 @@
 #include "filters/fir_state.hpp"
 
+#include "filters/carver.hpp"
 #include "filters/fir.table.hpp"
+#include "filters/fir_multirate_state.hpp"
 
 #include <cmath>
 #include <cstdlib>
@@ -10,27 +12,6 @@ namespace zvps {
 namespace {
 
 constexpr int64_t kMostBytes = std::numeric_limits<int>::max();
-
-constexpr int64_t roundUp(int64_t bytes, int64_t unit) {
-    return (bytes + unit - 1) / unit * unit;
-}
-
-// Hands out parts of a block.
-class Carver {
-  public:
-    explicit Carver(unsigned char* begin) : begin_(begin) {}
-
-    template <class T>
-    T* take(int64_t count, size_t alignment) {
-        const auto address = reinterpret_cast<uintptr_t>(begin_);
-        auto* const part = begin_ + (alignment - address % alignment) % alignment;
-        begin_ = part + count * static_cast<int64_t>(sizeof(T));
-        return reinterpret_cast<T*>(part);
-    }
-
-  private:
-    unsigned char* begin_;
-};
 
 // ---- Taps in floating point ----
 
@@ -86,7 +67,7 @@ int firStateSize(int tapsLen, int threads, FirUse use) {
 template <class Taps>
 FirState<Taps>* buildFirState(uint32_t tag, int tapsLen, int threads, FirUse use, unsigned char* buffer) {
     Carver carver(buffer);
-    auto& state = *carver.take<FirState<Taps>>(1, 16);
+    auto& state = *carver.take<FirState<Taps>>(1);
     state = {};
     state.tag = tag;
     state.tapsLen = tapsLen;
@@ -96,14 +77,14 @@ FirState<Taps>* buildFirState(uint32_t tag, int tapsLen, int threads, FirUse use
     state.threads = threads;
     const int64_t n = tapsLen;
     if (use == FirUse::lasting) {
-        state.taps = carver.take<Taps>(4 * tapsStride(n), 16);
-        state.ring = carver.take<Taps>(ringLength(n), 16);
-        state.broadcast = carver.take<Taps>(4 * n, 16);
+        state.taps = carver.take<Taps>(4 * tapsStride(n));
+        state.ring = carver.take<Taps>(ringLength(n));
+        state.broadcast = carver.take<Taps>(4 * n);
     } else {
-        state.taps = carver.take<Taps>(n, 16);
-        state.ring = carver.take<Taps>(ringLength(n), 16);
+        state.taps = carver.take<Taps>(n);
+        state.ring = carver.take<Taps>(ringLength(n));
     }
-    state.past = carver.take<Taps>(n, 16);
+    state.past = carver.take<Taps>(n);
     std::fill_n(state.ring, ringLength(n), Taps{});
     const FirFftSizes fft = fftSizes<Taps>(tapsLen, use);
     if (fft.length == 0) return &state;
@@ -132,6 +113,7 @@ void setFirTaps(FirState<Taps>& state, const Source* taps) {
     }
     for (int i = 0; i < (isLasting ? n : 0); ++i)
         std::fill_n(state.broadcast + 4 * int64_t{i}, 4, reversed(i));
+    if (state.multirate != nullptr) setMultirateTaps(*state.multirate, parts(state.taps), n);
     if (state.fftLen < 1) return;
     for (int i = 0; i < state.fftLen; ++i)
         state.spectrum[i] = i < n ? firElement<Taps>(taps[i]) : Taps{};
@@ -293,21 +275,30 @@ int firIntegerStateSize(int tapsLen) {
 template <class Data>
 FirIntegerState<Data>* buildFirIntegerState(uint32_t tag, int tapsLen, int threads, unsigned char* buffer) {
     Carver carver(buffer);
-    auto& state = *carver.take<FirIntegerState<Data>>(1, 16);
+    auto& state = *carver.take<FirIntegerState<Data>>(1);
     state = {};
     state.tag = tag;
     state.tapsLen = tapsLen;
     state.stride = static_cast<int32_t>(copyStride(tapsLen));
+    state.delayLen = tapsLen;
     state.threads = threads;
     state.mode = kFirSingleRate;
     const int64_t n = tapsLen;
     const int64_t ring = 2 * n + state.stride + 4;
-    state.taps = carver.take<Zvp32s>(n * kParts<Data>, 16);
-    state.ring = carver.take<Data>(ring, 16);
-    state.copies = carver.take<Zvp16s>(4 * int64_t{state.stride}, 16);
-    state.steps = carver.take<uint8_t>(unitCount<Data>(n), 16);
+    state.taps = carver.take<Zvp32s>(n * kParts<Data>);
+    state.ring = carver.take<Data>(ring);
+    state.copies = carver.take<Zvp16s>(4 * int64_t{state.stride});
+    state.steps = carver.take<uint8_t>(unitCount<Data>(n));
     std::fill_n(state.ring, ring, Data{});
     return &state;
+}
+
+template <class Data>
+void reverseTaps(FirIntegerState<Data>& state) {
+    std::reverse(state.taps, state.taps + state.tapsLen * kParts<Data>);
+    // That has changed the order of the parts too.
+    for (int i = 0; i < state.tapsLen && kParts<Data> == 2; ++i)
+        std::swap(state.taps[2 * int64_t{i}], state.taps[2 * int64_t{i} + 1]);
 }
 
 template <class Data, class Source>
@@ -318,18 +309,15 @@ void setFirTaps(FirIntegerState<Data>& state, const Source* taps, int tapsFactor
     reduce(parts(taps), n * kParts<Data>, state.taps, scale);
     constexpr int64_t kMost = std::numeric_limits<int32_t>::max();
     state.tapScale = static_cast<int32_t>(std::min(scale, kMost));
+    reverseTaps(state);
+    if (state.multirate != nullptr) return setMultirateTaps(*state.multirate, state.taps, n);
     std::fill_n(state.copies, 4 * stride, Zvp16s{0});
     if constexpr (kParts<Data> == 1) {
-        std::reverse(state.taps, state.taps + n);
         for (int copy = 0; copy < 4; ++copy) {
             for (int i = 0; i < n; ++i)
                 state.copies[copy * stride + copy + 1 + i] = static_cast<Zvp16s>(state.taps[i]);
         }
     } else {
-        for (int i = 0, k = n - 1; i < k; ++i, --k) {
-            std::swap(state.taps[2 * i], state.taps[2 * k]);
-            std::swap(state.taps[2 * i + 1], state.taps[2 * k + 1]);
-        }
         for (int i = 0; i < n; ++i) {
             const auto re = static_cast<Zvp16s>(state.taps[2 * i]);
             const auto im = static_cast<Zvp16s>(state.taps[2 * i + 1]);

@@ -1,4 +1,4 @@
-// The states of single-rate FIR filters: their layout, and what all functions need to know about their types.
+// The states of FIR filters: their layout, and what all functions need to know about their types.
 #pragma once
 
 #include "core/elements.hpp"
@@ -13,9 +13,16 @@
 
 namespace zvps {
 
+template <class T>
+struct FirMultirate;
+
 // "FI" and two digits, the last character first in memory.
 constexpr uint32_t firTag(int number) {
     return 0x46490000U | static_cast<uint32_t>('0' + number / 10) << 8 | static_cast<uint32_t>('0' + number % 10);
+}
+
+constexpr int firTagNumber(uint32_t tag) {
+    return static_cast<int>((tag >> 8 & 15) * 10 + (tag & 15));
 }
 
 // By the types of taps and data.
@@ -58,8 +65,17 @@ template <>
 inline constexpr uint32_t kFirStreamTag<Zvp16s, Zvp16s> = firTag(31);
 template <>
 inline constexpr uint32_t kFirStreamTag<Zvp32f, Zvp32f> = firTag(33);
+// Multi-rate states: in each kind's pair of real and complex tags, two after those of one rate; one after where there
+// are real ones alone.
+template <class Taps, class Data>
+inline constexpr uint32_t kFirMultirateTag =
+    kFirTag<Taps, Data> == firTag(29) ? firTag(30) : firTag(firTagNumber(kFirTag<Taps, Data>) + 2);
+template <class Taps, class Data>
+inline constexpr uint32_t kFirMultirateStreamTag = kFirStreamTag<Taps, Data> == 0 ? 0 : kFirStreamTag<Taps, Data> + 1;
 
 inline constexpr int32_t kFirSingleRate = 1;
+inline constexpr int32_t kFirByLanes = 2;
+inline constexpr int32_t kFirByPhases = 3;
 
 // ---- Taps in floating point ----
 
@@ -117,6 +133,7 @@ struct FirState {
     Taps* past; // tapsLen elements for the duration of a call
     int32_t threads;
     int32_t isAllocated;
+    FirMultirate<Taps>* multirate; // null: one rate
 };
 static_assert(offsetof(FirState<Zvp32f>, taps) == 8 && offsetof(FirState<Zvp32f>, ring) == 16);
 static_assert(offsetof(FirState<Zvp32f>, tapsLen) == 24 && offsetof(FirState<Zvp32f>, blockLimit) == 28);
@@ -138,12 +155,21 @@ FirState<Taps>* buildFirState(uint32_t tag, int tapsLen, int threads, FirUse use
 // `taps` in their order.
 template <class Taps, class Source>
 void setFirTaps(FirState<Taps>& state, const Source* taps);
+// As taps of integers are set, whose factor these do not have.
+template <class Taps, class Source>
+void setFirTaps(FirState<Taps>& state, const Source* taps, int) {
+    setFirTaps(state, taps);
+}
 
 // ---- Taps of 16 bits ----
 
 struct FirPairs;
 
 enum RunCount { kOneRun, kSomeRuns, kTooManyRuns };
+
+// What multi-rate sums of integers run in: exactly.
+template <class Data>
+using FirWide = std::conditional_t<std::is_same_v<Data, Part<Data>>, Zvp64f, Zvp64fc>;
 
 // Data: 16s or 16sc.
 template <class Data>
@@ -153,7 +179,7 @@ struct FirIntegerState {
     Data* ring;
     int32_t tapsLen;
     int32_t stride; // elements from copy to copy
-    Zvp16s* copies; // the pairs that kernels multiply by: of real taps four reversed copies, copy c shifted by c + 1
+    Zvp16s* copies; // null in multi-rate states; else the pairs that kernels multiply by: of real taps four reversed copies, copy c shifted by c + 1
     int32_t index;
     int32_t tapScale; // the taps' value is their integer times 2^tapScale
     uint8_t* steps;   // see FirPairs
@@ -161,6 +187,8 @@ struct FirIntegerState {
     int32_t threads;
     int32_t isAllocated;
     int32_t mode;
+    int32_t delayLen;
+    FirMultirate<FirWide<Data>>* multirate; // null: one rate
 };
 static_assert(offsetof(FirIntegerState<Zvp16s>, taps) == 8 && offsetof(FirIntegerState<Zvp16s>, ring) == 16);
 static_assert(offsetof(FirIntegerState<Zvp16s>, tapsLen) == 24 && offsetof(FirIntegerState<Zvp16s>, stride) == 28);
@@ -193,7 +221,7 @@ To firElement(From v) {
 template <class State, class Data>
 void setFirPast(State& state, const Data* dlyLine) {
     using Element = std::remove_reference_t<decltype(*state.ring)>;
-    const int n = state.tapsLen;
+    const int n = state.delayLen;
     for (int i = 0; i < n; ++i)
         state.ring[i] = dlyLine == nullptr ? Element{} : firElement<Element>(dlyLine[n - 1 - i]);
     state.index = 0;
@@ -202,8 +230,8 @@ void setFirPast(State& state, const Data* dlyLine) {
 template <class State, class Data>
 void getFirPast(const State& state, Data* dlyLine) {
     const auto* past = state.ring + state.index;
-    for (int i = 0; i < state.tapsLen; ++i)
-        dlyLine[i] = firElement<Data>(past[state.tapsLen - 1 - i]);
+    for (int i = 0; i < state.delayLen; ++i)
+        dlyLine[i] = firElement<Data>(past[state.delayLen - 1 - i]);
 }
 
 } // namespace zvps

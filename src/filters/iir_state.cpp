@@ -1,28 +1,13 @@
 #include "filters/iir_state.hpp"
 
+#include "filters/carver.hpp"
+
 #include <algorithm>
 #include <cmath>
 #include <type_traits>
 
 namespace zvps {
 namespace {
-
-// Hands out parts of a block.
-class Carver {
-  public:
-    explicit Carver(Zvp8u* begin) : begin_(begin) {}
-
-    template <class T>
-    T* take(int64_t count, size_t alignment = 16) {
-        begin_ += (0 - reinterpret_cast<uintptr_t>(begin_)) % alignment;
-        auto* const part = reinterpret_cast<T*>(begin_);
-        begin_ += count * static_cast<int64_t>(sizeof(T));
-        return part;
-    }
-
-  private:
-    Zvp8u* begin_;
-};
 
 template <class Element>
 inline constexpr bool kIsComplex = !std::is_same_v<Element, Part<Element>>;
