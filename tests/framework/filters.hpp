@@ -1,4 +1,4 @@
-// What the tests of FIR filters share: operands, guarded vectors, and what results may be.
+// What the tests of FIR filters and correlations share: operands, guarded vectors, and what results may be.
 #pragma once
 
 #include "framework/call.hpp"
@@ -69,18 +69,18 @@ bool sameBits(const std::vector<T>& a, const std::vector<T>& b) {
     return a.size() == b.size() && (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(T)) == 0);
 }
 
-// A vector that ends where a protected page begins.
+// A vector between protected pages, beside the one behind it or the one before.
 template <class T>
 class Guarded {
   public:
-    explicit Guarded(const std::vector<T>& contents) : n_(contents.size()) {
+    explicit Guarded(const std::vector<T>& contents, bool atEnd = true) : n_(contents.size()) {
         const size_t bytes = (n_ * sizeof(T) + kPage - 1) / kPage * kPage;
-        size_ = bytes + kPage;
-        void* block = mmap(nullptr, size_, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        size_ = bytes + 2 * kPage;
+        void* block = mmap(nullptr, size_, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
         if (block == MAP_FAILED) throw std::bad_alloc();
         block_ = static_cast<unsigned char*>(block);
-        if (mprotect(block_ + bytes, kPage, PROT_NONE) != 0) throw std::bad_alloc();
-        data_ = reinterpret_cast<T*>(block_ + bytes) - n_;
+        if (bytes > 0 && mprotect(block_ + kPage, bytes, PROT_READ | PROT_WRITE) != 0) throw std::bad_alloc();
+        data_ = reinterpret_cast<T*>(block_ + kPage + (atEnd ? bytes - n_ * sizeof(T) : 0));
         std::copy(contents.begin(), contents.end(), data_);
     }
     ~Guarded() { munmap(block_, size_); }
