@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <limits>
 
 namespace zvps {
 namespace {
@@ -31,7 +32,7 @@ Oscillation oscillation(double frequency, double phase) {
     const double upper = frequency * 0x1p64;
     const auto high = static_cast<uint64_t>(upper);
     const auto low = static_cast<uint64_t>((upper - static_cast<double>(high)) * 0x1p64);
-    return {static_cast<uint64_t>(phase / kTurn * 0x1p64L), {high, low}};
+    return {static_cast<uint64_t>(phase * (0x1p64L / kTurn)), {high, low}};
 }
 
 // A phase in radians as the type of the caller's holds it.
@@ -102,8 +103,11 @@ Triangle makeTriangle(double magnitude, double asymmetry, const Oscillation& wav
     const double peak = std::clamp(0.5 + asymmetry / kTwoPi, kResolution, 1.0);
     Triangle triangle;
     triangle.magnitude = magnitude;
-    triangle.up = 2 / peak;
-    triangle.down = 2 / std::max(0.5 - asymmetry / kTwoPi, kResolution);
+    // Lower by so little that no rounding takes the peak above the magnitude.
+    constexpr double kLower = 1 - 0x1p-51;
+    constexpr double kMost = std::numeric_limits<double>::max();
+    triangle.up = std::min(2 * kLower / peak * magnitude, kMost);
+    triangle.down = std::min(2 * kLower / std::max(0.5 - asymmetry / kTwoPi, kResolution) * magnitude, kMost);
     TurnsInteger phase = 0;
     for (size_t j = 0; j < kWaveBlock; j += parts) {
         const auto turns = static_cast<uint64_t>(phase >> 64);

@@ -22,8 +22,9 @@ HWY_INLINE void generate(T* dst, size_t n, uint64_t first, Wave& wave) {
     const Lanes<P, N> d;
     const auto store = [&](P* to) HWY_ATTR {
         repeat<kWaveBlock / N>([&](size_t i) HWY_ATTR {
-            const auto values = several<R>([&](size_t r) HWY_ATTR { return wave.values(i * R + r); });
-            hn::StoreU(elements<P, Wave::kValues, W>(values), d, to + i * N);
+            const auto several =
+                zvps::ZVPS_LEVEL::several<R>([&](size_t r) HWY_ATTR { return wave.values(i * R + r); });
+            hn::StoreU(elements<P, Wave::kValues, W>(several), d, to + i * N);
         });
     };
     const auto storeSome = [&](T* to, size_t begin, size_t count) HWY_ATTR {
@@ -49,46 +50,45 @@ HWY_INLINE void generate(T* dst, size_t n, uint64_t first, Wave& wave) {
 
 // ---- Tones ----
 
+// Phases of multiples up to a few hundred: the lower half of the frequency does not count.
 template <class T>
 void prepareTone(const Oscillation& oscillation, double magnitude, size_t samples, ToneTables<ToneValue<T>>* tables) {
     using W = ToneValue<T>;
     constexpr size_t kSamples = kBlockSamples<T>;
     constexpr bool kComplex = sizeof(T) != sizeof(Part<T>);
     const DoubleLanes d;
+    const Lanes<W, kDoubles> dw;
     const Lanes<uint64_t, kDoubles> bits;
-    const TurnsInteger frequency = integer(oscillation.frequency);
-    uint64_t phases[kSamples];
-    TurnsInteger phase = 0;
-    for (uint64_t& p : phases) {
-        p = static_cast<uint64_t>(phase >> 64);
-        phase += frequency;
-    }
+    const uint64_t frequency = oscillation.frequency.high;
+    uint64_t multiples[kDoubles];
+    for (size_t i = 0; i < kDoubles; ++i)
+        multiples[i] = i * frequency;
+    const auto first = hn::LoadU(bits, multiples);
     const size_t count = samples < kSamples ? samples : kSamples;
-    for (size_t j = 0; j < count; j += kDoubles) {
-        const auto rotation = rotations(d, hn::LoadU(bits, phases + j));
-        const auto c = hn::Mul(hn::Set(d, magnitude), rotation.cosine);
-        const auto s = hn::Mul(hn::Set(d, magnitude), rotation.sine);
-        double a[2 * kDoubles], b[2 * kDoubles];
-        if constexpr (kComplex) {
-            hn::StoreInterleaved2(c, s, d, a);
-            hn::StoreInterleaved2(hn::Neg(s), c, d, b);
+    const auto converted = [&](Doubles v) HWY_ATTR {
+        const auto scaled = hn::Mul(v, hn::Set(d, magnitude));
+        if constexpr (std::is_same_v<W, double>) {
+            return scaled;
         } else {
-            hn::StoreU(c, d, a);
-            hn::StoreU(hn::Neg(s), d, b);
+            return hn::DemoteTo(dw, scaled);
         }
-        constexpr size_t kParts = kComplex ? 2 : 1;
-        for (size_t i = 0; i < kParts * kDoubles; ++i) {
-            tables->a[kParts * j + i] = static_cast<W>(a[i]);
-            tables->b[kParts * j + i] = static_cast<W>(b[i]);
+    };
+    for (size_t j = 0; j < count; j += kDoubles) {
+        const auto rotation = rotations(d, hn::Add(first, hn::Set(bits, j * frequency)));
+        const auto c = converted(rotation.cosine);
+        const auto s = converted(rotation.sine);
+        if constexpr (kComplex) {
+            hn::StoreInterleaved2(c, s, dw, tables->a + 2 * j);
+            hn::StoreInterleaved2(hn::Neg(s), c, dw, tables->b + 2 * j);
+        } else {
+            hn::StoreU(c, dw, tables->a + j);
+            hn::StoreU(hn::Neg(s), dw, tables->b + j);
         }
     }
-    phase = 0;
-    for (uint64_t& p : tables->blocks) {
-        p = static_cast<uint64_t>(phase >> 64);
-        phase += frequency * kSamples;
-    }
+    for (size_t i = 0; i < kToneGroup; ++i)
+        tables->blocks[i] = i * kSamples * frequency;
     if (samples > kToneGroup * kSamples) {
-        const auto rotation = rotations(d, hn::Set(bits, static_cast<uint64_t>(phase >> 64)));
+        const auto rotation = rotations(d, hn::Set(bits, kToneGroup * kSamples * frequency));
         tables->rotation[0] = hn::GetLane(rotation.cosine);
         tables->rotation[1] = hn::GetLane(rotation.sine);
     }
@@ -108,7 +108,7 @@ class Tone {
             b_[i] = hn::LoadU(d_, tables.b + i * N);
         });
         // The groups that have begun before the first block.
-        const uint64_t begun = (block_ % (kToneGroup * kToneGroups) + kToneGroup - 1) / kToneGroup;
+        const uint64_t begun = (block_ % (kToneGroup * kGroups) + kToneGroup - 1) / kToneGroup;
         if (begun == 0) return;
         restart();
         for (uint64_t group = 1; group < begun; ++group)
@@ -119,7 +119,7 @@ class Tone {
     HWY_INLINE void next() {
         const size_t i = block_ % kToneGroup;
         if (HWY_UNLIKELY(i == 0)) {
-            if (block_ / kToneGroup % kToneGroups == 0) {
+            if (block_ / kToneGroup % kGroups == 0) {
                 restart();
             } else {
                 rotate();
@@ -133,12 +133,13 @@ class Tone {
     HWY_INLINE Vec<Value, N> values(size_t i) const { return hn::Add(hn::Mul(a_[i], cosine_), hn::Mul(b_[i], sine_)); }
 
   private:
+    static constexpr size_t kGroups = kToneGroups<Part<T>>;
     static constexpr size_t kVectors = kWaveBlock / N;
     static constexpr size_t kGroupVectors = kToneGroup / kDoubles;
     static constexpr Lanes<Value, N> d_{};
 
     HWY_INLINE void restart() {
-        constexpr size_t kPeriod = kToneGroup * kToneGroups;
+        constexpr size_t kPeriod = kToneGroup * kGroups;
         const Lanes<uint64_t, kDoubles> bits;
         const uint64_t phase = oscillation_.phaseAt(block_ / kPeriod * kPeriod * kBlockSamples<T>);
         repeat<kGroupVectors>([&](size_t i) HWY_ATTR {
@@ -205,13 +206,11 @@ class TriangleWave {
     }
     HWY_INLINE Doubles values(size_t i) const {
         const DoubleLanes d;
-        const auto one = hn::Set(d, 1.0);
         const auto sum = hn::Add(hn::Set(d, start_), hn::LoadU(d, triangle_.offsets + i * kDoubles));
         const auto p = hn::Sub(sum, hn::Floor(sum));
-        const auto rising = hn::Mul(p, hn::Set(d, triangle_.up));
-        const auto falling = hn::Mul(hn::Sub(one, p), hn::Set(d, triangle_.down));
-        const auto height = hn::Min(hn::Min(rising, falling), hn::Set(d, 2.0));
-        return hn::Mul(hn::Sub(height, one), hn::Set(d, triangle_.magnitude));
+        const auto down = hn::Set(d, triangle_.down);
+        const auto height = hn::Min(hn::Mul(p, hn::Set(d, triangle_.up)), hn::Sub(down, hn::Mul(p, down)));
+        return hn::Sub(height, hn::Set(d, triangle_.magnitude));
     }
 
   private:

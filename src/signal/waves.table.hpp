@@ -17,7 +17,8 @@ inline constexpr size_t kWaveBlock = 32;
 // The blocks of a tone start from rotations of which so many are computed side by side, ...
 inline constexpr size_t kToneGroup = 8;
 // ... each from the one as many blocks before, and anew after so many groups, lest rounding errors add up.
-inline constexpr size_t kToneGroups = 4;
+template <class Part>
+inline constexpr size_t kToneGroups = sizeof(Part) == 8 ? 4 : 16;
 
 // A phase or a frequency in turns, modulo 1, as a fraction of 128 bits.
 struct Turns {
@@ -64,7 +65,7 @@ struct ToneSlots {
     ZvpStatus (*run)(T* dst, size_t n, uint64_t first, const Oscillation& oscillation, const Tables& tables);
 };
 
-// With p the phase in turns, from 0 to 1: magnitude (min(up p, down (1 - p)) - 1).
+// With p the phase in turns, from 0 to 1: min(up p, down (1 - p)) - magnitude.
 struct Triangle {
     double magnitude;
     double up;
