@@ -26,7 +26,7 @@ struct Family {
     using Kept = K; // as they are kept
     using Data = D;
     const char* name;
-    int tag; // the two digits
+    int tag;      // the two digits
     bool isFixed; // a scale comes with the taps
     ZvpStatus (*size)(int, int, int, int*);
     ZvpStatus (*init)(State**, const S*, int, Rates, const D*, Zvp8u*);
@@ -105,7 +105,7 @@ struct Family {
             [](Zvp##DATA src, Zvp##DATA* dst, State* s, [[maybe_unused]] int scale) {                                  \
                 return NAME_##SCALE(zvpsFIROne##PREFIX##_##DATA)(src, dst, STATE(PREFIX, DATA) ARGUMENT_##SCALE);      \
             },                                                                                                         \
-            DIRECT(PREFIX, DATA, SOURCE, FACTOR, SCALE)                                                                \
+            DIRECT(PREFIX, DATA, SOURCE, FACTOR, SCALE)       \
     }
 
 template <class Action>
@@ -164,7 +164,8 @@ void expectOutputs(const std::vector<K>& taps, int shift, Rates r, const std::ve
 // A scale factor that keeps most results within the type's range.
 template <class F>
 int usualScale(const F& family) {
-    if (!std::is_integral_v<PartOfType<typename F::Data>> || !std::is_integral_v<PartOfType<typename F::Taps>>) return 0;
+    if (!std::is_integral_v<PartOfType<typename F::Data>> || !std::is_integral_v<PartOfType<typename F::Taps>>)
+        return 0;
     return family.isFixed ? 33 + kTapsFactor : 17;
 }
 
@@ -232,10 +233,11 @@ struct Filter {
 };
 
 // Sums by lanes of both kinds and of both together, and outputs one by one; all with every kind of phase.
-constexpr Rates kRates[] = {{1, 0, 2, 1},  {2, 1, 1, 0},  {1, 0, 3, 0},   {3, 2, 1, 0},  {1, 0, 4, 3},    {4, 0, 1, 0},
-                            {1, 0, 5, 2},  {1, 0, 6, 5},  {7, 3, 1, 0},   {1, 0, 7, 6},  {8, 7, 1, 0},    {1, 0, 8, 1},
-                            {3, 1, 2, 0},  {2, 1, 3, 2},  {4, 3, 6, 5},   {5, 4, 3, 0},  {2, 0, 7, 6},    {6, 5, 4, 0},
-                            {1, 0, 12, 3}, {1, 0, 16, 0}, {1, 0, 40, 39}, {21, 4, 1, 0}, {16, 15, 15, 3}, {160, 9, 147, 146}};
+constexpr Rates kRates[] = {{1, 0, 2, 1},   {2, 1, 1, 0},  {1, 0, 3, 0},    {3, 2, 1, 0},      {1, 0, 4, 3},
+                            {4, 0, 1, 0},   {1, 0, 5, 2},  {1, 0, 6, 5},    {7, 3, 1, 0},      {1, 0, 7, 6},
+                            {8, 7, 1, 0},   {1, 0, 8, 1},  {3, 1, 2, 0},    {2, 1, 3, 2},      {4, 3, 6, 5},
+                            {5, 4, 3, 0},   {2, 0, 7, 6},  {6, 5, 4, 0},    {1, 0, 12, 3},     {1, 0, 16, 0},
+                            {1, 0, 40, 39}, {21, 4, 1, 0}, {16, 15, 15, 3}, {160, 9, 147, 146}};
 
 TEST(FirMultirate, OutputsAreThoseOfTheUpsampledSignal) {
     forEachFamily([](const auto& family) {
@@ -338,8 +340,8 @@ TEST(FirMultirate, WhatIsNotFiniteStaysInItsPlace) {
                 const auto y = clean.run(x, {}, 0);
                 const auto z = other.run(bad, {}, 0);
                 for (size_t m = 0; m < y.size(); ++m) {
-                    const int64_t k = r.downPhase + static_cast<int64_t>(m) * r.down -
-                                      static_cast<int64_t>(at) * r.up - r.upPhase;
+                    const int64_t k =
+                        r.downPhase + static_cast<int64_t>(m) * r.down - static_cast<int64_t>(at) * r.up - r.upPhase;
                     const bool isReached = k >= 0 && k < static_cast<int64_t>(tapsLen);
                     ASSERT_TRUE(isReached ? std::isnan(z[m]) : y[m] == z[m]) << clean.where() << ", output " << m;
                 }
@@ -361,8 +363,8 @@ TEST(FirMultirate, IntegerSumsAreExact) {
         for (const int scale : {0, 1, 15, 16, 31, 32, 40, 63, 64, INT_MAX, -1, -16, INT_MIN}) {
             Filter filter(family, taps, r, past);
             const auto y = filter.run(x, {}, scale);
-            ASSERT_NO_FATAL_FAILURE(
-                expectOutputs(taps, std::clamp(scale, -100, 100), r, past, x, y, filter.where() + std::to_string(scale)));
+            ASSERT_NO_FATAL_FAILURE(expectOutputs(taps, std::clamp(scale, -100, 100), r, past, x, y,
+                                                  filter.where() + std::to_string(scale)));
         }
     }
     // 2^53 + 2^38 + 1: without the one, half of the last place, to even.
@@ -395,7 +397,8 @@ TEST(FirMultirate, TapsAndDelayLines) {
             const auto taps = randomVector<typename F::Taps>(70, random);
             const auto past = randomVector<D>(pastOf(70, r), random);
             const auto x = randomVector<D>(static_cast<size_t>(r.down) * 20, random);
-            Filter<F> expected(family, taps, r, past), filter(family, randomVector<typename F::Taps>(70, random), r, past);
+            Filter<F> expected(family, taps, r, past),
+                filter(family, randomVector<typename F::Taps>(70, random), r, past);
             uint32_t tag;
             std::memcpy(&tag, filter.state, sizeof(tag));
             EXPECT_EQ(tag, 0x46493030U + static_cast<uint32_t>(family.tag / 10 * 256 + family.tag % 10)) << family.name;
@@ -489,9 +492,7 @@ TEST(FirMultirate, RefusedMemoryLeavesNothingBehind) {
                 auto line = past;
                 y = x;
                 ASSERT_EQ(family.setPast(filter.state, past.data()), 0);
-                tryRun([&] {
-                    return family.directInPlace(y.data(), 3000, taps.data(), kTaps, r, line.data(), 0);
-                });
+                tryRun([&] { return family.directInPlace(y.data(), 3000, taps.data(), kTaps, r, line.data(), 0); });
                 EXPECT_EQ(allocations, 3) << family.name;
             }
         }
