@@ -162,6 +162,7 @@ void registerArithmetic();
 void registerConversion();
 void registerFft();
 void registerFir();
+void registerMultirateFir();
 void registerIir();
 void registerInitialisation();
 void registerStatistics();

@@ -39,6 +39,7 @@ int main(int argc, char** argv) {
     bench::registerConversion();
     bench::registerFft();
     bench::registerFir();
+    bench::registerMultirateFir();
     bench::registerIir();
     bench::registerInitialisation();
     bench::registerStatistics();
