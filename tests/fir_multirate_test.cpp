@@ -11,101 +11,63 @@ namespace {
 
 // ---- Types and their functions ----
 
-constexpr int kTapsFactor = -5;
-
-struct State;
-
 struct Rates {
     int up, upPhase, down, downPhase;
 };
 #define RATES r.up, r.upPhase, r.down, r.downPhase
 
-template <class S, class K, class D>
+template <class S, class H, class K, class D>
 struct Family {
-    using Taps = S; // as the caller gives them
+    using State = S;
+    using Taps = H; // as the caller gives them
     using Kept = K; // as they are kept
     using Data = D;
     const char* name;
     int tag;      // the two digits
     bool isFixed; // a scale comes with the taps
     ZvpStatus (*size)(int, int, int, int*);
-    ZvpStatus (*init)(State**, const S*, int, Rates, const D*, Zvp8u*);
-    ZvpStatus (*initAlloc)(State**, const S*, int, Rates, const D*);
-    ZvpStatus (*free)(State*);
-    ZvpStatus (*getKept)(const State*, K*, int* scale);
-    ZvpStatus (*setTaps)(const S*, State*);
-    ZvpStatus (*getPast)(const State*, D*);
-    ZvpStatus (*setPast)(State*, const D*);
-    ZvpStatus (*run)(const D*, D*, int, State*, int);
-    ZvpStatus (*runInPlace)(D*, int, State*, int);
-    ZvpStatus (*one)(D, D*, State*, int);
-    ZvpStatus (*direct)(const D*, D*, int, const S*, int, Rates, D*, int);
-    ZvpStatus (*directInPlace)(D*, int, const S*, int, Rates, D*, int);
+    ZvpStatus (*init)(S**, const H*, int, Rates, const D*, Zvp8u*);
+    ZvpStatus (*initAlloc)(S**, const H*, int, Rates, const D*);
+    ZvpStatus (*free)(S*);
+    ZvpStatus (*getKept)(const S*, K*, int* scale);
+    ZvpStatus (*setTaps)(const H*, S*);
+    ZvpStatus (*getPast)(const S*, D*);
+    ZvpStatus (*setPast)(S*, const D*);
+    ZvpStatus (*run)(const D*, D*, int, S*, int scale);
+    ZvpStatus (*runInPlace)(D*, int, S*, int scale);
+    ZvpStatus (*one)(D, D*, S*, int scale);
+    ZvpStatus (*direct)(const D*, D*, int, const H*, int, Rates, D*, int scale);
+    ZvpStatus (*directInPlace)(D*, int, const H*, int, Rates, D*, int scale);
 };
 
-#define STATE(PREFIX, DATA) reinterpret_cast<ZvpsFIRState##PREFIX##_##DATA*>(s)
-#define CONST_STATE(PREFIX, DATA) reinterpret_cast<const ZvpsFIRState##PREFIX##_##DATA*>(s)
-#define STATES(PREFIX, DATA) reinterpret_cast<ZvpsFIRState##PREFIX##_##DATA**>(s)
-// What families do not share, by FACTOR (NONE, FACTOR or FLOAT) and SCALE (PLAIN or SCALED).
-#define SET_NONE
-#define SET_FACTOR , kTapsFactor
-#define SET_FLOAT
-#define GET_NONE
-#define GET_FACTOR , scale
-#define GET_FLOAT , scale
-#define ARGUMENT_PLAIN
-#define ARGUMENT_SCALED , scale
-#define NAME_PLAIN(NAME) NAME
-#define NAME_SCALED(NAME) NAME##_Sfs
-#define IN_PLACE_PLAIN(NAME) NAME##_I
-#define IN_PLACE_SCALED(NAME) NAME##_ISfs
-#define DIRECT(PREFIX, DATA, SOURCE, FACTOR, SCALE)                                                                    \
-    [](const Zvp##DATA* src, Zvp##DATA* dst, int n, const Zvp##SOURCE* taps, int len, Rates r, Zvp##DATA* past,        \
-       [[maybe_unused]] int scale) {                                                                                   \
-        return NAME_##SCALE(zvpsFIRMR##PREFIX##_Direct_##DATA)(src, dst, n, taps, len SET_##FACTOR, RATES,             \
-                                                               past ARGUMENT_##SCALE);                                 \
+#define GIVEN_NONE
+#define GIVEN_FACTOR , kTapsFactor
+#define GIVEN_FLOAT
+#define DIRECT_OF(BLOCK, BLOCK_I, FACTOR, SCALE)                                                                       \
+    [](const auto* src, auto* dst, int n, const auto* taps, int len, Rates r, auto* past, int scale) {                 \
+        return (void)scale, BLOCK(src, dst, n, taps, len GIVEN_##FACTOR, RATES, past SCALE);                           \
     },                                                                                                                 \
-        [](Zvp##DATA* srcDst, int n, const Zvp##SOURCE* taps, int len, Rates r, Zvp##DATA* past,                       \
-           [[maybe_unused]] int scale) {                                                                               \
-            return IN_PLACE_##SCALE(zvpsFIRMR##PREFIX##_Direct_##DATA)(srcDst, n, taps, len SET_##FACTOR, RATES,       \
-                                                                       past ARGUMENT_##SCALE);                         \
+        [](auto* srcDst, int n, const auto* taps, int len, Rates r, auto* past, int scale) {                           \
+            return (void)scale, BLOCK_I(srcDst, n, taps, len GIVEN_##FACTOR, RATES, past SCALE);                       \
         }
-#define NO_DIRECT(PREFIX, DATA, SOURCE, FACTOR, SCALE) nullptr, nullptr
+#define SCALE , scale
+#define DIRECT_PLAIN(NAME, FACTOR) DIRECT_OF(NAME, NAME##_I, FACTOR, )
+#define DIRECT_SCALED(NAME, FACTOR) DIRECT_OF(NAME##_Sfs, NAME##_ISfs, FACTOR, SCALE)
+#define DIRECT(PREFIX, DATA, FACTOR, KIND) DIRECT_##KIND(zvpsFIRMR##PREFIX##_Direct_##DATA, FACTOR)
+#define NO_DIRECT(PREFIX, DATA, FACTOR, KIND) nullptr, nullptr
 // END: of the names of functions that take taps of SOURCE.
-#define FAMILY(PREFIX, DATA, END, KEPT, SOURCE, tag, FACTOR, SCALE, DIRECT)                                            \
-    Family<Zvp##SOURCE, Zvp##KEPT, Zvp##DATA> {                                                                        \
+#define FAMILY(PREFIX, DATA, END, KEPT, SOURCE, tag, FACTOR, KIND, DIRECT)                                             \
+    Family<ZvpsFIRState##PREFIX##_##DATA, Zvp##SOURCE, Zvp##KEPT, Zvp##DATA> {                                         \
 #PREFIX "_" #DATA #END, tag, #FACTOR[0] == 'F', zvpsFIRMRGetStateSize##PREFIX##_##DATA##END,                   \
-            [](State** s, const Zvp##SOURCE* taps, int len, Rates r, const Zvp##DATA* past, Zvp8u* buffer) {           \
-                return zvpsFIRMRInit##PREFIX##_##DATA##END(STATES(PREFIX, DATA), taps, len SET_##FACTOR, RATES, past,  \
-                                                           buffer);                                                    \
+            [](auto** s, const auto* taps, int len, Rates r, const auto* past, Zvp8u* buffer) {                        \
+                return zvpsFIRMRInit##PREFIX##_##DATA##END(s, taps, len GIVEN_##FACTOR, RATES, past, buffer);          \
             },                                                                                                         \
-            [](State** s, const Zvp##SOURCE* taps, int len, Rates r, const Zvp##DATA* past) {                          \
-                return zvpsFIRMRInitAlloc##PREFIX##_##DATA##END(STATES(PREFIX, DATA), taps, len SET_##FACTOR, RATES,   \
-                                                                past);                                                 \
+            [](auto** s, const auto* taps, int len, Rates r, const auto* past) {                                       \
+                return zvpsFIRMRInitAlloc##PREFIX##_##DATA##END(s, taps, len GIVEN_##FACTOR, RATES, past);             \
             },                                                                                                         \
-            [](State* s) { return zvpsFIRFree##PREFIX##_##DATA(STATE(PREFIX, DATA)); },                                \
-            [](const State* s, Zvp##KEPT* taps, [[maybe_unused]] int* scale) {                                         \
-                return zvpsFIRGetTaps##PREFIX##_##DATA(CONST_STATE(PREFIX, DATA), taps GET_##FACTOR);                  \
-            },                                                                                                         \
-            [](const Zvp##SOURCE* taps, State* s) {                                                                    \
-                return zvpsFIRSetTaps##PREFIX##_##DATA##END(taps, STATE(PREFIX, DATA) SET_##FACTOR);                   \
-            },                                                                                                         \
-            [](const State* s, Zvp##DATA* past) {                                                                      \
-                return zvpsFIRGetDlyLine##PREFIX##_##DATA(CONST_STATE(PREFIX, DATA), past);                            \
-            },                                                                                                         \
-            [](State* s, const Zvp##DATA* past) {                                                                      \
-                return zvpsFIRSetDlyLine##PREFIX##_##DATA(STATE(PREFIX, DATA), past);                                  \
-            },                                                                                                         \
-            [](const Zvp##DATA* src, Zvp##DATA* dst, int n, State* s, [[maybe_unused]] int scale) {                    \
-                return NAME_##SCALE(zvpsFIR##PREFIX##_##DATA)(src, dst, n, STATE(PREFIX, DATA) ARGUMENT_##SCALE);      \
-            },                                                                                                         \
-            [](Zvp##DATA* srcDst, int n, State* s, [[maybe_unused]] int scale) {                                       \
-                return IN_PLACE_##SCALE(zvpsFIR##PREFIX##_##DATA)(srcDst, n, STATE(PREFIX, DATA) ARGUMENT_##SCALE);    \
-            },                                                                                                         \
-            [](Zvp##DATA src, Zvp##DATA* dst, State* s, [[maybe_unused]] int scale) {                                  \
-                return NAME_##SCALE(zvpsFIROne##PREFIX##_##DATA)(src, dst, STATE(PREFIX, DATA) ARGUMENT_##SCALE);      \
-            },                                                                                                         \
-            DIRECT(PREFIX, DATA, SOURCE, FACTOR, SCALE)       \
+            zvpsFIRFree##PREFIX##_##DATA, ZVPS_TEST_FIR_TAPS_##FACTOR(PREFIX##_##DATA, END),                           \
+            ZVPS_TEST_FIR_PAST(PREFIX##_##DATA), ZVPS_TEST_FIR_RUN_##KIND(PREFIX##_##DATA),                            \
+            DIRECT(PREFIX, DATA, FACTOR, KIND)       \
     }
 
 template <class Action>
@@ -183,7 +145,7 @@ struct Filter {
     Rates r;
     std::vector<typename F::Taps> taps;
     std::vector<typename F::Data> past;
-    State* state = nullptr;
+    typename F::State* state = nullptr;
 
     Filter(const F& f, std::vector<typename F::Taps> h, Rates rates, std::vector<typename F::Data> line)
         : family(f), r(rates), taps(std::move(h)), past(std::move(line)) {
@@ -438,7 +400,7 @@ TEST(FirMultirate, StatesWorkInTheirSizeAtAnyAddress) {
                     std::vector<Zvp8u> memory(bytes + 192, 0xa5);
                     Zvp8u* const begin =
                         memory.data() + (64 - reinterpret_cast<uintptr_t>(memory.data()) % 64) + offset;
-                    State* state = nullptr;
+                    typename F::State* state = nullptr;
                     ASSERT_EQ(family.init(&state, taps.data(), tapsLen, r, nullptr, begin), 0);
                     std::vector<D> z(y.size());
                     ASSERT_EQ(family.run(x.data(), z.data(), 60, state, 0), 0);
@@ -465,7 +427,7 @@ TEST(FirMultirate, RefusedMemoryLeavesNothingBehind) {
         const auto taps = randomVector<typename F::Taps>(kTaps, random);
         const auto past = randomVector<D>(pastOf(kTaps, r), random);
         const int before = blocksInUse;
-        State* state = nullptr;
+        typename F::State* state = nullptr;
         refuseAfter = 0;
         EXPECT_EQ(family.initAlloc(&state, taps.data(), kTaps, r, nullptr), zvpStsNoMemory);
         EXPECT_EQ(state, nullptr);
@@ -581,7 +543,7 @@ TEST(FirMultirate, ArgumentsAreCheckedInOrder) {
                      {8, {2, 2, 0, 0}, zvpStsBadMrFactor},  {8, {2, 2, 1, 0}, zvpStsBadMrPhase},
                      {8, {2, -1, 1, 0}, zvpStsBadMrPhase},  {8, {2, 1, 3, 3}, zvpStsBadMrPhase},
                      {8, {1, 0, 3, -1}, zvpStsBadMrPhase}};
-        State* state = nullptr;
+        typename F::State* state = nullptr;
         for (const auto& c : cases) {
             int size = -1;
             EXPECT_EQ(family.size(c.tapsLen, c.r.up, c.r.down, nullptr), zvpStsNullPtr);

@@ -87,8 +87,8 @@ class LaneRun {
     void run(T* memory, int64_t begin, int64_t end, Data* dst) const {
         const int64_t most = vectorsOf(std::min(end - begin, block_));
         T* const sums = memory + windowLength(most);
-        for (int64_t i = begin; i < end; i += block_) {
-            const int64_t units = std::min(block_, end - i);
+        for (int64_t i = begin, units; i < end; i += units) {
+            units = piece(i, end);
             const int64_t first = oldest_ + i * shape_.inputs;
             const T* const src = inputs_.window(first, first + reach(vectorsOf(units)), memory);
             Data* const to = dst + i * shape_.outputs;
@@ -105,6 +105,17 @@ class LaneRun {
     static constexpr int64_t kLanes = MultirateLanes<T>::kLanes;
     static constexpr bool kStraight = std::is_same_v<T, Data>;
 
+    // How many units to compute at once from unit i on, so that few inputs must be copied: those beside the past, and
+    // those before the end.
+    int64_t piece(int64_t i, int64_t end) const {
+        const int64_t most = std::min(block_, end - i);
+        if (!kStraight) return most;
+        const int64_t first = oldest_ + i * shape_.inputs;
+        const int64_t vectors = first < 0 ? -first / (shape_.inputs * shape_.groups) + 1
+                                          : (inputs_.count - first - reach(0)) / (shape_.inputs * shape_.groups);
+        const int64_t units = vectors * shape_.groups;
+        return vectors < 1 || units > most || (first < 0 ? units : most - units) > most / 2 ? most : units;
+    }
     int64_t vectorsOf(int64_t units) const { return (units + shape_.groups - 1) / shape_.groups; }
     // The inputs for so many vectors: more than the last lane of all chunks may be loaded with.
     int64_t reach(int64_t vectors) const {
