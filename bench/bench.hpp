@@ -166,6 +166,7 @@ void registerDft();
 void registerFft();
 void registerFir();
 void registerGenerators();
+void registerMultirateFir();
 void registerIir();
 void registerInitialisation();
 void registerStatistics();

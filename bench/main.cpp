@@ -43,6 +43,7 @@ int main(int argc, char** argv) {
     bench::registerFft();
     bench::registerFir();
     bench::registerGenerators();
+    bench::registerMultirateFir();
     bench::registerIir();
     bench::registerInitialisation();
     bench::registerStatistics();

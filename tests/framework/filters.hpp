@@ -152,4 +152,23 @@ testing::AssertionResult isResult(const D& actual, const Sum& sum, long double e
     return testing::AssertionSuccess();
 }
 
+// ---- Functions ----
+
+constexpr int kTapsFactor = -5;
+
 } // namespace zvps::test
+
+// The functions of a kind of states, all called alike. FACTOR: of NONE, taps as they are; of FACTOR, taps that come
+// with kTapsFactor and go with the scale in use. SCALED functions take a scale factor, PLAIN ones are given one in
+// vain.
+#define ZVPS_TEST_FIR_TAPS_NONE(NAME, END)                                                                             \
+    [](const auto* s, auto* taps, int*) { return zvpsFIRGetTaps##NAME(s, taps); }, zvpsFIRSetTaps##NAME##END
+#define ZVPS_TEST_FIR_TAPS_FACTOR(NAME, END)                                                                           \
+    zvpsFIRGetTaps##NAME, [](const auto* taps, auto* s) { return zvpsFIRSetTaps##NAME(taps, s, kTapsFactor); }
+#define ZVPS_TEST_FIR_TAPS_FLOAT(NAME, END) zvpsFIRGetTaps##NAME, zvpsFIRSetTaps##NAME##END
+#define ZVPS_TEST_FIR_PAST(NAME) zvpsFIRGetDlyLine##NAME, zvpsFIRSetDlyLine##NAME
+#define ZVPS_TEST_FIR_RUN_SCALED(NAME) zvpsFIR##NAME##_Sfs, zvpsFIR##NAME##_ISfs, zvpsFIROne##NAME##_Sfs
+#define ZVPS_TEST_FIR_RUN_PLAIN(NAME)                                                                                  \
+    [](const auto* src, auto* dst, int n, auto* s, int) { return zvpsFIR##NAME(src, dst, n, s); },                     \
+        [](auto* srcDst, int n, auto* s, int) { return zvpsFIR##NAME##_I(srcDst, n, s); },                             \
+        [](auto src, auto* dst, auto* s, int) { return zvpsFIROne##NAME(src, dst, s); }
