@@ -51,7 +51,7 @@ HWY_INLINE InterleavedLoader<T, kInverse> loaderFrom(const InterleavedLoader<T, 
 }
 template <class T>
 HWY_INLINE SplitStorer<T> storerFrom(const SplitStorer<T>& storer, size_t i) {
-    return storer.from(i);
+    return {storer.re + i, storer.im + i};
 }
 template <class T, bool kInverse>
 HWY_INLINE InterleavedStorer<T, kInverse> storerFrom(const InterleavedStorer<T, kInverse>& storer, size_t i) {
