@@ -80,7 +80,7 @@ ZvpStatus zvpsRandGauss_Direct_64f(Zvp64f* pDst, int len, Zvp64f mean, Zvp64f st
 /* Tones: magn cos(2 pi rFreq n + phase) for n = 0, 1, ... rFreq is in cycles a sample, the phase in radians; the Q15
    forms take both times 32768. magn must be positive (zvpStsBadToneMagn), rFreq in [0, 0.5), in Q15 0 to 16383
    (zvpStsBadToneFreq), the phase in [0, 2 pi), in Q15 0 to 205886 (zvpStsBadTonePhase). Rounding errors do not grow with
-   n: they stay below 2.4e-7 magn in single precision, and elsewhere below 1e-15 magn before the result is rounded. */
+   n: they stay below 2.4e-7 magn in single precision, 1e-15 magn in double and, before rounding to integers, 1e-14 magn. */
 ZvpStatus zvpsToneInitQ15_16s(ZvpsToneState_16s* pState, Zvp16s magn, int rFreqQ15, int phaseQ15);
 ZvpStatus zvpsToneInitAllocQ15_16s(ZvpsToneState_16s** ppState, Zvp16s magn, int rFreqQ15, int phaseQ15);
 ZvpStatus zvpsToneGetStateSizeQ15_16s(int* pSize);

@@ -17,7 +17,8 @@ class Numbers {
         : v_(hn::Add(hn::Set(d_, static_cast<Count>(first)), hn::Iota(d_, Count{0}))) {}
 
     HWY_INLINE Vec<W, N> at(size_t vector) const {
-        const auto count = hn::Add(v_, hn::Set(d_, static_cast<Count>(vector * N)));
+        // Of floating-point numbers 0 is not added for nothing.
+        const auto count = vector == 0 ? v_ : hn::Add(v_, hn::Set(d_, static_cast<Count>(vector * N)));
         if constexpr (std::is_same_v<W, Count>) {
             return count;
         } else {
@@ -52,13 +53,15 @@ HWY_INLINE void compute(T* dst, size_t n, const Function& function) {
     storeVectors<false>(step(Numbers<W>(0)), d, dst);
     Numbers<W> numbers(i);
     for (; i + kStep <= n; i += kStep) {
-        storeVectors<(sizeof(T) >= 4)>(step(numbers), d, dst + i);
+        storeVectors<false>(step(numbers), d, dst + i);
         numbers.advance(kStep);
     }
     if (i < n) storeVectors<false>(step(Numbers<W>(n - kStep)), d, dst + (n - kStep));
 }
 
 // ---- Lines ----
+
+using FloatVector = Vec<float, kLanes32>;
 
 template <class W>
 struct Line {
@@ -72,24 +75,25 @@ struct Line {
     }
 };
 
-// The nearest integers, ties up. Exact: a fraction computed as 1 belongs to a number just below an integer, which 1
-// more than its floor is.
-template <class V>
-HWY_INLINE V roundedUp(V v) {
-    const hn::DFromV<V> d;
-    using W = hn::TFromD<decltype(d)>;
-    const V floor = hn::Floor(v);
-    const auto isUp = hn::Ge(hn::Sub(v, floor), hn::Set(d, W{0.5}));
-    return hn::Add(floor, hn::IfThenElseZero(isUp, hn::Set(d, W{1})));
+// The nearest integers, ties up.
+HWY_INLINE FloatVector roundedUp(FloatVector v) {
+#if HWY_TARGET <= HWY_AVX3
+    // Rounded down, the sum reaches no integer that the exact one does not.
+    return hn::Floor(
+        FloatVector{_mm512_add_round_ps(v.raw, _mm512_set1_ps(0.5F), _MM_FROUND_TO_NEG_INF | _MM_FROUND_NO_EXC)});
+#else
+    // Exact: a fraction computed as 1 belongs to a number just below an integer, which 1 more than its floor is.
+    const Lanes<float, kLanes32> d;
+    const auto floor = hn::Floor(v);
+    const auto isUp = hn::Ge(hn::Sub(v, floor), hn::Set(d, 0.5F));
+    return hn::Add(floor, hn::IfThenElseZero(isUp, hn::Set(d, 1.0F)));
+#endif
 }
 
 struct RoundedLine {
     Line<float> line;
 
-    template <class V>
-    HWY_INLINE V operator()(V number) const {
-        return roundedUp(line(number));
-    }
+    HWY_INLINE FloatVector operator()(FloatVector number) const { return roundedUp(line(number)); }
 };
 
 // Lines do not turn back: where both ends are numbers that convert to integers of 32 bits, or to elements that are not

@@ -20,23 +20,19 @@ HWY_INLINE void generate(T* dst, size_t n, uint64_t first, Wave& wave) {
     constexpr size_t R = kValueVectors<P, W>;
     constexpr size_t kSamples = kBlockSamples<T>;
     const Lanes<P, N> d;
-    const auto store = [&](P* to) HWY_ATTR {
-        repeat<kWaveBlock / N>([&](size_t i) HWY_ATTR {
-            const auto several =
-                zvps::ZVPS_LEVEL::several<R>([&](size_t r) HWY_ATTR { return wave.values(i * R + r); });
-            hn::StoreU(elements<P, Wave::kValues, W>(several), d, to + i * N);
-        });
+    const auto vector = [&](size_t v) HWY_ATTR {
+        return elements<P, Wave::kValues, W>(several<R>([&](size_t r) HWY_ATTR { return wave.values(v * R + r); }));
     };
-    const auto storeSome = [&](T* to, size_t begin, size_t count) HWY_ATTR {
-        P block[kWaveBlock];
-        store(block);
-        __builtin_memcpy(to, reinterpret_cast<const T*>(block) + begin, count * sizeof(T));
+    const auto store = [&](P* to) HWY_ATTR {
+        repeat<kWaveBlock / N>([&](size_t v) HWY_ATTR { hn::StoreU(vector(v), d, to + v * N); });
     };
     size_t i = 0;
     if (const size_t begin = first % kSamples; begin != 0) {
         i = n < kSamples - begin ? n : kSamples - begin;
+        P block[kWaveBlock];
         wave.next();
-        storeSome(dst, begin, i);
+        store(block);
+        __builtin_memcpy(dst, reinterpret_cast<const T*>(block) + begin, i * sizeof(T));
     }
     for (; n - i >= kSamples; i += kSamples) {
         wave.next();
@@ -44,7 +40,15 @@ HWY_INLINE void generate(T* dst, size_t n, uint64_t first, Wave& wave) {
     }
     if (i < n) {
         wave.next();
-        storeSome(dst + i, 0, n - i);
+        P* const to = parts(dst + i);
+        const size_t left = (n - i) * (sizeof(T) / sizeof(P));
+        repeat<kWaveBlock / N>([&](size_t v) HWY_ATTR {
+            if (v * N + N <= left) {
+                hn::StoreU(vector(v), d, to + v * N);
+            } else if (v * N < left) {
+                storeFirst(d, vector(v), to + v * N, left - v * N);
+            }
+        });
     }
 }
 
@@ -64,7 +68,9 @@ void prepareTone(const Oscillation& oscillation, double magnitude, size_t sample
     for (size_t i = 0; i < kDoubles; ++i)
         multiples[i] = i * frequency;
     const auto first = hn::LoadU(bits, multiples);
-    const size_t count = samples < kSamples ? samples : kSamples;
+    // Whole vectors of elements.
+    constexpr size_t kUnit = kVectorBytes / sizeof(T) < kSamples ? kVectorBytes / sizeof(T) : kSamples;
+    const size_t count = samples < kSamples ? (samples + kUnit - 1) / kUnit * kUnit : kSamples;
     const auto converted = [&](Doubles v) HWY_ATTR {
         const auto scaled = hn::Mul(v, hn::Set(d, magnitude));
         if constexpr (std::is_same_v<W, double>) {
@@ -201,13 +207,16 @@ class TriangleWave {
           phase_((TurnsInteger{oscillation.phase} << 64) + step_ * (first / samples)) {}
 
     HWY_INLINE void next() {
-        start_ = static_cast<double>(static_cast<int64_t>(static_cast<uint64_t>(phase_ >> 64) >> 1)) * 0x1p-63;
+        start_ = static_cast<uint64_t>(phase_ >> 64);
         phase_ += step_;
     }
     HWY_INLINE Doubles values(size_t i) const {
         const DoubleLanes d;
-        const auto sum = hn::Add(hn::Set(d, start_), hn::LoadU(d, triangle_.offsets + i * kDoubles));
-        const auto p = hn::Sub(sum, hn::Floor(sum));
+        const Lanes<uint64_t, kDoubles> bits;
+        const auto one = hn::Set(d, 1.0);
+        // The upper bits of the phase as those of a number from 1 to 2.
+        const auto turns = hn::Add(hn::Set(bits, start_), hn::LoadU(bits, triangle_.offsets + i * kDoubles));
+        const auto p = hn::Sub(hn::Or(hn::BitCast(d, hn::ShiftRight<12>(turns)), one), one);
         const auto down = hn::Set(d, triangle_.down);
         const auto height = hn::Min(hn::Mul(p, hn::Set(d, triangle_.up)), hn::Sub(down, hn::Mul(p, down)));
         return hn::Sub(height, hn::Set(d, triangle_.magnitude));
@@ -217,7 +226,7 @@ class TriangleWave {
     const Triangle& triangle_;
     TurnsInteger step_;
     TurnsInteger phase_; // of the next block
-    double start_ = 0;
+    uint64_t start_ = 0;
 };
 
 template <class T>

@@ -70,7 +70,7 @@ struct Triangle {
     double magnitude;
     double up;
     double down;
-    double offsets[kWaveBlock]; // phases of a block's parts, in turns
+    uint64_t offsets[kWaveBlock]; // phases of a block's parts, with half a unit of a phase in double precision
 };
 
 template <class T>
