@@ -308,8 +308,7 @@ HWY_INLINE auto loadBins(Spectrum<const T> src, size_t columns, size_t k2, size_
             lower = hn::LoadU(d, src.pair(k));
             upper = hn::LoadU(d, src.pair(k) + L);
         }
-        return ComplexVec<T, L>{pickLanes<PartOfPairs<1>>(d, lower, upper),
-                                pickLanes<PartOfPairs<0>>(d, lower, upper)};
+        return ComplexVec<T, L>{pickLanes<PartOfPairs<1>>(d, lower, upper), pickLanes<PartOfPairs<0>>(d, lower, upper)};
     } else {
         const T* const p = src.pair(kRows * (columns - k2) - (group + 1) * L);
         const V lower = hn::LoadU(d, p);
@@ -447,7 +446,8 @@ HWY_INLINE void forGroups(Step step) {
     }
 }
 
-// What two passes, for up to 16 columns, keep between them. All columns at once keep the values of the ends in the rows.
+// What two passes, for up to 16 columns, keep between them. All columns at once keep the values of the ends in the
+// rows.
 template <size_t kRows, size_t kColumns, class T>
 struct ShortRealRows {
     using Row = RowLanes<T, kRows>;
@@ -536,8 +536,25 @@ HWY_INLINE void shortInverseRealFft(const Spectrum<const T>& src, T* dst, T fact
 
 // ---- Long transforms ----
 
-// A transform of 2^order values, from the first order without a fixed routine to kMostRealOrder. `work` has room for all
-// values, `halves` for those of two rows; two passes need neither. The spectrum is described where it is used: its
+// The plan and the places of the tables of an order: a transform of a microsecond has no time to find them.
+template <class T>
+struct LongRealFft {
+    RealFftPlan plan;
+    RealFftTables tables;
+};
+template <class T, int... i>
+inline const LongRealFft<T>& longRealFftOf(int order, std::integer_sequence<int, i...>) {
+    constexpr int kLeast = kMostShortRealOrder + 1;
+    static constexpr LongRealFft<T> all[] = {{realFftPlan<T>(kLeast + i), realFftTables<T>(kLeast + i)}...};
+    return all[order - kLeast];
+}
+template <class T>
+const LongRealFft<T>& longRealFftOf(int order) {
+    return longRealFftOf<T>(order, std::make_integer_sequence<int, kMostRealOrder - kMostShortRealOrder>());
+}
+
+// A transform of 2^order values, from the first order without a fixed routine to kMostRealOrder. `work` has room for
+// all values, `halves` for those of two rows; two passes need neither. The spectrum is described where it is used: its
 // description would be copied by vectors from single stores, which wait for each other.
 template <FftDirection direction, class T>
 void realFft(int order, const T* src, T* dst, RealFftLayout layout, T factor, const T* tables, T* work, T* halves);
@@ -546,13 +563,13 @@ void realFft(int order, const T* src, T* dst, RealFftLayout layout, T factor, co
 // the columns over even samples and then over odd ones. It takes place in the memory of the rows, when they are not.
 template <FftDirection direction, class T>
 struct RowsOfReal {
-    RealFftPlan plan;
+    const RealFftPlan& plan;
     const T* twiddles[kMostRowsPasses - 1];
     const T* inner;
     T* rows;
 
-    RowsOfReal(int order, const T* tables, T* work) : plan(realFftPlan<T>(order)), rows(work) {
-        const RealFftTables places = realFftTables<T>(order);
+    RowsOfReal(int order, const T* tables, T* work) : plan(longRealFftOf<T>(order).plan), rows(work) {
+        const RealFftTables& places = longRealFftOf<T>(order).tables;
         inner = tables + places.inner;
         for (int i = 0; i < kMostRowsPasses - 1; ++i) {
             twiddles[i] = tables + places.pass[i];

@@ -30,19 +30,17 @@ template <class T, int order>
 inline constexpr FixedTables<T, order> kFixedTables;
 
 // The layouts and scalings of the larger ones share their code.
-template <class T, int order>
-HWY_NOINLINE void runFixed(const T* src, T* dst, RealFftLayout layout, T factor) {
+template <int order, FftDirection direction, class T>
+HWY_NOINLINE void runShort(const T* src, T* dst, RealFftLayout layout, T factor, const T* columnTables,
+                           const T* endTables) {
     constexpr RealFftPlan plan = realFftPlan<T>(order);
-    constexpr const FixedTables<T, order>& tables = kFixedTables<T, order>;
-    shortRealFft<plan.rows, plan.columns>(src, Spectrum<T>(dst, layout, size_t{1} << order), factor, tables.columns,
-                                          tables.ends);
-}
-template <class T, int order>
-HWY_NOINLINE void runFixedInverse(const T* src, T* dst, RealFftLayout layout, T factor) {
-    constexpr RealFftPlan plan = realFftPlan<T>(order);
-    constexpr const FixedTables<T, order>& tables = kFixedTables<T, order>;
-    shortInverseRealFft<plan.rows, plan.columns>(Spectrum<const T>(src, layout, size_t{1} << order), dst, factor,
-                                                 tables.columns, tables.ends);
+    constexpr size_t N = size_t{1} << order;
+    if constexpr (direction == kFftForward) {
+        shortRealFft<plan.rows, plan.columns>(src, Spectrum<T>(dst, layout, N), factor, columnTables, endTables);
+    } else {
+        shortInverseRealFft<plan.rows, plan.columns>(Spectrum<const T>(src, layout, N), dst, factor, columnTables,
+                                                     endTables);
+    }
 }
 
 template <class T, FftDirection direction, RealFftLayout layout, bool scales, int order>
@@ -56,39 +54,28 @@ ZvpStatus fixedReal(const T* src, T* dst, T factor) {
             tinyInverseRealFft<N, layout>(src, dst, factor);
         }
     } else {
-        if constexpr (direction == kFftForward) {
-            runFixed<T, order>(src, dst, layout, factor);
-        } else {
-            runFixedInverse<T, order>(src, dst, layout, factor);
-        }
+        constexpr const FixedTables<T, order>& tables = kFixedTables<T, order>;
+        runShort<order, direction>(src, dst, layout, factor, tables.columns, tables.ends);
     }
     return zvpStsOk;
 }
 
 // Of an order without a fixed routine that takes two passes.
-template <int order, FftDirection direction, class T>
-HWY_NOINLINE void runShort(const T* src, T* dst, RealFftLayout layout, T factor, const T* tables) {
-    constexpr RealFftPlan plan = realFftPlan<T>(order);
-    constexpr size_t N = size_t{1} << order;
-    const T* const ends = tables + realFftTables<T>(order).ends;
-    if constexpr (direction == kFftForward) {
-        shortRealFft<plan.rows, plan.columns>(src, Spectrum<T>(dst, layout, N), factor, tables, ends);
-    } else {
-        shortInverseRealFft<plan.rows, plan.columns>(Spectrum<const T>(src, layout, N), dst, factor, tables, ends);
-    }
-}
-
 template <FftDirection direction, class T>
 HWY_INLINE void runShort(int order, const T* src, T* dst, RealFftLayout layout, T factor, const T* tables) {
+    const auto run = [&](auto constant) ZVPS_INLINE_LAMBDA {
+        constexpr size_t kEnds = realFftTables<T>(constant).ends;
+        runShort<constant, direction>(src, dst, layout, factor, tables, tables + kEnds);
+    };
     switch (order) {
     case 6:
-        return runShort<6, direction>(src, dst, layout, factor, tables);
+        return run(std::integral_constant<int, 6>());
     case 7:
-        return runShort<7, direction>(src, dst, layout, factor, tables);
+        return run(std::integral_constant<int, 7>());
     case 8:
-        return runShort<8, direction>(src, dst, layout, factor, tables);
+        return run(std::integral_constant<int, 8>());
     default:
-        return runShort<kMostShortRealOrder, direction>(src, dst, layout, factor, tables);
+        return run(std::integral_constant<int, kMostShortRealOrder>());
     }
 }
 
@@ -137,7 +124,7 @@ void realFft(int order, const T* src, T* dst, RealFftLayout layout, T factor, co
         }
     };
     if constexpr (sizeof(T) == 8) {
-        if (realFftPlan<T>(order).rows == 16) return run(Index<16>());
+        if (longRealFftOf<T>(order).plan.rows == 16) return run(Index<16>());
     }
     run(Index<32>());
 }

@@ -37,8 +37,8 @@ constexpr size_t realFftBlock(const RealFftPlan& plan) {
 inline constexpr int kMostShortRealOrder = 9;
 
 // Where the tables start, in values. Those of the columns, cos and sin of 2 pi n k / N for column n and row
-// k = 1 .. rows/2 - 1, are at 0. Behind them those that join the real values of the rows 0 and N1/2, cosines then sines;
-// or those along the rows and those of the transform of the values of these two rows.
+// k = 1 .. rows/2 - 1, are at 0. Behind them those that join the real values of the rows 0 and N1/2, cosines then
+// sines; or those along the rows and those of the transform of the values of these two rows.
 struct RealFftTables {
     size_t ends;
     size_t pass[kMostRowsPasses - 1];
