@@ -204,8 +204,33 @@ struct LongTransform {
     }
 };
 
-// What transforms may take of the stack, each for values between passes and for a part of them.
-inline constexpr size_t kFftStackBytes = 65536;
+// Up to so many bytes the values between passes are on the stack, for which lines of cache can be aligned.
+inline constexpr size_t kMostBytesOnStack = 65536;
+
+template <class T>
+constexpr bool isOnStack(int order) {
+    return (2 * sizeof(T) << order) <= kMostBytesOnStack;
+}
+
+// The scratch memory of a pair of passes, or for all values.
+template <class T>
+constexpr size_t scratchValues(int order) {
+    const FftPlan& plan = fftPlan<T>(order);
+    if (plan.passes == 3 && !plan.areJoined) return size_t{2} << order;
+    const int firstTwo = plan.passes == 4 ? plan.orders[0] + plan.orders[1] : 0;
+    const int lastTwo = plan.orders[plan.passes - 2] + plan.orders[plan.passes - 1];
+    return 2 * kFullBlock<T> << (firstTwo > lastTwo ? firstTwo : lastTwo);
+}
+
+template <class T>
+constexpr size_t mostStackValues() {
+    size_t most = 0;
+    for (int order = kLastShortFft + 1; order <= kLastFftPlan; ++order) {
+        const size_t values = scratchValues<T>(order) + (isOnStack<T>(order) ? size_t{2} << order : 0);
+        if (values > most) most = values;
+    }
+    return most;
+}
 
 // `data`: where the result goes, for the passes to work in, or null. They do so only where vectors do not straddle
 // lines.
@@ -214,12 +239,12 @@ HWY_NOINLINE void longTransform(const Loader& loader, const Storer& storer, T* d
                                 const FftSpec<T>& spec, T* work) {
     const LongTransform<T, Loader, Storer> transform = {fftPlan<T>(spec.order), size_t{1} << spec.order, loader, storer,
                                                         spec.twiddles};
-    alignas(64) T stack[kFftStackBytes / sizeof(T)];
-    alignas(64) T scratch[kFftStackBytes / sizeof(T)];
+    alignas(64) T stack[mostStackValues<T>()];
+    const bool onStack = isOnStack<T>(spec.order);
+    T* const scratch = onStack ? stack + 2 * transform.length : stack;
     const bool isAligned = data != nullptr && reinterpret_cast<uintptr_t>(data) % 64 == 0;
-    const bool fits = 2 * transform.length * sizeof(T) <= kFftStackBytes;
-    const bool isInData = isAligned && !isInPlace && (transform.plan.areJoined || !fits);
-    transform.run(isInData ? data : fits ? stack : work, isAligned ? data : scratch, scratch);
+    const bool isInData = isAligned && !isInPlace && (transform.plan.areJoined || !onStack);
+    transform.run(isInData ? data : onStack ? stack : work, isAligned ? data : scratch, scratch);
 }
 
 // ---- Kernels ----
