@@ -160,9 +160,12 @@ class Row {
 // One file a family.
 void registerArithmetic();
 void registerConversion();
+void registerCorrelation();
+void registerDct();
 void registerFft();
 void registerFir();
 void registerMultirateFir();
+void registerGenerators();
 void registerIir();
 void registerInitialisation();
 void registerStatistics();

@@ -73,6 +73,12 @@ template <class T>
 void absolute(const T* a, T* dst, int n) {
     map(dst, n) = map(a, n).abs();
 }
+// Lag by lag, as dot products, of which the first operand is conjugated.
+template <class T>
+void autoCorrelate(const T* a, int n, T* dst, int lags) {
+    for (int k = 0; k < lags; ++k)
+        map(dst, lags)[k] = map(a, n - k).matrix().dot(map(a + k, n - k).matrix());
+}
 
 #define EIGEN_FLOATING(T)                                                                                              \
     template void add(const T*, const T*, T*, int);                                                                    \
@@ -81,7 +87,8 @@ void absolute(const T* a, T* dst, int n) {
     template void divide(const T*, const T*, T*, int);                                                                 \
     template void addConstant(const T*, T, T*, int);                                                                   \
     template void multiplyConstant(const T*, T, T*, int);                                                              \
-    template void addProduct(const T*, const T*, T*, int);
+    template void addProduct(const T*, const T*, T*, int);                                                             \
+    template void autoCorrelate(const T*, int, T*, int);
 EIGEN_FLOATING(Zvp32f)
 EIGEN_FLOATING(Zvp64f)
 EIGEN_FLOATING(Zvp32fc)

@@ -37,9 +37,12 @@ int main(int argc, char** argv) {
     bench::registerMachine();
     bench::registerArithmetic();
     bench::registerConversion();
+    bench::registerCorrelation();
+    bench::registerDct();
     bench::registerFft();
     bench::registerFir();
     bench::registerMultirateFir();
+    bench::registerGenerators();
     bench::registerIir();
     bench::registerInitialisation();
     bench::registerStatistics();

@@ -50,6 +50,29 @@ template <class T>
 void blackman(const T* a, T* dst, int n);
 template <class T>
 void kaiser(const T* a, T* dst, int n, float alpha);
+
+// Generators: a cosine for each element, those of the vector math library where there is one.
+template <class T>
+void tone(T* dst, int n, T magnitude, T frequency, T phase);
+void tone(Zvp16s* dst, int n, Zvp16s magnitude, float frequency, float phase);
+void tone(Zvp32fc* dst, int n, float magnitude, float frequency, float phase);
+template <class T>
+void triangle(T* dst, int n, T magnitude, T frequency, T phase);
+template <class T>
+void jaehne(T* dst, int n, T magnitude);
+template <class T>
+void ramp(T* dst, int n, float offset, float slope);
+template <class T>
+void slope(T* dst, int n, float offset, float slope);
+// The standard library's distributions over its Mersenne twister.
+template <class T>
+void uniform(T* dst, int n, double low, double high);
+template <class T>
+void gauss(T* dst, int n, double mean, double deviation);
+// The library's uniform sequence, one number after the other.
+template <class T>
+void uniformSequence(T* dst, int n, double low, double high);
+
 // Conversions: the values, rounded to nearest even and saturated, saturated, and half precision.
 template <class S, class D>
 void convert(const S* a, D* dst, int n);
@@ -88,6 +111,17 @@ void fir(const Zvp16s* src, Zvp16s* dst, int n, const Taps* taps, int tapsLen, i
 template <class T>
 void polyphase(const T* src, T* dst, int n, const T* taps, int length, int up, int down, int shift);
 
+
+// Convolution, cross-correlation (of b with a, from lag 1 - taps on) and auto-correlation.
+template <class T>
+void convolve(const T* a, int n, const T* b, int taps, T* dst);
+template <class T>
+void crossCorrelate(const T* a, int n, const T* b, int taps, T* dst);
+template <class T>
+void autoCorrelate(const T* a, int n, T* dst, int lags);
+void convolve(const Zvp16s* a, int n, const Zvp16s* b, int taps, Zvp16s* dst, int shift);
+void autoCorrelate(const Zvp16s* a, int n, Zvp16s* dst, int lags, int shift);
+
 // Of real spectra in Pack layout: the product, and the whole spectrum of n complex values.
 template <class T>
 void multiplyPacked(const T* a, const T* b, T* dst, int n);
@@ -123,6 +157,8 @@ template <class T>
 void addProduct(const T* a, const T* b, T* dst, int n);
 template <class T>
 void absolute(const T* a, T* dst, int n);
+template <class T>
+void autoCorrelate(const T* a, int n, T* dst, int lags);
 
 // Conversions: the values, rounded to nearest even and saturated, saturated, and half precision.
 template <class S, class D>

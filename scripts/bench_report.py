@@ -75,8 +75,16 @@ def is_fft(row):
     return row.startswith("FFT_")
 
 
+def is_correlation(row):
+    return re.match(r"(Conv|CrossCorr|AutoCorr)_", row) is not None
+
+
+def is_dct(row):
+    return row.startswith(("DCT_", "Hilbert_"))
+
+
 def is_in_cache(row):
-    return "@" not in row and not is_division(row) and not is_fft(row)
+    return "@" not in row and not any(f(row) for f in (is_division, is_fft, is_correlation, is_dct))
 
 
 def kind(results, row):
@@ -255,6 +263,56 @@ def fft_table(results):
     return lines
 
 
+CORRELATION_PEERS = ("plain", "eigen", "fftw")
+
+
+def correlation_table(results):
+    rows = results.rows(is_correlation)
+    if not rows:
+        return []
+    lengths = sorted({n for row in rows for n in results.times[row]["ours"]})
+    lines = ["Correlation and convolution with :N elements or lags: the best peer's time over ours, by length", ""]
+    lines.append(" " * 22 + "".join(str(n).rjust(10) for n in lengths))
+    best = defaultdict(list)
+    for row in rows:
+        line = row.ljust(22)
+        for n in lengths:
+            found = [(results.ratio(row, peer, n), peer) for peer in CORRELATION_PEERS if peer in results.times[row]]
+            ratio, peer = min(((ratio, peer) for ratio, peer in found if ratio), default=(None, ""))
+            line += cell(ratio, width=5) + f" {peer[:1]:1}" + ("<  " if ratio and ratio < 1 else "   ")
+            if ratio:
+                best[row.split(":")[0]].append(ratio)
+        lines.append(line)
+    lines += ["", "Geometric mean against the best peer (p: plain loops, e: Eigen, f: FFTW) of each row and length:"]
+    for name, ratios in best.items():
+        lines.append(f"  {name:20}{geometric_mean(ratios):.2f}   ({sum(ratio < 1 for ratio in ratios)} of {len(ratios)} "
+                     "below 1)")
+    return lines
+
+
+def dct_table(results):
+    rows = results.rows(is_dct)
+    if not rows:
+        return []
+    lines = ["Cosine and Hilbert transforms: our ns, FFTW's time over ours, and relative errors of both in units of",
+             "2^-24 or 2^-53"]
+    for row in rows:
+        unit = 2.0 ** (-53 if "64" in row else -24)
+        lines += ["", f"{row:16}length        ns   ratio    ours    fftw"]
+        ratios = []
+        for length, ours in sorted(results.times[row]["ours"].items()):
+            ratio = results.ratio(row, "fftw", length)
+            errors = [results.error.get((row, peer, length)) for peer in ("ours", "fftw")]
+            lines.append(f"{length:22}{ours:10.1f}" + cell(ratio, width=8) +
+                         "".join(cell(error and error / unit, width=8) for error in errors) +
+                         (" <" if ratio and ratio < 1 else ""))
+            if ratio:
+                ratios.append(ratio)
+        if ratios:
+            lines.append("geometric mean".ljust(32) + cell(geometric_mean(ratios), width=8))
+    return lines
+
+
 def quoted(text):
     return '"' + text.replace("_", " ") + '"'
 
@@ -321,7 +379,7 @@ def main():
             f"{context['vector_bytes']} bytes, VOLK's machine {context['volk_machine']}",
             "Least time of all repetitions; ratios above 1: we are faster; <: a peer is faster or a target is missed"]
     tables = [table(results) for table in (in_cache_table, large_table, short_table, division_table, misaligned_table,
-                                                      fft_table)]
+                                                      fft_table, correlation_table, dct_table)]
     text = "\n\n".join("\n".join(line.rstrip() for line in table) for table in [head] + tables if table) + "\n"
     (directory / "latest.txt").write_text(text)
     print(text)

@@ -5,6 +5,7 @@ namespace zvps {
 
 struct CompandingKernels;
 struct ConversionKernels;
+struct CorrelationKernels;
 struct DotKernels;
 struct ExtremesKernels;
 struct FilterKernels;
@@ -15,12 +16,19 @@ struct MultirateFilterKernels;
 struct NormKernels;
 struct ProductKernels;
 struct QuotientKernels;
+struct RampKernels;
+struct RandomKernels;
 struct RecursiveKernels;
 struct SpectrumKernels;
 struct SumKernels;
 struct ThresholdKernels;
 struct TotalKernels;
+struct WaveKernels;
 struct WindowKernels;
+template <class T>
+struct DctKernels;
+template <class T>
+struct DftKernels;
 template <class T>
 struct FftKernels;
 template <class T>
@@ -30,6 +38,11 @@ struct RealFftKernels;
 #define ZVPS_KERNEL_TABLES(X)                                                                                          \
     X(CompandingKernels, companding, compandingKernels)                                                                \
     X(ConversionKernels, conversions, conversionKernels)                                                               \
+    X(CorrelationKernels, correlation, correlationKernels)                                                             \
+    X(DctKernels<float>, dct32f, dct32fKernels)                                                                        \
+    X(DctKernels<double>, dct64f, dct64fKernels)                                                                       \
+    X(DftKernels<float>, dft32f, dft32fKernels)                                                                        \
+    X(DftKernels<double>, dft64f, dft64fKernels)                                                                       \
     X(DotKernels, dots, dotKernels)                                                                                    \
     X(ExtremesKernels, extremes, extremesKernels)                                                                      \
     X(FftKernels<float>, fft32f, fft32fKernels)                                                                        \
@@ -42,6 +55,8 @@ struct RealFftKernels;
     X(NormKernels, norms, normKernels)                                                                                 \
     X(ProductKernels, products, productKernels)                                                                        \
     X(QuotientKernels, quotients, quotientKernels)                                                                     \
+    X(RampKernels, ramps, rampKernels)                                                                                 \
+    X(RandomKernels, random, randomKernels)                                                                            \
     X(RealFftKernels<float>, realFft32f, realFft32fKernels)                                                            \
     X(RealFftKernels<double>, realFft64f, realFft64fKernels)                                                           \
     X(RecursiveKernels, recursive, recursiveKernels)                                                                   \
@@ -49,6 +64,7 @@ struct RealFftKernels;
     X(SumKernels, sums, sumKernels)                                                                                    \
     X(ThresholdKernels, thresholds, thresholdKernels)                                                                  \
     X(TotalKernels, totals, totalKernels)                                                                              \
+    X(WaveKernels, waves, waveKernels)                                                                                 \
     X(WindowKernels, windows, windowKernels)
 
 struct Kernels {

@@ -1,7 +1,6 @@
 // The transforms of integers: through floating point, and the smallest ones of 16 bits in integers.
 #include "core/elements.hpp"
-#include "transforms/fft_objects.hpp"
-#include "zvps/convert.h"
+#include "transforms/through_floats.hpp"
 
 #include <algorithm>
 #include <limits>
@@ -9,61 +8,6 @@
 
 namespace zvps {
 namespace {
-
-// ---- Through floating point ----
-
-void toFloats(const Zvp16s* src, Zvp32f* dst, int count) {
-    zvpsConvert_16s32f(src, dst, count);
-}
-void toFloats(const Zvp32s* src, Zvp32f* dst, int count) {
-    zvpsConvert_32s32f(src, dst, count);
-}
-void toFloats(const Zvp32s* src, Zvp64f* dst, int count) {
-    zvpsConvert_32s64f(src, dst, count);
-}
-void fromFloats(const Zvp32f* src, Zvp16s* dst, int count, int scaleFactor) {
-    zvpsConvert_32f16s_Sfs(src, dst, count, zvpRndNear, scaleFactor);
-}
-void fromFloats(const Zvp32f* src, Zvp32s* dst, int count, int scaleFactor) {
-    zvpsConvert_32f32s_Sfs(src, dst, count, zvpRndNear, scaleFactor);
-}
-void fromFloats(const Zvp64f* src, Zvp32s* dst, int count, int scaleFactor) {
-    zvpsConvert_64f32s_Sfs(src, dst, count, zvpRndNear, scaleFactor);
-}
-
-// The transform of one array in place, on `room` converted elements; those behind them are its buffer.
-template <class F, class Inner, class Header, class Src, class Dst>
-ZvpStatus throughFloats(ZvpStatus (*transform)(F*, const Inner*, Zvp8u*), const Header& spec, const Src* src,
-                        int srcCount, Dst* dst, int dstCount, size_t room, int scaleFactor, Zvp8u* buffer) {
-    const WorkArea work(buffer, spec.workSize);
-    if (!work) return zvpStsNoMemory;
-    using Part = std::conditional_t<sizeof(FftHeader<Inner>::factor) == 4, Zvp32f, Zvp64f>;
-    Part* const data = work.as<Part>();
-    toFloats(src, data, srcCount);
-    const ZvpStatus status = transform(reinterpret_cast<F*>(data), static_cast<const Inner*>(spec.inner),
-                                       reinterpret_cast<Zvp8u*>(data + room));
-    if (status == zvpStsOk) fromFloats(data, dst, dstCount, scaleFactor);
-    return status;
-}
-
-template <class F, class Inner, class Header, class T>
-ZvpStatus splitThroughFloats(ZvpStatus (*transform)(F*, F*, const Inner*, Zvp8u*), const Header& spec, const T* srcRe,
-                             const T* srcIm, T* dstRe, T* dstIm, int scaleFactor, Zvp8u* buffer) {
-    const WorkArea work(buffer, spec.workSize);
-    if (!work) return zvpStsNoMemory;
-    const int points = 1 << spec.order;
-    F* const re = work.as<F>();
-    F* const im = re + points;
-    toFloats(srcRe, re, points);
-    toFloats(srcIm, im, points);
-    const ZvpStatus status =
-        transform(re, im, static_cast<const Inner*>(spec.inner), reinterpret_cast<Zvp8u*>(im + points));
-    if (status == zvpStsOk) {
-        fromFloats(re, dstRe, points, scaleFactor);
-        fromFloats(im, dstIm, points, scaleFactor);
-    }
-    return status;
-}
 
 // ---- In integers ----
 
@@ -173,7 +117,10 @@ ZvpStatus complexFft(FftDirection direction, ZvpStatus (*transform)(F*, const In
     auto* const to = parts(dst);
     if (isDoneInIntegers(spec, direction, from, from + 1, to, to + 1, 2, scaleFactor)) return zvpStsOk;
     const int count = 2 << spec.order;
-    return throughFloats(transform, spec, from, count, to, count, static_cast<size_t>(count), scaleFactor, buffer);
+    const auto* const inner = static_cast<const Inner*>(spec.inner);
+    const auto inPlace = [&](auto* data, Zvp8u* rest) { return transform(reinterpret_cast<F*>(data), inner, rest); };
+    return throughFloats<Part<F>>(inPlace, spec.workSize, from, count, to, count, static_cast<size_t>(count),
+                                  scaleFactor, buffer);
 }
 
 template <class Opaque, class T, class F, class Inner>
@@ -182,7 +129,10 @@ ZvpStatus splitFft(FftDirection direction, ZvpStatus (*transform)(F*, F*, const 
     if (const ZvpStatus status = checkTransform(opaque, srcRe, srcIm, dstRe, dstIm)) return status;
     const auto& spec = *header(opaque);
     if (isDoneInIntegers(spec, direction, srcRe, srcIm, dstRe, dstIm, 1, scaleFactor)) return zvpStsOk;
-    return splitThroughFloats(transform, spec, srcRe, srcIm, dstRe, dstIm, scaleFactor, buffer);
+    const auto* const inner = static_cast<const Inner*>(spec.inner);
+    const auto inPlace = [&](F* re, F* im, Zvp8u* rest) { return transform(re, im, inner, rest); };
+    return splitThroughFloats<F>(inPlace, spec.workSize, srcRe, srcIm, dstRe, dstIm, 1 << spec.order, scaleFactor,
+                                 buffer);
 }
 
 template <class Opaque, class Src, class Dst, class F, class Inner>
@@ -193,8 +143,10 @@ ZvpStatus realFft(FftDirection direction, RealFftLayout layout, ZvpStatus (*tran
     const int samples = 1 << spec.order;
     const int spectrum = layout == kFftCcs ? 2 * (samples / 2 + 1) : samples;
     const bool isForward = direction == kFftForward;
-    return throughFloats(transform, spec, src, isForward ? samples : spectrum, dst, isForward ? spectrum : samples,
-                         static_cast<size_t>(samples) + 2, scaleFactor, buffer);
+    const auto* const inner = static_cast<const Inner*>(spec.inner);
+    const auto inPlace = [&](F* data, Zvp8u* rest) { return transform(data, inner, rest); };
+    return throughFloats<F>(inPlace, spec.workSize, src, isForward ? samples : spectrum, dst,
+                            isForward ? spectrum : samples, static_cast<size_t>(samples) + 2, scaleFactor, buffer);
 }
 
 } // namespace

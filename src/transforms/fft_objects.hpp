@@ -81,6 +81,18 @@ ZvpStatus checkTransform(const Opaque* spec, Pointers... data) {
     return zvpStsOk;
 }
 
+// ---- Normalisation ----
+
+inline bool isFlag(int flag) {
+    return flag == zvpFftScaleFwd || flag == zvpFftScaleInv || flag == zvpFftScaleSqrt || flag == zvpFftScaleNone;
+}
+
+template <class Header>
+void storeScaling(Header& spec, int flag) {
+    spec.scalesForward = flag == zvpFftScaleFwd || flag == zvpFftScaleSqrt;
+    spec.scalesInverse = flag == zvpFftScaleInv || flag == zvpFftScaleSqrt;
+}
+
 // ---- Memory ----
 
 inline constexpr int kFftAlignment = 32;
@@ -88,6 +100,22 @@ inline constexpr int kFftAlignment = 32;
 inline Zvp8u* alignedUp(Zvp8u* p, uintptr_t alignment = kFftAlignment) {
     return p + (0 - reinterpret_cast<uintptr_t>(p)) % alignment;
 }
+
+constexpr int64_t rounded(int64_t bytes) {
+    return (bytes + kFftAlignment - 1) / kFftAlignment * kFftAlignment;
+}
+
+// Bytes beyond 0 with those for the alignment of their start.
+constexpr int64_t withSlack(int64_t bytes) {
+    return bytes > 0 ? bytes + kFftAlignment : 0;
+}
+
+// What GetSize reports.
+struct FftSizes {
+    int64_t spec;
+    int64_t init;
+    int64_t work;
+};
 
 // The caller's buffer from an aligned address on, or if there is none, memory until the end of the call.
 class WorkArea {
@@ -112,5 +140,34 @@ class WorkArea {
     Zvp8u* owned_;
     Zvp8u* bytes_;
 };
+
+// ---- Life cycle ----
+
+// Lets init(built, specMem, initBuf) build an object in memory of the library; on an error nothing stays allocated.
+template <class Opaque, class Init>
+ZvpStatus buildInAllocated(Opaque** spec, int specSize, int initSize, Init init) {
+    Zvp8u* const specMem = zvpsMalloc_8u(specSize);
+    if (specMem == nullptr) return zvpStsNoMemory;
+    Zvp8u* const initBuf = initSize > 0 ? zvpsMalloc_8u(initSize) : nullptr;
+    Opaque* built = nullptr;
+    const ZvpStatus status = initSize > 0 && initBuf == nullptr ? zvpStsNoMemory : init(&built, specMem, initBuf);
+    zvpsFree(initBuf);
+    if (status != zvpStsOk) {
+        zvpsFree(specMem);
+        return status;
+    }
+    header(built)->isAllocated = 1;
+    *spec = built;
+    return zvpStsOk;
+}
+
+// The recorded size of the buffer with room for its alignment.
+template <class Opaque>
+ZvpStatus getAlignedBufSize(const Opaque* spec, int* size) {
+    if (spec == nullptr || size == nullptr) return zvpStsNullPtr;
+    if (const ZvpStatus status = checkTransform(spec)) return status;
+    *size = static_cast<int>(withSlack(header(spec)->workSize));
+    return zvpStsOk;
+}
 
 } // namespace zvps

@@ -1,7 +1,8 @@
 // The life cycle of FFT objects.
-#include "transforms/fft_objects.hpp"
 #include "transforms/fft_large_plan.hpp"
+#include "transforms/fft_objects.hpp"
 #include "transforms/fft_tables.hpp"
+#include "transforms/sines.hpp"
 
 #include <algorithm>
 #include <array>
@@ -13,25 +14,11 @@ namespace {
 
 constexpr int kMostOrder = 30; // that a call may name; the types have lower limits
 
-constexpr int64_t rounded(int64_t bytes) {
-    return (bytes + kFftAlignment - 1) / kFftAlignment * kFftAlignment;
-}
-
 constexpr int64_t pointsOf(int order) {
     return int64_t{1} << order;
 }
 
 // ---- Normalisation ----
-
-bool isFlag(int flag) {
-    return flag == zvpFftScaleFwd || flag == zvpFftScaleInv || flag == zvpFftScaleSqrt || flag == zvpFftScaleNone;
-}
-
-template <class Header>
-void storeScaling(Header& spec, int flag) {
-    spec.scalesForward = flag == zvpFftScaleFwd || flag == zvpFftScaleSqrt;
-    spec.scalesInverse = flag == zvpFftScaleInv || flag == zvpFftScaleSqrt;
-}
 
 double normalisation(int order, int flag) {
     if (flag == zvpFftScaleNone) return 0;
@@ -40,25 +27,6 @@ double normalisation(int order, int flag) {
 }
 
 // ---- Sines ----
-
-struct SineCosine {
-    long double sine;
-    long double cosine;
-};
-
-// Of 0 <= angle <= pi / 4, by their series.
-constexpr SineCosine sineCosine(long double angle) {
-    SineCosine sum = {0, 0};
-    long double term = 1; // angle^k / k!
-    for (int k = 0; k < 24; ++k) {
-        long double& part = k % 2 == 0 ? sum.cosine : sum.sine;
-        part += k / 2 % 2 == 0 ? term : -term;
-        term *= angle / (k + 1);
-    }
-    return sum;
-}
-
-constexpr long double kTurn = 6.283185307179586476925286766559L;
 
 // The sines of a quarter of 2^kStoredOrder points, for the small orders.
 constexpr int kStoredOrder = 10;
@@ -77,32 +45,39 @@ constexpr auto makeStoredSines() {
 template <class T>
 constexpr auto kStoredSines = makeStoredSines<T>();
 
+// In extended precision, of an eighth of 2^kStoredOrder points.
+constexpr auto makeCoarseSines() {
+    std::array<SineCosine, (1 << kStoredOrder) / 8 + 1> sines{};
+    for (size_t k = 0; k < sines.size(); ++k)
+        sines[k] = sineCosine(kTurn * static_cast<long double>(k) / (1 << kStoredOrder));
+    return sines;
+}
+constexpr auto kCoarseSines = makeCoarseSines();
+
 // sines[k] = sin(2 pi k / 2^order) for k = 0..2^order / 4, each rounded once: the products and sums are in extended
 // precision.
 template <class T>
 void computeSines(int order, T* sines) {
-    constexpr size_t kBlock = 64;
+    constexpr int kMostBlock = 6;
     const auto quarter = static_cast<size_t>(pointsOf(order)) / 4;
     const long double step = kTurn / static_cast<long double>(pointsOf(order));
-    SineCosine within[kBlock];
-    for (size_t k = 0; k < kBlock; ++k)
+    const bool areStored = order - kStoredOrder <= kMostBlock; // the sines that blocks begin with
+    const size_t block = size_t{1} << (areStored ? order - kStoredOrder : kMostBlock);
+    SineCosine within[size_t{1} << kMostBlock];
+    for (size_t k = 0; k < block; ++k)
         within[k] = sineCosine(step * static_cast<long double>(k));
-    SineCosine start{};
-    for (size_t k = 0; k <= quarter / 2; ++k) {
-        if (k % kBlock == 0) start = sineCosine(step * static_cast<long double>(k));
-        const SineCosine& rest = within[k % kBlock];
-        sines[k] = static_cast<T>(start.sine * rest.cosine + start.cosine * rest.sine);
-        sines[quarter - k] = static_cast<T>(start.cosine * rest.cosine - start.sine * rest.sine);
+    for (size_t begin = 0; begin <= quarter / 2; begin += block) {
+        const SineCosine start =
+            areStored ? kCoarseSines[begin / block] : sineCosine(step * static_cast<long double>(begin));
+        for (size_t k = begin; k < begin + block && k <= quarter / 2; ++k) {
+            const SineCosine& rest = within[k - begin];
+            sines[k] = static_cast<T>(start.sine * rest.cosine + start.cosine * rest.sine);
+            sines[quarter - k] = static_cast<T>(start.cosine * rest.cosine - start.sine * rest.sine);
+        }
     }
 }
 
 // ---- Sizes ----
-
-struct FftSizes {
-    int64_t spec;
-    int64_t init;
-    int64_t work;
-};
 
 // Bytes of a complex transform of 2^order points: its tables without the index words, and what it works in.
 struct Room {
@@ -138,11 +113,6 @@ constexpr int64_t indexBytes(int order) {
 }
 
 constexpr int64_t kHeaderBytes = 192; // of a floating-point transform object, alignment included
-
-// Bytes beyond 0 with those for the alignment of their start.
-constexpr int64_t withSlack(int64_t bytes) {
-    return bytes > 0 ? bytes + kFftAlignment : 0;
-}
 
 template <class T>
 int64_t initSize(int order) {
@@ -342,20 +312,9 @@ ZvpStatus initAlloc(Opaque** spec, int order, int flag, ZvpHintAlgorithm hint) {
     int initSize = 0;
     int workSize = 0;
     if (const ZvpStatus status = getSize<Specs>(order, flag, hint, &specSize, &initSize, &workSize)) return status;
-    Zvp8u* const specMem = zvpsMalloc_8u(specSize);
-    if (specMem == nullptr) return zvpStsNoMemory;
-    Zvp8u* const initBuf = initSize > 0 ? zvpsMalloc_8u(initSize) : nullptr;
-    Opaque* built = nullptr;
-    const ZvpStatus status =
-        initSize > 0 && initBuf == nullptr ? zvpStsNoMemory : Specs::init(&built, order, flag, hint, specMem, initBuf);
-    zvpsFree(initBuf);
-    if (status != zvpStsOk) {
-        zvpsFree(specMem);
-        return status;
-    }
-    header(built)->isAllocated = 1;
-    *spec = built;
-    return zvpStsOk;
+    return buildInAllocated(spec, specSize, initSize, [=](Opaque** built, Zvp8u* specMem, Zvp8u* initBuf) {
+        return Specs::init(built, order, flag, hint, specMem, initBuf);
+    });
 }
 
 template <class Opaque>
@@ -363,14 +322,6 @@ ZvpStatus freeSpec(Opaque* spec) {
     if (const ZvpStatus status = checkTransform(spec)) return status;
     header(spec)->tag = 0;
     if (header(spec)->isAllocated == 1) zvpsFree(spec);
-    return zvpStsOk;
-}
-
-template <class Opaque>
-ZvpStatus getBufSize(const Opaque* spec, int* size) {
-    if (spec == nullptr || size == nullptr) return zvpStsNullPtr;
-    if (const ZvpStatus status = checkTransform(spec)) return status;
-    *size = static_cast<int>(withSlack(header(spec)->workSize));
     return zvpStsOk;
 }
 
@@ -395,7 +346,7 @@ ZvpStatus getBufSize(const Opaque* spec, int* size) {
         return zvps::freeSpec(spec);                                                                                   \
     }                                                                                                                  \
     ZvpStatus zvpsFFTGetBufSize_##CODE(const ZvpsFFTSpec_##CODE* spec, int* size) {                                    \
-        return zvps::getBufSize(spec, size);                                                                           \
+        return zvps::getAlignedBufSize(spec, size);                                                                    \
     }
 
 ZVPS_FFT_SPEC(C_32fc, FloatSpecs<ZvpsFFTSpec_C_32fc>)

@@ -17,14 +17,16 @@ struct Several {
 // make(0), ..., make(R - 1). No loop: where it is unlikely to run, g++ leaves it a loop, and the vectors in memory.
 template <size_t R, class Make>
 HWY_INLINE auto several(Make make) {
-    static_assert(R == 1 || R == 2 || R == 4);
+    static_assert(R == 1 || R == 2 || R == 4 || R == 8);
     using Result = Several<decltype(make(0)), R>;
     if constexpr (R == 1) {
         return Result{{make(0)}};
     } else if constexpr (R == 2) {
         return Result{{make(0), make(1)}};
-    } else {
+    } else if constexpr (R == 4) {
         return Result{{make(0), make(1), make(2), make(3)}};
+    } else {
+        return Result{{make(0), make(1), make(2), make(3), make(4), make(5), make(6), make(7)}};
     }
 }
 
