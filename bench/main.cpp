@@ -42,8 +42,8 @@ int main(int argc, char** argv) {
     bench::registerDft();
     bench::registerFft();
     bench::registerFir();
-    bench::registerGenerators();
     bench::registerMultirateFir();
+    bench::registerGenerators();
     bench::registerIir();
     bench::registerInitialisation();
     bench::registerStatistics();
