@@ -27,11 +27,12 @@ struct Turns {
 };
 __extension__ typedef unsigned __int128 TurnsInteger;
 
-inline TurnsInteger integer(Turns turns) {
+// Inline even without optimisation: kernels of all levels use these.
+[[gnu::always_inline]] inline TurnsInteger integer(Turns turns) {
     return TurnsInteger{turns.high} << 64 | turns.low;
 }
 // The upper half of turns times count.
-inline uint64_t multiple(Turns turns, uint64_t count) {
+[[gnu::always_inline]] inline uint64_t multiple(Turns turns, uint64_t count) {
     return static_cast<uint64_t>(integer(turns) * count >> 64);
 }
 
@@ -39,7 +40,7 @@ struct Oscillation {
     uint64_t phase; // of sample 0, in units of 2^-64 turns
     Turns frequency;
 
-    uint64_t phaseAt(uint64_t sample) const { return phase + multiple(frequency, sample); }
+    [[gnu::always_inline]] uint64_t phaseAt(uint64_t sample) const { return phase + multiple(frequency, sample); }
 };
 
 // 16-bit tones are computed in double precision: their values hardly ever round to another integer than exact ones.
