@@ -110,7 +110,7 @@ Room complexRoom(int order) {
     if (order > kLargeOrder) room.work = std::max<int64_t>(room.work, 65536);
     // Room for all points and a block of columns, but in the last order, where those of integers would pass 2^31 bytes
     // with it.
-    if (kIsDouble && order <= 25) room.work = bytes + kPart * static_cast<int64_t>(largeFftBlock<T>(order));
+    if (kIsDouble && order <= 25) room.work = kPart * static_cast<int64_t>(largeFftWork<T>(order));
     return room;
 }
 
