@@ -60,12 +60,11 @@ struct Fftw;
 BENCH_REAL_FFTW(Zvp32f, fftwf)
 BENCH_REAL_FFTW(Zvp64f, fftw)
 #define BENCH_COMPLEX_FFTW(T, F)                                                                                       \
-    BENCH_FFTW(T, F, F##_complex,                                                                                      \
-               F##_plan_dft_1d(n, static_cast<Complex*>(work), static_cast<Complex*>(work), FFTW_FORWARD,              \
-                               FFTW_MEASURE),                                                                          \
-               F##_plan_dft_1d(n, static_cast<Complex*>(work), static_cast<Complex*>(work), FFTW_BACKWARD,             \
-                               FFTW_MEASURE),                                                                          \
-               false)
+    BENCH_FFTW(                                                                                                        \
+        T, F, F##_complex,                                                                                             \
+        F##_plan_dft_1d(n, static_cast<Complex*>(work), static_cast<Complex*>(work), FFTW_FORWARD, FFTW_MEASURE),      \
+        F##_plan_dft_1d(n, static_cast<Complex*>(work), static_cast<Complex*>(work), FFTW_BACKWARD, FFTW_MEASURE),     \
+        false)
 BENCH_COMPLEX_FFTW(Zvp32fc, fftwf)
 BENCH_COMPLEX_FFTW(Zvp64fc, fftw)
 
@@ -180,25 +179,25 @@ void convolutions(const char* name, int taps, ZvpStatus (*ours)(const T*, int, c
 }
 
 template <class T>
-void correlations(const std::string& type, int taps,
-                  ZvpStatus (*cross)(const T*, int, const T*, int, T*, int, int),
+void correlations(const std::string& type, int taps, ZvpStatus (*cross)(const T*, int, const T*, int, T*, int, int),
                   ZvpStatus (*automatic)(const T*, int, T*, int)) {
     const std::string crossName = "CrossCorr_" + type;
     row<T>(crossName.c_str(), taps)
-        .with("ours", on<T>(taps, [=](const T* a, int n, const T* b, int m, T* dst) {
-                  cross(b, m, a, n, dst, n + m - 1, 1 - m);
-              }))
+        .with("ours", on<T>(taps, [=](const T* a, int n, const T* b, int m,
+                                      T* dst) { cross(b, m, a, n, dst, n + m - 1, 1 - m); }))
         .with("fftw", on<T>(taps, fftwCrossCorr<T>));
     row<T>(crossName.c_str(), taps, kMostPlain).with("plain", on<T>(taps, plain::crossCorrelate<T>));
     const std::string autoName = "AutoCorr_" + type;
     row<T>(autoName.c_str(), taps)
         .with("ours", on<T>(taps, [=](const T* a, int n, const T*, int lags, T* dst) { automatic(a, n, dst, lags); }))
-        .with("fftw", on<T>(taps, [](const T* a, int n, const T*, int lags, T* dst) { fftwAutoCorr(a, n, dst, lags); }));
-    row<T>(autoName.c_str(), taps, kMostPlain).with("plain", on<T>(taps, [](const T* a, int n, const T*, int lags, T* dst) {
-        plain::autoCorrelate(a, n, dst, lags);
-    })).with("eigen", on<T>(taps, [](const T* a, int n, const T*, int lags, T* dst) {
-        eigen::autoCorrelate(a, n, dst, lags);
-    }));
+        .with("fftw",
+              on<T>(taps, [](const T* a, int n, const T*, int lags, T* dst) { fftwAutoCorr(a, n, dst, lags); }));
+    row<T>(autoName.c_str(), taps, kMostPlain)
+        .with("plain",
+              on<T>(taps, [](const T* a, int n, const T*, int lags, T* dst) { plain::autoCorrelate(a, n, dst, lags); }))
+        .with("eigen", on<T>(taps, [](const T* a, int n, const T*, int lags, T* dst) {
+                  eigen::autoCorrelate(a, n, dst, lags);
+              }));
 }
 
 void integers(int taps) {

@@ -15,7 +15,8 @@ namespace {
         .with("plain", BENCH_CALL(plain::operation(__VA_ARGS__)))
 #define WAVES(TYPE, MAGNITUDE, REAL)                                                                                   \
     Row<Zvp##TYPE>("Tone_Direct_" #TYPE, 1, lengths)                                                                   \
-        .with("ours", BENCH_CALL(REAL phase = 1; zvpsTone_Direct_##TYPE(v.dst, v.n, MAGNITUDE, REAL(0.0123), &phase, 0))) \
+        .with("ours",                                                                                                  \
+              BENCH_CALL(REAL phase = 1; zvpsTone_Direct_##TYPE(v.dst, v.n, MAGNITUDE, REAL(0.0123), &phase, 0)))      \
         .with("plain", BENCH_CALL(plain::tone(v.dst, v.n, MAGNITUDE, REAL(0.0123), REAL(1))))
 #define TRIANGLES(TYPE)                                                                                                \
     Row<Zvp##TYPE>("Triangle_Direct_" #TYPE, 1, lengths)                                                               \
@@ -54,9 +55,10 @@ void registerGenerators() {
     WAVES(32f, 1.0F, Zvp32f);
     WAVES(64f, 1.0, Zvp64f);
     // VOLK turns a vector that exists.
-    WAVES(32fc, 1.0F, Zvp32f).with("liquid", BENCH_CALL(liquidTone(v.dst, v.n))).with("volk", BENCH_CALL(
-        lv_32fc_t phase = 1; const lv_32fc_t step(0.997F, 0.0772F);
-        volk_32fc_s32fc_x2_rotator_32fc(raw(v.dst), raw(v.a), step, &phase, count(v))));
+    WAVES(32fc, 1.0F, Zvp32f)
+        .with("liquid", BENCH_CALL(liquidTone(v.dst, v.n)))
+        .with("volk", BENCH_CALL(lv_32fc_t phase = 1; const lv_32fc_t step(0.997F, 0.0772F);
+                                 volk_32fc_s32fc_x2_rotator_32fc(raw(v.dst), raw(v.a), step, &phase, count(v))));
     TRIANGLES(32f);
     TRIANGLES(64f);
     RANDOM(Uniform, 8u, uniform, 0, 255).with("plain", BENCH_CALL(plain::uniformSequence(v.dst, v.n, 0, 255)));

@@ -39,8 +39,10 @@ int main(int argc, char** argv) {
     bench::registerConversion();
     bench::registerCorrelation();
     bench::registerDct();
+    bench::registerDft();
     bench::registerFft();
     bench::registerFir();
+    bench::registerMultirateFir();
     bench::registerGenerators();
     bench::registerIir();
     bench::registerInitialisation();

@@ -107,6 +107,9 @@ void fir(const Zvp32fc* src, Zvp32fc* dst, int n, const Zvp32fc* taps, int tapsL
 void fir(const Zvp16s* src, Zvp16s* dst, int n, const float* taps, int tapsLen);
 template <class Taps>
 void fir(const Zvp16s* src, Zvp16s* dst, int n, const Taps* taps, int tapsLen, int shift);
+// n outputs; the taps of each of `up` phases, `length` of them, the last first.
+template <class T>
+void polyphase(const T* src, T* dst, int n, const T* taps, int length, int up, int down, int shift);
 
 
 // Convolution, cross-correlation (of b with a, from lag 1 - taps on) and auto-correlation.

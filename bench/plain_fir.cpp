@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <type_traits>
 
 namespace plain {
 
@@ -82,5 +83,41 @@ void fir(const Zvp16s* src, Zvp16s* dst, int n, const Taps* taps, int tapsLen, i
 }
 template void fir(const Zvp16s* src, Zvp16s* dst, int n, const Zvp16s* taps, int tapsLen, int shift);
 template void fir(const Zvp16s* src, Zvp16s* dst, int n, const Zvp32s* taps, int tapsLen, int shift);
+
+// Output by output.
+template <class T>
+void polyphase(const T* src, T* dst, int n, const T* taps, int length, int up, int down, [[maybe_unused]] int shift) {
+    const T* oldest = src - (length - 1);
+    int phase = 0;
+    for (int m = 0; m < n; ++m) {
+        const T* const tap = taps + phase * length;
+        if constexpr (std::is_same_v<T, Zvp32fc>) {
+            T sum = {0, 0};
+            for (int k = 0; k < length; ++k) {
+                sum.re += tap[k].re * oldest[k].re - tap[k].im * oldest[k].im;
+                sum.im += tap[k].re * oldest[k].im + tap[k].im * oldest[k].re;
+            }
+            dst[m] = sum;
+        } else if constexpr (std::is_same_v<T, Zvp16s>) {
+            int64_t sum = int64_t{1} << (shift - 1);
+            for (int k = 0; k < length; ++k)
+                sum += int64_t{tap[k]} * oldest[k];
+            dst[m] = static_cast<T>(std::clamp<int64_t>(sum >> shift, -32768, 32767));
+        } else {
+            T sum = 0;
+            for (int k = 0; k < length; ++k)
+                sum += tap[k] * oldest[k];
+            dst[m] = sum;
+        }
+        for (phase += down; phase >= up; phase -= up)
+            ++oldest;
+    }
+}
+template void polyphase(const float* src, float* dst, int n, const float* taps, int length, int up, int down, int);
+template void polyphase(const double* src, double* dst, int n, const double* taps, int length, int up, int down, int);
+template void polyphase(const Zvp32fc* src, Zvp32fc* dst, int n, const Zvp32fc* taps, int length, int up, int down,
+                        int);
+template void polyphase(const Zvp16s* src, Zvp16s* dst, int n, const Zvp16s* taps, int length, int up, int down,
+                        int shift);
 
 } // namespace plain

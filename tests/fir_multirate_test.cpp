@@ -11,101 +11,63 @@ namespace {
 
 // ---- Types and their functions ----
 
-constexpr int kTapsFactor = -5;
-
-struct State;
-
 struct Rates {
     int up, upPhase, down, downPhase;
 };
 #define RATES r.up, r.upPhase, r.down, r.downPhase
 
-template <class S, class K, class D>
+template <class S, class H, class K, class D>
 struct Family {
-    using Taps = S; // as the caller gives them
+    using State = S;
+    using Taps = H; // as the caller gives them
     using Kept = K; // as they are kept
     using Data = D;
     const char* name;
-    int tag; // the two digits
+    int tag;      // the two digits
     bool isFixed; // a scale comes with the taps
     ZvpStatus (*size)(int, int, int, int*);
-    ZvpStatus (*init)(State**, const S*, int, Rates, const D*, Zvp8u*);
-    ZvpStatus (*initAlloc)(State**, const S*, int, Rates, const D*);
-    ZvpStatus (*free)(State*);
-    ZvpStatus (*getKept)(const State*, K*, int* scale);
-    ZvpStatus (*setTaps)(const S*, State*);
-    ZvpStatus (*getPast)(const State*, D*);
-    ZvpStatus (*setPast)(State*, const D*);
-    ZvpStatus (*run)(const D*, D*, int, State*, int);
-    ZvpStatus (*runInPlace)(D*, int, State*, int);
-    ZvpStatus (*one)(D, D*, State*, int);
-    ZvpStatus (*direct)(const D*, D*, int, const S*, int, Rates, D*, int);
-    ZvpStatus (*directInPlace)(D*, int, const S*, int, Rates, D*, int);
+    ZvpStatus (*init)(S**, const H*, int, Rates, const D*, Zvp8u*);
+    ZvpStatus (*initAlloc)(S**, const H*, int, Rates, const D*);
+    ZvpStatus (*free)(S*);
+    ZvpStatus (*getKept)(const S*, K*, int* scale);
+    ZvpStatus (*setTaps)(const H*, S*);
+    ZvpStatus (*getPast)(const S*, D*);
+    ZvpStatus (*setPast)(S*, const D*);
+    ZvpStatus (*run)(const D*, D*, int, S*, int scale);
+    ZvpStatus (*runInPlace)(D*, int, S*, int scale);
+    ZvpStatus (*one)(D, D*, S*, int scale);
+    ZvpStatus (*direct)(const D*, D*, int, const H*, int, Rates, D*, int scale);
+    ZvpStatus (*directInPlace)(D*, int, const H*, int, Rates, D*, int scale);
 };
 
-#define STATE(PREFIX, DATA) reinterpret_cast<ZvpsFIRState##PREFIX##_##DATA*>(s)
-#define CONST_STATE(PREFIX, DATA) reinterpret_cast<const ZvpsFIRState##PREFIX##_##DATA*>(s)
-#define STATES(PREFIX, DATA) reinterpret_cast<ZvpsFIRState##PREFIX##_##DATA**>(s)
-// What families do not share, by FACTOR (NONE, FACTOR or FLOAT) and SCALE (PLAIN or SCALED).
-#define SET_NONE
-#define SET_FACTOR , kTapsFactor
-#define SET_FLOAT
-#define GET_NONE
-#define GET_FACTOR , scale
-#define GET_FLOAT , scale
-#define ARGUMENT_PLAIN
-#define ARGUMENT_SCALED , scale
-#define NAME_PLAIN(NAME) NAME
-#define NAME_SCALED(NAME) NAME##_Sfs
-#define IN_PLACE_PLAIN(NAME) NAME##_I
-#define IN_PLACE_SCALED(NAME) NAME##_ISfs
-#define DIRECT(PREFIX, DATA, SOURCE, FACTOR, SCALE)                                                                    \
-    [](const Zvp##DATA* src, Zvp##DATA* dst, int n, const Zvp##SOURCE* taps, int len, Rates r, Zvp##DATA* past,        \
-       [[maybe_unused]] int scale) {                                                                                   \
-        return NAME_##SCALE(zvpsFIRMR##PREFIX##_Direct_##DATA)(src, dst, n, taps, len SET_##FACTOR, RATES,             \
-                                                               past ARGUMENT_##SCALE);                                 \
+#define GIVEN_NONE
+#define GIVEN_FACTOR , kTapsFactor
+#define GIVEN_FLOAT
+#define DIRECT_OF(BLOCK, BLOCK_I, FACTOR, SCALE)                                                                       \
+    [](const auto* src, auto* dst, int n, const auto* taps, int len, Rates r, auto* past, int scale) {                 \
+        return (void)scale, BLOCK(src, dst, n, taps, len GIVEN_##FACTOR, RATES, past SCALE);                           \
     },                                                                                                                 \
-        [](Zvp##DATA* srcDst, int n, const Zvp##SOURCE* taps, int len, Rates r, Zvp##DATA* past,                       \
-           [[maybe_unused]] int scale) {                                                                               \
-            return IN_PLACE_##SCALE(zvpsFIRMR##PREFIX##_Direct_##DATA)(srcDst, n, taps, len SET_##FACTOR, RATES,       \
-                                                                       past ARGUMENT_##SCALE);                         \
+        [](auto* srcDst, int n, const auto* taps, int len, Rates r, auto* past, int scale) {                           \
+            return (void)scale, BLOCK_I(srcDst, n, taps, len GIVEN_##FACTOR, RATES, past SCALE);                       \
         }
-#define NO_DIRECT(PREFIX, DATA, SOURCE, FACTOR, SCALE) nullptr, nullptr
+#define SCALE , scale
+#define DIRECT_PLAIN(NAME, FACTOR) DIRECT_OF(NAME, NAME##_I, FACTOR, )
+#define DIRECT_SCALED(NAME, FACTOR) DIRECT_OF(NAME##_Sfs, NAME##_ISfs, FACTOR, SCALE)
+#define DIRECT(PREFIX, DATA, FACTOR, KIND) DIRECT_##KIND(zvpsFIRMR##PREFIX##_Direct_##DATA, FACTOR)
+#define NO_DIRECT(PREFIX, DATA, FACTOR, KIND) nullptr, nullptr
 // END: of the names of functions that take taps of SOURCE.
-#define FAMILY(PREFIX, DATA, END, KEPT, SOURCE, tag, FACTOR, SCALE, DIRECT)                                            \
-    Family<Zvp##SOURCE, Zvp##KEPT, Zvp##DATA> {                                                                        \
+#define FAMILY(PREFIX, DATA, END, KEPT, SOURCE, tag, FACTOR, KIND, DIRECT)                                             \
+    Family<ZvpsFIRState##PREFIX##_##DATA, Zvp##SOURCE, Zvp##KEPT, Zvp##DATA> {                                         \
 #PREFIX "_" #DATA #END, tag, #FACTOR[0] == 'F', zvpsFIRMRGetStateSize##PREFIX##_##DATA##END,                   \
-            [](State** s, const Zvp##SOURCE* taps, int len, Rates r, const Zvp##DATA* past, Zvp8u* buffer) {           \
-                return zvpsFIRMRInit##PREFIX##_##DATA##END(STATES(PREFIX, DATA), taps, len SET_##FACTOR, RATES, past,  \
-                                                           buffer);                                                    \
+            [](auto** s, const auto* taps, int len, Rates r, const auto* past, Zvp8u* buffer) {                        \
+                return zvpsFIRMRInit##PREFIX##_##DATA##END(s, taps, len GIVEN_##FACTOR, RATES, past, buffer);          \
             },                                                                                                         \
-            [](State** s, const Zvp##SOURCE* taps, int len, Rates r, const Zvp##DATA* past) {                          \
-                return zvpsFIRMRInitAlloc##PREFIX##_##DATA##END(STATES(PREFIX, DATA), taps, len SET_##FACTOR, RATES,   \
-                                                                past);                                                 \
+            [](auto** s, const auto* taps, int len, Rates r, const auto* past) {                                       \
+                return zvpsFIRMRInitAlloc##PREFIX##_##DATA##END(s, taps, len GIVEN_##FACTOR, RATES, past);             \
             },                                                                                                         \
-            [](State* s) { return zvpsFIRFree##PREFIX##_##DATA(STATE(PREFIX, DATA)); },                                \
-            [](const State* s, Zvp##KEPT* taps, [[maybe_unused]] int* scale) {                                         \
-                return zvpsFIRGetTaps##PREFIX##_##DATA(CONST_STATE(PREFIX, DATA), taps GET_##FACTOR);                  \
-            },                                                                                                         \
-            [](const Zvp##SOURCE* taps, State* s) {                                                                    \
-                return zvpsFIRSetTaps##PREFIX##_##DATA##END(taps, STATE(PREFIX, DATA) SET_##FACTOR);                   \
-            },                                                                                                         \
-            [](const State* s, Zvp##DATA* past) {                                                                      \
-                return zvpsFIRGetDlyLine##PREFIX##_##DATA(CONST_STATE(PREFIX, DATA), past);                            \
-            },                                                                                                         \
-            [](State* s, const Zvp##DATA* past) {                                                                      \
-                return zvpsFIRSetDlyLine##PREFIX##_##DATA(STATE(PREFIX, DATA), past);                                  \
-            },                                                                                                         \
-            [](const Zvp##DATA* src, Zvp##DATA* dst, int n, State* s, [[maybe_unused]] int scale) {                    \
-                return NAME_##SCALE(zvpsFIR##PREFIX##_##DATA)(src, dst, n, STATE(PREFIX, DATA) ARGUMENT_##SCALE);      \
-            },                                                                                                         \
-            [](Zvp##DATA* srcDst, int n, State* s, [[maybe_unused]] int scale) {                                       \
-                return IN_PLACE_##SCALE(zvpsFIR##PREFIX##_##DATA)(srcDst, n, STATE(PREFIX, DATA) ARGUMENT_##SCALE);    \
-            },                                                                                                         \
-            [](Zvp##DATA src, Zvp##DATA* dst, State* s, [[maybe_unused]] int scale) {                                  \
-                return NAME_##SCALE(zvpsFIROne##PREFIX##_##DATA)(src, dst, STATE(PREFIX, DATA) ARGUMENT_##SCALE);      \
-            },                                                                                                         \
-            DIRECT(PREFIX, DATA, SOURCE, FACTOR, SCALE)                                                                \
+            zvpsFIRFree##PREFIX##_##DATA, ZVPS_TEST_FIR_TAPS_##FACTOR(PREFIX##_##DATA, END),                           \
+            ZVPS_TEST_FIR_PAST(PREFIX##_##DATA), ZVPS_TEST_FIR_RUN_##KIND(PREFIX##_##DATA),                            \
+            DIRECT(PREFIX, DATA, FACTOR, KIND)       \
     }
 
 template <class Action>
@@ -164,7 +126,8 @@ void expectOutputs(const std::vector<K>& taps, int shift, Rates r, const std::ve
 // A scale factor that keeps most results within the type's range.
 template <class F>
 int usualScale(const F& family) {
-    if (!std::is_integral_v<PartOfType<typename F::Data>> || !std::is_integral_v<PartOfType<typename F::Taps>>) return 0;
+    if (!std::is_integral_v<PartOfType<typename F::Data>> || !std::is_integral_v<PartOfType<typename F::Taps>>)
+        return 0;
     return family.isFixed ? 33 + kTapsFactor : 17;
 }
 
@@ -182,7 +145,7 @@ struct Filter {
     Rates r;
     std::vector<typename F::Taps> taps;
     std::vector<typename F::Data> past;
-    State* state = nullptr;
+    typename F::State* state = nullptr;
 
     Filter(const F& f, std::vector<typename F::Taps> h, Rates rates, std::vector<typename F::Data> line)
         : family(f), r(rates), taps(std::move(h)), past(std::move(line)) {
@@ -232,10 +195,11 @@ struct Filter {
 };
 
 // Sums by lanes of both kinds and of both together, and outputs one by one; all with every kind of phase.
-constexpr Rates kRates[] = {{1, 0, 2, 1},  {2, 1, 1, 0},  {1, 0, 3, 0},   {3, 2, 1, 0},  {1, 0, 4, 3},    {4, 0, 1, 0},
-                            {1, 0, 5, 2},  {1, 0, 6, 5},  {7, 3, 1, 0},   {1, 0, 7, 6},  {8, 7, 1, 0},    {1, 0, 8, 1},
-                            {3, 1, 2, 0},  {2, 1, 3, 2},  {4, 3, 6, 5},   {5, 4, 3, 0},  {2, 0, 7, 6},    {6, 5, 4, 0},
-                            {1, 0, 12, 3}, {1, 0, 16, 0}, {1, 0, 40, 39}, {21, 4, 1, 0}, {16, 15, 15, 3}, {160, 9, 147, 146}};
+constexpr Rates kRates[] = {{1, 0, 2, 1},   {2, 1, 1, 0},  {1, 0, 3, 0},    {3, 2, 1, 0},      {1, 0, 4, 3},
+                            {4, 0, 1, 0},   {1, 0, 5, 2},  {1, 0, 6, 5},    {7, 3, 1, 0},      {1, 0, 7, 6},
+                            {8, 7, 1, 0},   {1, 0, 8, 1},  {3, 1, 2, 0},    {2, 1, 3, 2},      {4, 3, 6, 5},
+                            {5, 4, 3, 0},   {2, 0, 7, 6},  {6, 5, 4, 0},    {1, 0, 12, 3},     {1, 0, 16, 0},
+                            {1, 0, 40, 39}, {21, 4, 1, 0}, {16, 15, 15, 3}, {160, 9, 147, 146}};
 
 TEST(FirMultirate, OutputsAreThoseOfTheUpsampledSignal) {
     forEachFamily([](const auto& family) {
@@ -338,8 +302,8 @@ TEST(FirMultirate, WhatIsNotFiniteStaysInItsPlace) {
                 const auto y = clean.run(x, {}, 0);
                 const auto z = other.run(bad, {}, 0);
                 for (size_t m = 0; m < y.size(); ++m) {
-                    const int64_t k = r.downPhase + static_cast<int64_t>(m) * r.down -
-                                      static_cast<int64_t>(at) * r.up - r.upPhase;
+                    const int64_t k =
+                        r.downPhase + static_cast<int64_t>(m) * r.down - static_cast<int64_t>(at) * r.up - r.upPhase;
                     const bool isReached = k >= 0 && k < static_cast<int64_t>(tapsLen);
                     ASSERT_TRUE(isReached ? std::isnan(z[m]) : y[m] == z[m]) << clean.where() << ", output " << m;
                 }
@@ -361,8 +325,8 @@ TEST(FirMultirate, IntegerSumsAreExact) {
         for (const int scale : {0, 1, 15, 16, 31, 32, 40, 63, 64, INT_MAX, -1, -16, INT_MIN}) {
             Filter filter(family, taps, r, past);
             const auto y = filter.run(x, {}, scale);
-            ASSERT_NO_FATAL_FAILURE(
-                expectOutputs(taps, std::clamp(scale, -100, 100), r, past, x, y, filter.where() + std::to_string(scale)));
+            ASSERT_NO_FATAL_FAILURE(expectOutputs(taps, std::clamp(scale, -100, 100), r, past, x, y,
+                                                  filter.where() + std::to_string(scale)));
         }
     }
     // 2^53 + 2^38 + 1: without the one, half of the last place, to even.
@@ -395,7 +359,8 @@ TEST(FirMultirate, TapsAndDelayLines) {
             const auto taps = randomVector<typename F::Taps>(70, random);
             const auto past = randomVector<D>(pastOf(70, r), random);
             const auto x = randomVector<D>(static_cast<size_t>(r.down) * 20, random);
-            Filter<F> expected(family, taps, r, past), filter(family, randomVector<typename F::Taps>(70, random), r, past);
+            Filter<F> expected(family, taps, r, past),
+                filter(family, randomVector<typename F::Taps>(70, random), r, past);
             uint32_t tag;
             std::memcpy(&tag, filter.state, sizeof(tag));
             EXPECT_EQ(tag, 0x46493030U + static_cast<uint32_t>(family.tag / 10 * 256 + family.tag % 10)) << family.name;
@@ -435,7 +400,7 @@ TEST(FirMultirate, StatesWorkInTheirSizeAtAnyAddress) {
                     std::vector<Zvp8u> memory(bytes + 192, 0xa5);
                     Zvp8u* const begin =
                         memory.data() + (64 - reinterpret_cast<uintptr_t>(memory.data()) % 64) + offset;
-                    State* state = nullptr;
+                    typename F::State* state = nullptr;
                     ASSERT_EQ(family.init(&state, taps.data(), tapsLen, r, nullptr, begin), 0);
                     std::vector<D> z(y.size());
                     ASSERT_EQ(family.run(x.data(), z.data(), 60, state, 0), 0);
@@ -462,7 +427,7 @@ TEST(FirMultirate, RefusedMemoryLeavesNothingBehind) {
         const auto taps = randomVector<typename F::Taps>(kTaps, random);
         const auto past = randomVector<D>(pastOf(kTaps, r), random);
         const int before = blocksInUse;
-        State* state = nullptr;
+        typename F::State* state = nullptr;
         refuseAfter = 0;
         EXPECT_EQ(family.initAlloc(&state, taps.data(), kTaps, r, nullptr), zvpStsNoMemory);
         EXPECT_EQ(state, nullptr);
@@ -489,9 +454,7 @@ TEST(FirMultirate, RefusedMemoryLeavesNothingBehind) {
                 auto line = past;
                 y = x;
                 ASSERT_EQ(family.setPast(filter.state, past.data()), 0);
-                tryRun([&] {
-                    return family.directInPlace(y.data(), 3000, taps.data(), kTaps, r, line.data(), 0);
-                });
+                tryRun([&] { return family.directInPlace(y.data(), 3000, taps.data(), kTaps, r, line.data(), 0); });
                 EXPECT_EQ(allocations, 3) << family.name;
             }
         }
@@ -580,7 +543,7 @@ TEST(FirMultirate, ArgumentsAreCheckedInOrder) {
                      {8, {2, 2, 0, 0}, zvpStsBadMrFactor},  {8, {2, 2, 1, 0}, zvpStsBadMrPhase},
                      {8, {2, -1, 1, 0}, zvpStsBadMrPhase},  {8, {2, 1, 3, 3}, zvpStsBadMrPhase},
                      {8, {1, 0, 3, -1}, zvpStsBadMrPhase}};
-        State* state = nullptr;
+        typename F::State* state = nullptr;
         for (const auto& c : cases) {
             int size = -1;
             EXPECT_EQ(family.size(c.tapsLen, c.r.up, c.r.down, nullptr), zvpStsNullPtr);

@@ -1,30 +1,11 @@
 // Recursive filters against the recurrence in higher precision.
 #include "filters/iir_state.hpp"
 #include "framework/arena.hpp"
-#include "framework/call.hpp"
-#include "zvpcore.h"
-
-#include <gtest/gtest.h>
+#include "framework/filters.hpp"
 
 #include <climits>
 #include <cmath>
 #include <complex>
-#include <cstdlib>
-
-namespace {
-bool canAllocate = true;
-int allocated = 0;
-} // namespace
-
-void* zvpMalloc(int64_t size) {
-    if (!canAllocate) return nullptr;
-    ++allocated;
-    return std::aligned_alloc(64, (static_cast<size_t>(size) + 63) / 64 * 64);
-}
-void zvpFree(void* ptr) {
-    if (ptr != nullptr) --allocated;
-    std::free(ptr);
-}
 
 namespace zvps::test {
 namespace {
@@ -253,11 +234,6 @@ void expectElement(T actual, Long expected, int scaleFactor, long double bound, 
     }
 }
 
-template <class T>
-bool equalBits(const std::vector<T>& a, const std::vector<T>& b) {
-    return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(T)) == 0;
-}
-
 // ---- Filters of every kind ----
 
 constexpr int kOrders[] = {1, 2, 3, 7, 8, 9, 21, 40};
@@ -374,11 +350,11 @@ TEST(Iir, Recurrence) {
                 expectElement(delay[i], d, 0, allowed, where + ", delay " + std::to_string(i));
             }
             auto* const other = c.init(others.atStart(c.size(), 1 + random.below(31)));
-            ASSERT_TRUE(equalBits(inPieces(c, x, other, scaleFactor, random), y)) << where;
-            EXPECT_TRUE(equalBits(c.currentDelay(other), delay)) << where;
+            ASSERT_TRUE(sameBits(inPieces(c, x, other, scaleFactor, random), y)) << where;
+            EXPECT_TRUE(sameBits(c.currentDelay(other), delay)) << where;
             EXPECT_TRUE(memory.isIntact() && others.isIntact()) << where;
             if (level == Level::v2) continue;
-            EXPECT_TRUE(fused.empty() || equalBits(y, fused)) << where;
+            EXPECT_TRUE(fused.empty() || sameBits(y, fused)) << where;
             fused = y;
         }
     });
@@ -391,7 +367,7 @@ TEST(Iir, DelayLinesAndTaps) {
         const std::string where = c.where();
         Arena memory(c.size());
         auto* const state = c.init(memory.atEnd(c.size()));
-        EXPECT_TRUE(equalBits(c.currentDelay(state), c.delay)) << where;
+        EXPECT_TRUE(sameBits(c.currentDelay(state), c.delay)) << where;
         const auto x = randomSignal<typename F::Data>(37, random);
         std::vector<typename F::Data> y(x.size()), again(x.size());
         ASSERT_EQ(c.f.run(x.data(), y.data(), 37, state, 0), zvpStsOk);
@@ -404,24 +380,24 @@ TEST(Iir, DelayLinesAndTaps) {
         if (c.f.hasTapsFactor) {
             EXPECT_EQ(c.f.setTaps(c.taps.data(), state, -1), zvpStsBadTapsScale);
         }
-        EXPECT_TRUE(equalBits(c.currentDelay(state), line)) << where;
+        EXPECT_TRUE(sameBits(c.currentDelay(state), line)) << where;
 
         ASSERT_EQ(c.f.setDelay(state, c.delay.data()), zvpStsOk);
-        EXPECT_TRUE(equalBits(c.currentDelay(state), c.delay)) << where;
+        EXPECT_TRUE(sameBits(c.currentDelay(state), c.delay)) << where;
         ASSERT_EQ(c.f.run(x.data(), again.data(), 37, state, 0), zvpStsOk);
-        EXPECT_TRUE(equalBits(again, y)) << where;
+        EXPECT_TRUE(sameBits(again, y)) << where;
 
         const Case fresh(c.f, c.kind, c.n, random);
         ASSERT_EQ(c.f.setTaps(fresh.taps.data(), state, 3), zvpStsOk);
-        EXPECT_TRUE(equalBits(c.currentDelay(state), line)) << where;
+        EXPECT_TRUE(sameBits(c.currentDelay(state), line)) << where;
         ASSERT_EQ(c.f.setDelay(state, fresh.delay.data()), zvpStsOk);
         ASSERT_EQ(c.f.run(x.data(), y.data(), 37, state, 0), zvpStsOk);
         Arena other(c.size());
         ASSERT_EQ(c.f.run(x.data(), again.data(), 37, fresh.init(other.atEnd(c.size())), 0), zvpStsOk);
-        EXPECT_TRUE(equalBits(again, y)) << where;
+        EXPECT_TRUE(sameBits(again, y)) << where;
 
         ASSERT_EQ(c.f.setDelay(state, nullptr), zvpStsOk);
-        EXPECT_TRUE(equalBits(c.currentDelay(state), std::vector<typename F::Delay>(line.size()))) << where;
+        EXPECT_TRUE(sameBits(c.currentDelay(state), std::vector<typename F::Delay>(line.size()))) << where;
     });
 }
 
@@ -483,7 +459,7 @@ TEST(Iir, StoredTaps) {
                                              2 * tenth, 3 * tenth, 5 * tenth, 4 * tenth}};
     for (const int kind : {0, 1}) {
         const auto* const taps = zvps::header(states[kind])->taps;
-        EXPECT_TRUE(equalBits(std::vector<Zvp32f>(taps, taps + expected[kind].size()), expected[kind])) << kind;
+        EXPECT_TRUE(sameBits(std::vector<Zvp32f>(taps, taps + expected[kind].size()), expected[kind])) << kind;
         EXPECT_EQ(zvpsIIRFree_32f(states[kind]), zvpStsOk);
     }
 }
@@ -522,15 +498,15 @@ TEST(Iir, StatesAndStatuses) {
             zero[zero.size() - 6] = {}; // the last B0
             EXPECT_EQ(c.f.initAlloc[c.kind](&state, zero.data(), c.n, 0, nullptr), zvpStsDivByZeroErr);
         }
-        canAllocate = false;
+        refuseAfter = 0;
         EXPECT_EQ(c.f.initAlloc[c.kind](&state, taps, c.n, 0, nullptr), zvpStsNoMemory);
-        canAllocate = true;
+        refuseAfter = -1;
         EXPECT_EQ(state, untouched) << where;
-        EXPECT_EQ(allocated, 0);
+        EXPECT_EQ(blocksInUse, 0);
 
         ASSERT_EQ(c.f.initAlloc[c.kind](&state, taps, c.n, 0, c.delay.data()), zvpStsOk);
-        EXPECT_EQ(allocated, 1);
-        EXPECT_TRUE(equalBits(c.currentDelay(state), c.delay)) << where;
+        EXPECT_EQ(blocksInUse, 1);
+        EXPECT_TRUE(sameBits(c.currentDelay(state), c.delay)) << where;
         const auto* const header = zvps::header(state);
         EXPECT_EQ(header->tag, layoutOf(c.f.name).tags[c.kind]) << where;
         EXPECT_EQ(header->order, c.kind == 0 ? c.n : 2 * c.n);
@@ -551,7 +527,7 @@ TEST(Iir, StatesAndStatuses) {
         EXPECT_EQ(c.f.setTaps(nullptr, state, 0), zvpStsNullPtr);
         EXPECT_EQ(c.f.free(nullptr), zvpStsNullPtr);
         EXPECT_EQ(c.f.free(state), zvpStsOk);
-        EXPECT_EQ(allocated, 0);
+        EXPECT_EQ(blocksInUse, 0);
 
         state = c.init(buffer.data());
         EXPECT_EQ(c.f.free(state), zvpStsOk);
@@ -656,7 +632,7 @@ TEST(Iir, Extremes) {
             EXPECT_EQ(zvpsIIRFree_32f(second), zvpStsOk);
         }
     }
-    EXPECT_EQ(allocated, 0);
+    EXPECT_EQ(blocksInUse, 0);
 }
 
 // ---- Direct form 1 ----
@@ -683,80 +659,82 @@ std::vector<long double> directForm1(const std::vector<T>& x, const std::vector<
     return result;
 }
 
-TEST(Iir, DirectForm1) {
+template <class State, class Taps, class Data>
+struct DirectForm1 {
+    uint32_t tag;
+    int sizeOf35;
+    int scaleFactor; // of run
+    ZvpStatus (*getSize)(int n, int* size);
+    ZvpStatus (*init)(State** state, const Taps* taps, int n, const Data* line, Zvp8u* buffer);
+    ZvpStatus (*getLine)(const State* state, Data* line);
+    ZvpStatus (*run)(Data* srcDst, int len, State* state);
+    ZvpStatus (*free)(State* state);
+    std::vector<ZvpStatus> (*refusals)(State* state); // of functions for other states
+};
+
+template <class State, class Taps, class Data>
+void expectDirectForm1(const DirectForm1<State, Taps, Data>& f) {
     Random random("DirectForm1");
     for (const int n : {1, 2, 4, 7, 35}) {
-        const auto count = static_cast<size_t>(n);
-        const auto taps32 = randomTaps<Zvp32f>(1, n, random);
-        const auto taps64 = randomTaps<Zvp64f>(1, n, random);
-        const auto x32f = randomSignal<Zvp32f>(1500, random);
-        const auto x32s = randomSignal<Zvp32s>(1500, random);
-        const auto line32f = randomSignal<Zvp32f>(4 * count, random);
-        const auto line32s = randomSignal<Zvp32s>(4 * count, random);
-        std::vector<long double> lines32f(line32f.begin(), line32f.end()), lines32s(line32s.begin(), line32s.end());
-        const auto expected32f = directForm1(x32f, taps32, lines32f);
-        const auto expected32s = directForm1(x32s, taps64, lines32s);
-        int sizes[2];
-        ASSERT_EQ(zvpsIIRGetStateSize_BiQuad_DF1_32f(n, &sizes[0]), zvpStsOk);
-        ASSERT_EQ(zvpsIIRGetStateSize64f_BiQuad_DF1_32s(n, &sizes[1]), zvpStsOk);
-        if (n == 35) {
-            EXPECT_EQ(sizes[0], 1392);
-            EXPECT_EQ(sizes[1], 28528);
-        }
-        Arena memory32f(static_cast<size_t>(sizes[0])), memory32s(static_cast<size_t>(sizes[1]));
+        const auto taps = randomTaps<Taps>(1, n, random);
+        const auto x = randomSignal<Data>(1500, random);
+        const auto line = randomSignal<Data>(4 * static_cast<size_t>(n), random);
+        std::vector<long double> lines(line.begin(), line.end());
+        const auto expected = directForm1(x, taps, lines);
+        long double peak = 1;
+        for (const long double v : expected)
+            peak = std::max(peak, std::abs(v));
+        const long double bound =
+            std::is_integral_v<Data> ? 1e-2L : 2000.0L * n * peak * std::numeric_limits<float>::epsilon();
+        int size = 0;
+        ASSERT_EQ(f.getSize(n, &size), zvpStsOk);
+        EXPECT_TRUE(n != 35 || size == f.sizeOf35);
+        Arena memory(static_cast<size_t>(size));
         for (const Level level : levels()) {
             useLevel(level);
-            ZvpsIIRState_32f* state32f;
-            ZvpsIIRState64f_32s* state32s;
-            ASSERT_EQ(zvpsIIRInit_BiQuad_DF1_32f(&state32f, taps32.data(), n, line32f.data(),
-                                                 memory32f.atEnd(static_cast<size_t>(sizes[0]))),
-                      zvpStsOk);
-            ASSERT_EQ(zvpsIIRInit64f_BiQuad_DF1_32s(&state32s, taps64.data(), n, line32s.data(),
-                                                    memory32s.atEnd(static_cast<size_t>(sizes[1]))),
-                      zvpStsOk);
-            EXPECT_EQ(zvps::header(state32f)->tag, 0x49493239);
-            EXPECT_EQ(zvps::header(state32s)->tag, 0x49493330);
-            std::vector<Zvp32f> now32f(4 * count);
-            std::vector<Zvp32s> now32s(4 * count);
-            ASSERT_EQ(zvpsIIRGetDlyLine_32f(state32f, now32f.data()), zvpStsOk);
-            ASSERT_EQ(zvpsIIRGetDlyLine64f_DF1_32s(state32s, now32s.data()), zvpStsOk);
-            EXPECT_TRUE(equalBits(now32f, line32f) && equalBits(now32s, line32s));
-
-            EXPECT_EQ(zvpsIIRSetDlyLine_32f(state32f, line32f.data()), zvpStsContextMismatch);
-            EXPECT_EQ(zvpsIIRSetTaps_32f(taps32.data(), state32f), zvpStsContextMismatch);
-            EXPECT_EQ(zvpsIIROne_32f(1, now32f.data(), state32f), zvpStsContextMismatch);
-            Zvp64f line64f[140];
-            EXPECT_EQ(zvpsIIRGetDlyLine64f_32s(state32s, line64f), zvpStsContextMismatch);
-            EXPECT_EQ(zvpsIIROne64f_32s_Sfs(1, now32s.data(), state32s, 0), zvpStsContextMismatch);
-
-            std::vector<Zvp32f> y32f(x32f);
-            std::vector<Zvp32s> y32s(x32s);
-            const long double bound32f = 2000.0L * n * std::numeric_limits<float>::epsilon();
-            for (size_t i = 0; i < y32f.size();) {
-                const size_t piece = std::min(1 + random.below(1100), y32f.size() - i);
-                const int len = static_cast<int>(piece);
-                ASSERT_EQ(zvpsIIR_32f_I(y32f.data() + i, len, state32f), zvpStsOk);
-                ASSERT_EQ(zvpsIIR64f_32s_Sfs(x32s.data() + i, y32s.data() + i, len, state32s, 3), zvpStsOk);
+            State* state;
+            ASSERT_EQ(f.init(&state, taps.data(), n, line.data(), memory.atEnd(static_cast<size_t>(size))), zvpStsOk);
+            EXPECT_EQ(zvps::header(state)->tag, f.tag);
+            std::vector<Data> now(line.size()), y(x);
+            ASSERT_EQ(f.getLine(state, now.data()), zvpStsOk);
+            EXPECT_TRUE(sameBits(now, line));
+            for (const ZvpStatus status : f.refusals(state))
+                EXPECT_EQ(status, zvpStsContextMismatch);
+            for (size_t i = 0; i < y.size();) {
+                const size_t piece = std::min(1 + random.below(1100), y.size() - i);
+                ASSERT_EQ(f.run(y.data() + i, static_cast<int>(piece), state), zvpStsOk);
                 i += piece;
             }
-            long double peak = 1;
-            for (const long double v : expected32f)
-                peak = std::max(peak, std::abs(v));
-            for (size_t i = 0; i < y32f.size(); ++i) {
-                expectElement(y32f[i], expected32f[i], 0, bound32f * peak, "32f " + std::to_string(i));
-                expectElement(y32s[i], expected32s[i], 3, 1e-2L, "32s " + std::to_string(i));
-            }
-            ASSERT_EQ(zvpsIIRGetDlyLine_32f(state32f, now32f.data()), zvpStsOk);
-            ASSERT_EQ(zvpsIIRGetDlyLine64f_DF1_32s(state32s, now32s.data()), zvpStsOk);
-            for (size_t i = 0; i < 4 * count; ++i) {
-                expectElement(now32f[i], lines32f[i], 0, bound32f * peak, "line " + std::to_string(i));
-                expectElement(now32s[i], lines32s[i], 0, 1e-2L, "line " + std::to_string(i));
-            }
-            EXPECT_EQ(zvpsIIRFree_32f(state32f), zvpStsOk);
-            EXPECT_EQ(zvpsIIRFree64f_32s(state32s), zvpStsOk);
-            EXPECT_EQ(zvpsIIRGetDlyLine_32f(state32f, now32f.data()), zvpStsContextMismatch);
+            for (size_t i = 0; i < y.size(); ++i)
+                expectElement(y[i], expected[i], f.scaleFactor, bound, "sample " + std::to_string(i));
+            ASSERT_EQ(f.getLine(state, now.data()), zvpStsOk);
+            for (size_t i = 0; i < now.size(); ++i)
+                expectElement(now[i], lines[i], 0, bound, "line " + std::to_string(i));
+            EXPECT_EQ(f.free(state), zvpStsOk);
+            EXPECT_EQ(f.getLine(state, now.data()), zvpStsContextMismatch);
         }
     }
+}
+
+TEST(Iir, DirectForm1) {
+    expectDirectForm1<ZvpsIIRState_32f, Zvp32f, Zvp32f>(
+        {0x49493239, 1392, 0, zvpsIIRGetStateSize_BiQuad_DF1_32f, zvpsIIRInit_BiQuad_DF1_32f, zvpsIIRGetDlyLine_32f,
+         zvpsIIR_32f_I, zvpsIIRFree_32f, [](ZvpsIIRState_32f* state) -> std::vector<ZvpStatus> {
+             const Zvp32f values[210] = {1, 1, 1, 1, 1, 1};
+             Zvp32f y;
+             return {zvpsIIRSetDlyLine_32f(state, values), zvpsIIRSetTaps_32f(values, state),
+                     zvpsIIROne_32f(1, &y, state)};
+         }});
+    expectDirectForm1<ZvpsIIRState64f_32s, Zvp64f, Zvp32s>(
+        {0x49493330, 28528, 3, zvpsIIRGetStateSize64f_BiQuad_DF1_32s, zvpsIIRInit64f_BiQuad_DF1_32s,
+         zvpsIIRGetDlyLine64f_DF1_32s,
+         [](Zvp32s* y, int len, ZvpsIIRState64f_32s* state) { return zvpsIIR64f_32s_Sfs(y, y, len, state, 3); },
+         zvpsIIRFree64f_32s,
+         [](ZvpsIIRState64f_32s* state) -> std::vector<ZvpStatus> {
+             Zvp64f line[140];
+             Zvp32s y;
+             return {zvpsIIRGetDlyLine64f_32s(state, line), zvpsIIROne64f_32s_Sfs(1, &y, state, 0)};
+         }});
 }
 
 // ---- Channels ----
@@ -793,19 +771,19 @@ TEST(Iir, Channels) {
     EXPECT_EQ(zvpsIIR64f_32s_PSfs(sources, destinations, 500, kChannels, states, 0), zvpStsContextMismatch);
     zvps::header(states[2])->tag = tag;
     for (int i = 0; i < kChannels; ++i)
-        EXPECT_TRUE(equalBits(x[i], y[i]));
+        EXPECT_TRUE(sameBits(x[i], y[i]));
 
     ASSERT_EQ(zvpsIIR64f_32s_PSfs(sources, destinations, 500, kChannels, states, 2), zvpStsOk);
     for (int i = 0; i < kChannels; ++i) {
         std::vector<Zvp32s> expected(x[i].size());
         ASSERT_EQ(zvpsIIR64f_32s_Sfs(x[i].data(), expected.data(), 500, single[i], 2), zvpStsOk);
-        EXPECT_TRUE(equalBits(y[i], expected)) << i;
+        EXPECT_TRUE(sameBits(y[i], expected)) << i;
         ASSERT_EQ(zvpsIIR64f_32s_ISfs(expected.data(), 500, single[i], 1), zvpStsOk);
         x[i] = expected;
     }
     ASSERT_EQ(zvpsIIR64f_32s_IPSfs(destinations, 500, kChannels, states, 1), zvpStsOk);
     for (int i = 0; i < kChannels; ++i) {
-        EXPECT_TRUE(equalBits(y[i], x[i])) << i;
+        EXPECT_TRUE(sameBits(y[i], x[i])) << i;
         zvpsIIRFree64f_32s(states[i]);
         zvpsIIRFree64f_32s(single[i]);
     }
@@ -820,10 +798,10 @@ TEST(Iir, Channels) {
     Zvp32f* destination = result.data();
     ASSERT_EQ(zvpsIIR_32f_P(&source, &destination, 77, 1, &plain), zvpStsOk);
     ASSERT_EQ(zvpsIIR_32f(signal.data(), expected.data(), 77, other), zvpStsOk);
-    EXPECT_TRUE(equalBits(result, expected));
+    EXPECT_TRUE(sameBits(result, expected));
     zvpsIIRFree_32f(plain);
     zvpsIIRFree_32f(other);
-    EXPECT_EQ(allocated, 0);
+    EXPECT_EQ(blocksInUse, 0);
 }
 
 // ---- Without a state ----

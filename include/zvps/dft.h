@@ -47,8 +47,9 @@ typedef struct ZvpsDFTOutOrdSpec_C_64fc ZvpsDFTOutOrdSpec_C_64fc;
 
    zvpStsNullPtr: spec null; zvpStsBadSize: len below 1; zvpStsNoMemory; zvpStsBadFftFlag: flag not one of
    zvpFftScaleFwd, Inv, Sqrt and None; zvpStsBadFftOrder: a power of two above 2^27 (64f and 64fc: above 2^26);
-   zvpStsBadSize: any other len above 2^27 - 1, or above 2^26 - 1 without small factors. On an error nothing stays
-   allocated and *spec is left alone. */
+   zvpStsBadSize: any other len above 2^27 - 1, or above 2^26 - 1 without small factors; zvpStsNoMemory: a buffer of
+   2^31 bytes or more would be needed (64f and 64fc: from about 2^25 on). On an error nothing stays allocated and *spec
+   is left alone. */
 ZvpStatus zvpsDFTInitAlloc_C_16sc(ZvpsDFTSpec_C_16sc** spec, int len, int flag, ZvpHintAlgorithm hint);
 ZvpStatus zvpsDFTInitAlloc_C_16s(ZvpsDFTSpec_C_16s** spec, int len, int flag, ZvpHintAlgorithm hint);
 ZvpStatus zvpsDFTInitAlloc_C_32fc(ZvpsDFTSpec_C_32fc** spec, int len, int flag, ZvpHintAlgorithm hint);

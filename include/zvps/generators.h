@@ -79,8 +79,9 @@ ZvpStatus zvpsRandGauss_Direct_64f(Zvp64f* pDst, int len, Zvp64f mean, Zvp64f st
 
 /* Tones: magn cos(2 pi rFreq n + phase) for n = 0, 1, ... rFreq is in cycles a sample, the phase in radians; the Q15
    forms take both times 32768. magn must be positive (zvpStsBadToneMagn), rFreq in [0, 0.5), in Q15 0 to 16383
-   (zvpStsBadToneFreq), the phase in [0, 2 pi), in Q15 0 to 205886 (zvpStsBadTonePhase). Rounding errors do not grow with
-   n: they stay below 2.4e-7 magn in single precision, and elsewhere below 1e-15 magn before the result is rounded. */
+   (zvpStsBadToneFreq), the phase in [0, 2 pi), in Q15 0 to 205886 (zvpStsBadTonePhase). Rounding errors do not grow
+   with n: they stay below 2.4e-7 magn in single precision, 1e-15 magn in double and, before rounding to integers, 1e-14
+   magn. */
 ZvpStatus zvpsToneInitQ15_16s(ZvpsToneState_16s* pState, Zvp16s magn, int rFreqQ15, int phaseQ15);
 ZvpStatus zvpsToneInitAllocQ15_16s(ZvpsToneState_16s** ppState, Zvp16s magn, int rFreqQ15, int phaseQ15);
 ZvpStatus zvpsToneGetStateSizeQ15_16s(int* pSize);
@@ -102,11 +103,11 @@ ZvpStatus zvpsTone_Direct_64f(Zvp64f* pDst, int len, Zvp64f magn, Zvp64f rFreq, 
 ZvpStatus zvpsTone_Direct_64fc(Zvp64fc* pDst, int len, Zvp64f magn, Zvp64f rFreq, Zvp64f* pPhase,
                                ZvpHintAlgorithm hint);
 
-/* Triangle waves of period 1 / rFreq: at phase 0 the wave is at its trough, -magn, rises in a straight line to its peak,
-   magn, at phase pi + asym, and falls in another to the trough at 2 pi. The Q15 forms take all but the magnitude times
-   32768. magn must be positive (zvpStsBadTriMagn), rFreq in [0, 0.5), in Q15 0 to 16383 (zvpStsBadTriFreq), the phase in
-   [0, 2 pi), in Q15 0 to 205886 (zvpStsBadTriPhase), asym in [-pi, pi), in Q15 -102943 to 102943 (zvpStsBadTriAsym);
-   they are checked in that order. */
+/* Triangle waves of period 1 / rFreq: at phase 0 the wave is at its trough, -magn, rises in a straight line to its
+   peak, magn, at phase pi + asym, and falls in another to the trough at 2 pi. The Q15 forms take all but the magnitude
+   times 32768. magn must be positive (zvpStsBadTriMagn), rFreq in [0, 0.5), in Q15 0 to 16383 (zvpStsBadTriFreq), the
+   phase in [0, 2 pi), in Q15 0 to 205886 (zvpStsBadTriPhase), asym in [-pi, pi), in Q15 -102943 to 102943
+   (zvpStsBadTriAsym); they are checked in that order. */
 ZvpStatus zvpsTriangleInitQ15_16s(ZvpsTriangleState_16s* pState, Zvp16s magn, int rFreqQ15, int phaseQ15, int asymQ15);
 ZvpStatus zvpsTriangleInitAllocQ15_16s(ZvpsTriangleState_16s** ppState, Zvp16s magn, int rFreqQ15, int phaseQ15,
                                        int asymQ15);
@@ -115,8 +116,8 @@ ZvpStatus zvpsTriangleQ15_16s(Zvp16s* pDst, int len, ZvpsTriangleState_16s* pSta
 ZvpStatus zvpsTriangleFree(ZvpsTriangleState_16s* pState);
 
 /* A null pPhase is found first, then parameters out of their ranges, then a null pDst, then the length. The Q15 form
-   does what Triangle_Direct_16s does with the parameters divided by 32768. *pPhase becomes the phase of the sample after
-   the last; one that would be rounded to 2 pi, in Q15 beyond 205886, becomes 0. */
+   does what Triangle_Direct_16s does with the parameters divided by 32768. *pPhase becomes the phase of the sample
+   after the last; one that would be rounded to 2 pi, in Q15 beyond 205886, becomes 0. */
 ZvpStatus zvpsTriangleQ15_Direct_16s(Zvp16s* pDst, int len, Zvp16s magn, int rFreqQ15, int asymQ15, int* pPhaseQ15);
 
 /* As above. The imaginary part is the real part at a phase 3 pi / 2 ahead. */

@@ -90,8 +90,8 @@ Zvp16s scaledQuotient(int64_t sum, int64_t divisor, int scaleFactor) {
         const bool up = rest > by - rest || (rest == by - rest && quotient % 2 != 0);
         return up ? quotient + (dividend < 0 ? -1 : 1) : quotient;
     };
-    constexpr int kNarrow = 31;  // the divisor times 2^31 still fits
-    constexpr int kMost = 64;    // beyond, the sum has become 0 or a limit
+    constexpr int kNarrow = 31; // the divisor times 2^31 still fits
+    constexpr int kMost = 64;   // beyond, the sum has become 0 or a limit
     if (scaleFactor >= 0 && scaleFactor <= kNarrow) return saturated<Zvp16s>(rounded(sum, divisor << scaleFactor));
     if (scaleFactor > kMost) return 0;
     const Wide dividend = scaleFactor < 0 ? Wide{sum} * (Wide{1} << -std::max(scaleFactor, -kMost)) : Wide{sum};
@@ -181,10 +181,9 @@ ZvpStatus crossCorrelation(const T* src1, int src1Len, const T* src2, int src2Le
 
 template <class T>
 ZvpStatus crossCorrelation(const T* src1, int src1Len, const T* src2, int src2Len, T* dst, int dstLen, int lowLag) {
-    return crossCorrelation(src1, src1Len, src2, src2Len, dst, dstLen, lowLag,
-                            [](const Sums<T>& sums, T* results, bool mayTransform) {
-                                return computeFloats(sums, mayTransform, results);
-                            });
+    return crossCorrelation(
+        src1, src1Len, src2, src2Len, dst, dstLen, lowLag,
+        [](const Sums<T>& sums, T* results, bool mayTransform) { return computeFloats(sums, mayTransform, results); });
 }
 
 // ---- Convolution ----
@@ -198,8 +197,8 @@ constexpr int64_t kConvForks = 4096;
 template <class T, class Compute>
 ZvpStatus convolution(const T* src1, int src1Len, const T* src2, int src2Len, int64_t first, int64_t count,
                       const Compute& compute) {
-    const bool mayTransform = int64_t{src1Len} + src2Len - 1 >= kConvTransforms &&
-                              std::min(src1Len, src2Len) >= kConvTransformsShorter;
+    const bool mayTransform =
+        int64_t{src1Len} + src2Len - 1 >= kConvTransforms && std::min(src1Len, src2Len) >= kConvTransformsShorter;
     return compute(Sums<T>{Operand<T>{src1, src1Len}.reversed(), {src2, src2Len}, first + 1 - src1Len, count},
                    mayTransform);
 }
@@ -232,10 +231,9 @@ ZvpStatus partialConvolution(const Zvp32f* src1, int src1Len, const Zvp32f* src2
     std::fill(dst, dst + first, 0.0F);
     std::fill(dst + end, dst + dstLen, 0.0F);
     if (first == end) return zvpStsOk;
-    return convolution(src1, src1Len, src2, src2Len, bias + first, end - first,
-                       [&](const Sums<Zvp32f>& sums, bool mayTransform) {
-                           return computeFloats(sums, mayTransform, dst + first);
-                       });
+    return convolution(
+        src1, src1Len, src2, src2Len, bias + first, end - first,
+        [&](const Sums<Zvp32f>& sums, bool mayTransform) { return computeFloats(sums, mayTransform, dst + first); });
 }
 
 // store(k, sum) for the sums of n products of real elements and perhaps complex ones.
@@ -299,11 +297,10 @@ ZvpStatus zvpsAutoCorr_NormB_16s_Sfs(const Zvp16s* src, int srcLen, Zvp16s* dst,
 }
 ZvpStatus zvpsCrossCorr_16s_Sfs(const Zvp16s* src1, int src1Len, const Zvp16s* src2, int src2Len, Zvp16s* dst,
                                 int dstLen, int lowLag, int scaleFactor) {
-    return zvps::crossCorrelation(src1, src1Len, src2, src2Len, dst, dstLen, lowLag,
-                                  [=](const auto& sums, Zvp16s* results, bool mayTransform) {
-                                      return zvps::computeIntegers(sums, mayTransform,
-                                                                   zvps::Scaled16s{results, scaleFactor});
-                                  });
+    return zvps::crossCorrelation(
+        src1, src1Len, src2, src2Len, dst, dstLen, lowLag, [=](const auto& sums, Zvp16s* results, bool mayTransform) {
+            return zvps::computeIntegers(sums, mayTransform, zvps::Scaled16s{results, scaleFactor});
+        });
 }
 ZvpStatus zvpsCrossCorr_16s64s(const Zvp16s* src1, int src1Len, const Zvp16s* src2, int src2Len, Zvp64s* dst,
                                int dstLen, int lowLag) {
@@ -314,11 +311,10 @@ ZvpStatus zvpsCrossCorr_16s64s(const Zvp16s* src1, int src1Len, const Zvp16s* sr
 }
 ZvpStatus zvpsConv_16s_Sfs(const Zvp16s* src1, int src1Len, const Zvp16s* src2, int src2Len, Zvp16s* dst,
                            int scaleFactor) {
-    return zvps::wholeConvolution(src1, src1Len, src2, src2Len, dst,
-                                  [=](const auto& sums, bool mayTransform, int mostThreads) {
-                                      return zvps::computeIntegers(sums, mayTransform,
-                                                                   zvps::Scaled16s{dst, scaleFactor}, mostThreads);
-                                  });
+    return zvps::wholeConvolution(
+        src1, src1Len, src2, src2Len, dst, [=](const auto& sums, bool mayTransform, int mostThreads) {
+            return zvps::computeIntegers(sums, mayTransform, zvps::Scaled16s{dst, scaleFactor}, mostThreads);
+        });
 }
 ZvpStatus zvpsConvBiased_32f(const Zvp32f* src1, int src1Len, const Zvp32f* src2, int src2Len, Zvp32f* dst, int dstLen,
                              int bias) {
@@ -326,14 +322,12 @@ ZvpStatus zvpsConvBiased_32f(const Zvp32f* src1, int src1Len, const Zvp32f* src2
 }
 
 ZvpStatus zvpsConvCyclic4x4_32f32fc(const Zvp32f* src1, const Zvp32fc* src2, Zvp32fc* dst) {
-    return zvps::cyclicConvolution<4, Zvp32f>(src1, src2, dst,
-                                              [dst](int k, Zvp32f sum) { zvps::parts(dst)[k] = sum; });
+    return zvps::cyclicConvolution<4, Zvp32f>(src1, src2, dst, [dst](int k, Zvp32f sum) { zvps::parts(dst)[k] = sum; });
 }
 ZvpStatus zvpsConvCyclic8x8_32f(const Zvp32f* src1, const Zvp32f* src2, Zvp32f* dst) {
     return zvps::cyclicConvolution<8, Zvp32f>(src1, src2, dst, [dst](int k, Zvp32f sum) { dst[k] = sum; });
 }
 ZvpStatus zvpsConvCyclic8x8_16s_Sfs(const Zvp16s* src1, const Zvp16s* src2, Zvp16s* dst, int scaleFactor) {
-    return zvps::cyclicConvolution<8, Zvp64s>(src1, src2, dst, [=](int k, Zvp64s sum) {
-        dst[k] = zvps::scaled<Zvp16s>(sum, scaleFactor);
-    });
+    return zvps::cyclicConvolution<8, Zvp64s>(
+        src1, src2, dst, [=](int k, Zvp64s sum) { dst[k] = zvps::scaled<Zvp16s>(sum, scaleFactor); });
 }

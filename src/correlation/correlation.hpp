@@ -1,4 +1,5 @@
-// Few sums of many products: a vector or some of results, in several chains of fused operations each.
+// Few sums of many products: a vector or some of results, in several chains of fused operations each. Loads are most of
+// the work, and fewer of 32 bytes than of 64 straddle lines of the cache.
 #pragma once
 
 #include "correlation/correlation.table.hpp"
@@ -6,10 +7,12 @@
 
 namespace zvps::ZVPS_LEVEL {
 
+inline constexpr size_t kFewBytes = kVectorBytes < 32 ? kVectorBytes : 32;
+
 // The first n lanes of kVectors vectors of results. Chain c takes the taps c, c + kChains, ..
 template <class T, size_t kParts, size_t kVectors, size_t kChains>
 HWY_INLINE void fewSumsTile(const T* src, T* dst, size_t n, const T* taps, size_t tapsLen) {
-    using Shape = FirShape<T, kParts, kVectorBytes, 64>;
+    using Shape = FirShape<T, kParts, kFewBytes, 64>;
     constexpr size_t N = Shape::kLanes;
     const typename Shape::D d;
     FirSums<Shape, kParts, kVectors> sums[kChains];
@@ -61,14 +64,14 @@ HWY_INLINE void fewSumsTile(const T* src, T* dst, size_t n, const T* taps, size_
 
 template <class T, size_t kParts>
 void fewSums(const T* src, T* dst, size_t count, const T* taps, size_t tapsLen) {
-    constexpr size_t N = kVectorBytes / sizeof(T);
-    constexpr size_t kChains = 8 / kParts;
+    constexpr size_t N = kFewBytes / sizeof(T);
+    constexpr size_t kChains = 4 / kParts; // as many on all levels
     const size_t n = count * kParts;
     for (size_t i = 0; i < n;) {
         const size_t left = n - i;
         if (left <= N) return fewSumsTile<T, kParts, 1, kChains>(src + i, dst + i, left, taps, tapsLen);
         const size_t some = left < 2 * N ? left : 2 * N;
-        fewSumsTile<T, kParts, 2, kChains / 2>(src + i, dst + i, some, taps, tapsLen);
+        fewSumsTile<T, kParts, 2, kChains>(src + i, dst + i, some, taps, tapsLen);
         i += some;
     }
 }

@@ -15,6 +15,8 @@ inline constexpr int64_t kSumWindow = 16384 / static_cast<int64_t>(sizeof(Elemen
 template <class Element>
 inline constexpr int64_t kSumEdge = 1024 / static_cast<int64_t>(sizeof(Element));
 template <class Element>
+inline constexpr int64_t kPartsOf = sizeof(Element) / sizeof(Part<Element>);
+template <class Element>
 inline constexpr int64_t kSmallSumEdge = kSumEdge<Element> / 4;
 // So few results would not fill the vectors of filters.
 template <class Element>
@@ -35,7 +37,7 @@ auto fewSumsKernel() {
 
 template <class Element>
 void sumByKernels(const Element* signal, Element* sums, int64_t n, const Element* taps, int64_t tapsLen) {
-    const auto& kernel = n <= kFewSums<Element> && tapsLen > n ? fewSumsKernel<Element>() : firKernels<Element>().block;
+    const auto& kernel = n <= kFewSums<Element> && n < tapsLen ? fewSumsKernel<Element>() : firKernels<Element>().block;
     kernel(parts(signal), parts(sums), static_cast<size_t>(n), parts(taps), static_cast<size_t>(tapsLen));
 }
 
@@ -71,21 +73,21 @@ class DirectSums {
         if constexpr (Results::kInPlace) place = results_.dst + k;
         const Taps all = meeting({0, sums_.taps.length}, n, lag);
         if (all.begin == all.end) std::fill_n(place, n, Element{});
-        // The taps that meet the signal inside it for all n results; few of them are not worth a call of their own.
+        // The taps that meet the signal inside it for all n results; few products are not worth a call of their own.
+        constexpr int64_t kWorth = 8192;
         const Taps inside = {std::max<int64_t>(-lag, 0), sums_.signal.length - lag - n + 1};
-        const bool isSplit = inside.end - inside.begin > 2 * n;
+        const bool isSplit = inside.end - inside.begin > std::max(2 * n, kWorth / n);
         Taps some = all;
         for (; some.begin < all.end; some.begin = some.end) {
             some.end = std::min(some.begin + kMostTaps, all.end);
-            bool isInside = false;
             if (isSplit && some.begin < inside.begin) {
                 some.end = std::min(some.end, inside.begin);
             } else if (isSplit && some.begin < inside.end) {
                 some.end = std::min(some.end, inside.end);
-                isInside = true;
             }
+            const bool isInside = some.begin >= inside.begin && some.end <= inside.end;
             Element* const to = some.begin == all.begin ? place : more_;
-            const bool bySmaller = !isInside && some.end - some.begin >= kSumEdge<Element>;
+            const bool bySmaller = !isInside && 2 * (some.end - some.begin) * kPartsOf<Element> >= kSumEdge<Element>;
             const int64_t step = bySmaller ? kSmallSumEdge<Element> : n;
             for (int64_t j = 0; j < n; j += step)
                 sumSome(to + j, std::min(step, n - j), lag + j, some);
@@ -145,26 +147,29 @@ class DirectSums {
 
 // ---- Few results of integers ----
 
+inline constexpr int64_t kFewIntegerSums = 32;
+
 inline bool areFew(const Sums<Zvp16s>& sums) {
-    constexpr int64_t kMost = 32;
-    return sums.count <= kMost && sums.taps.isReversed == sums.signal.isReversed;
+    constexpr int64_t kLeast = 4; // taps for each result
+    return sums.count <= kFewIntegerSums && sums.taps.length >= kLeast * sums.count &&
+           sums.taps.isReversed == sums.signal.isReversed;
 }
 
 // Both operands lie in the same direction, so that each result is a dot product in place.
 template <class Results>
 void sumOneByOne(const Sums<Zvp16s>& sums, const Results& results) {
+    Zvp64s dots[kFewIntegerSums];
     for (int64_t k = 0; k < sums.count; ++k) {
         const int64_t lag = sums.offset + k;
         const int64_t first = std::max<int64_t>(-lag, 0);
         const int64_t last = std::min(sums.taps.length, sums.signal.length - lag);
-        Zvp64s sum = 0;
-        if (first < last) {
-            sum = kernels().dots->dot_16s(sums.taps.part(first, last - first).data,
-                                          sums.signal.part(first + lag, last - first).data,
-                                          static_cast<size_t>(last - first));
-        }
-        results.store(k, &sum, 1);
+        dots[k] = 0;
+        if (first >= last) continue;
+        const auto taps = sums.taps.part(first, last - first);
+        const auto signal = sums.signal.part(first + lag, last - first);
+        dots[k] = kernels().dots->dot_16s(taps.data, signal.data, static_cast<size_t>(last - first));
     }
+    results.store(0, dots, sums.count);
 }
 
 } // namespace zvps

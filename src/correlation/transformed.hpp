@@ -8,30 +8,24 @@
 
 namespace zvps {
 
-// The FFT of a type, and its cost in products of a direct sum: of a transform of N points N log2 N times kCost, of its
-// tables N times kTableCost where they are not stored.
+// What sums need to know of the FFT beyond what filters do: how the pairs of spectra are accumulated, the longest
+// transforms, and costs in products of a direct sum: of a transform of N points N log2 N times kCost, of its tables N
+// times kTableCost where they are not stored.
 template <class Element>
 struct SumTraits;
-#define ZVPS_SUM_TRAITS(TYPE, SPEC, FORWARD, INVERSE, MULTIPLY, ACCUMULATE, COMPLEX, lastOrder, cost, tableCost)       \
+#define ZVPS_SUM_TRAITS(TYPE, COMPLEX, lastOrder, cost, tableCost)                                                     \
     template <>                                                                                                        \
-    struct SumTraits<Zvp##TYPE> {                                                                                      \
-        using Spec = ZvpsFFTSpec_##SPEC##_##TYPE;                                                                      \
+    struct SumTraits<Zvp##TYPE> : FirTraits<Zvp##TYPE> {                                                               \
         using Complex = Zvp##COMPLEX;                                                                                  \
-        static constexpr auto initAlloc = zvpsFFTInitAlloc_##SPEC##_##TYPE;                                            \
-        static constexpr auto free = zvpsFFTFree_##SPEC##_##TYPE;                                                      \
-        static constexpr auto getBufSize = zvpsFFTGetBufSize_##SPEC##_##TYPE;                                          \
-        static constexpr auto forward = zvpsFFTFwd_##FORWARD##_##TYPE##_I;                                             \
-        static constexpr auto inverse = zvpsFFTInv_##INVERSE##_##TYPE##_I;                                             \
-        static constexpr auto multiply = MULTIPLY;                                                                     \
-        static constexpr auto accumulate = ACCUMULATE;                                                                 \
+        static constexpr auto accumulate = zvpsAddProduct_##COMPLEX;                                                   \
         static constexpr int kLastOrder = lastOrder;                                                                   \
         static constexpr double kCost = cost;                                                                          \
         static constexpr double kTableCost = tableCost;                                                                \
     };
-ZVPS_SUM_TRAITS(32f, R, RToPerm, PermToR, zvpsMulPerm_32f_I, zvpsAddProduct_32fc, 32fc, 27, 2.6, 90)
-ZVPS_SUM_TRAITS(64f, R, RToPerm, PermToR, zvpsMulPerm_64f_I, zvpsAddProduct_64fc, 64fc, 26, 2.3, 45)
-ZVPS_SUM_TRAITS(32fc, C, CToC, CToC, zvpsMul_32fc_I, zvpsAddProduct_32fc, 32fc, 27, 0.9, 33)
-ZVPS_SUM_TRAITS(64fc, C, CToC, CToC, zvpsMul_64fc_I, zvpsAddProduct_64fc, 64fc, 26, 0.9, 17)
+ZVPS_SUM_TRAITS(32f, 32fc, 27, 2.6, 90)
+ZVPS_SUM_TRAITS(64f, 64fc, 26, 2.3, 45)
+ZVPS_SUM_TRAITS(32fc, 32fc, 27, 0.9, 33)
+ZVPS_SUM_TRAITS(64fc, 64fc, 26, 0.9, 17)
 #undef ZVPS_SUM_TRAITS
 
 // Which sections are transformed. One that holds all; or windows of the signal, each for its results with all taps; or
@@ -89,7 +83,8 @@ SumSections cheapestSections(const Sums<T>& sums) {
     return best;
 }
 
-// A transform object and memory until the end of a call.
+// A transform object, vectors of all its points, and what transforms work in, until the end of a call: in one block,
+// which the system does not take back after each call as it would several.
 template <class Element>
 class SumTransform {
   public:
@@ -99,23 +94,27 @@ class SumTransform {
     SumTransform(const SumTransform&) = delete;
     SumTransform& operator=(const SumTransform&) = delete;
     ~SumTransform() {
-        if (spec_ != nullptr) Traits::free(spec_);
         if (memory_ != nullptr) zvpFree(memory_);
     }
 
-    // With so many vectors of all points, and work buffers for so many threads.
+    // With so many vectors, and work buffers for so many threads.
     ZvpStatus open(int order, int vectors, int threads) {
-        if (const ZvpStatus status = Traits::initAlloc(&spec_, order, zvpFftScaleInv, 0)) return status;
-        int bufferSize = 0;
-        if (const ZvpStatus status = Traits::getBufSize(spec_, &bufferSize)) return status;
-        points_ = int64_t{1} << order;
+        int specSize = 0, initSize = 0, bufferSize = 0;
+        if (const ZvpStatus status = Traits::getSize(order, zvpFftScaleInv, 0, &specSize, &initSize, &bufferSize)) {
+            return status;
+        }
+        const auto rounded = [](int64_t bytes) { return (bytes + 63) / 64 * 64; };
         // Vectors a power of two apart would meet in the same cache sets.
         constexpr int64_t kApart = 1088;
+        points_ = int64_t{1} << order;
         vectorBytes_ = points_ * static_cast<int64_t>(sizeof(Element)) + kApart;
-        bufferBytes_ = (int64_t{bufferSize} + 63) / 64 * 64;
-        vectors_ = vectors;
-        memory_ = static_cast<unsigned char*>(zvpMalloc(vectorBytes_ * vectors + bufferBytes_ * threads));
-        return memory_ == nullptr ? zvpStsNoMemory : zvpStsOk;
+        bufferBytes_ = rounded(bufferSize);
+        const int64_t vectorsBytes = std::max(vectorBytes_ * vectors, rounded(initSize));
+        memory_ = static_cast<unsigned char*>(zvpMalloc(vectorsBytes + bufferBytes_ * threads + specSize));
+        if (memory_ == nullptr) return zvpStsNoMemory;
+        buffers_ = memory_ + vectorsBytes;
+        // The object is built with the help of memory that the vectors take afterwards.
+        return Traits::init(&spec_, order, zvpFftScaleInv, 0, buffers_ + bufferBytes_ * threads, memory_);
     }
 
     int64_t points() const { return points_; }
@@ -166,16 +165,14 @@ class SumTransform {
     }
 
   private:
-    Zvp8u* buffer(int thread) const {
-        return bufferBytes_ == 0 ? nullptr : memory_ + vectorBytes_ * vectors_ + bufferBytes_ * thread;
-    }
+    Zvp8u* buffer(int thread) const { return bufferBytes_ == 0 ? nullptr : buffers_ + bufferBytes_ * thread; }
 
     typename Traits::Spec* spec_ = nullptr;
     unsigned char* memory_ = nullptr;
+    unsigned char* buffers_ = nullptr;
     int64_t points_ = 0;
     int64_t vectorBytes_ = 0;
     int64_t bufferBytes_ = 0;
-    int vectors_ = 0;
 };
 
 template <class Results, class Element>
@@ -275,8 +272,7 @@ ZvpStatus sumByTransforms(const Sums<T>& sums, const SumSections& sections, cons
     case SumSections::kOfTaps:
         return sumByTaps(sums, sections, results);
     case SumSections::kOfResults:
-        return sumByResults(sums, sections, results,
-                            static_cast<int>(std::min<int64_t>(mostThreads, sections.count)));
+        return sumByResults(sums, sections, results, static_cast<int>(std::min<int64_t>(mostThreads, sections.count)));
     default:
         return sumWhole(sums, sections.order, results);
     }

@@ -83,8 +83,7 @@ ZvpStatus filterDirect(const Data* src, Data* dst, int numIters, const Source* t
     if (memory.get() == nullptr) return zvpStsNoMemory;
     auto& state = build<State>(kFirMultirateTag<Taps, Data>, taps, tapsLen, tapsFactor, factors, memory.get());
     setFirPast(state, dlyLine);
-    if (const ZvpStatus status =
-            filterMultirate(state, src, dst, static_cast<size_t>(numIters), scaleFactor, false)) {
+    if (const ZvpStatus status = filterMultirate(state, src, dst, static_cast<size_t>(numIters), scaleFactor, false)) {
         return status;
     }
     getFirPast(state, dlyLine);
@@ -98,20 +97,22 @@ ZvpStatus filterDirect(const Data* src, Data* dst, int numIters, const Source* t
 
 #define ZVPS_FACTORS int upFactor, int upPhase, int downFactor, int downPhase
 #define ZVPS_FACTORS_GIVEN                                                                                             \
-    zvps::MultirateFactors { upFactor, upPhase, downFactor, downPhase }
+    zvps::MultirateFactors {                                                                                           \
+        upFactor, upPhase, downFactor, downPhase                                                                       \
+    }
 
 // PREFIX, DATA and END make up the name, STATE and TAPS are the types of the state and its taps, SOURCE is that of the
-// caller's taps. FACTOR_PARAMETER: of taps with a factor, its declaration and a comma. FACTOR: its value. FACTOR_PASSED:
-// a comma and the value.
+// caller's taps. FACTOR_PARAMETER: of taps with a factor, its declaration and a comma. FACTOR: its value.
+// FACTOR_PASSED: a comma and the value.
 #define ZVPS_FIRMR(PREFIX, DATA, END, TAPS, SOURCE, FACTOR_PARAMETER, FACTOR, FACTOR_PASSED)                           \
     ZvpStatus zvpsFIRMRGetStateSize##PREFIX##_##DATA##END(int tapsLen, int upFactor, int downFactor, int* pSize) {     \
         return zvps::getStateSize<zvps::StateOf<Zvp##TAPS, Zvp##DATA>>(                                                \
             tapsLen, upFactor, downFactor, pSize,                                                                      \
             [=](int* size) { return zvpsFIRGetStateSize##PREFIX##_##DATA(tapsLen, size); });                           \
     }                                                                                                                  \
-    ZvpStatus zvpsFIRMRInit##PREFIX##_##DATA##END(                                                                     \
-        ZvpsFIRState##PREFIX##_##DATA** ppState, const Zvp##SOURCE* pTaps, int tapsLen, FACTOR_PARAMETER ZVPS_FACTORS, \
-        const Zvp##DATA* pDlyLine, Zvp8u* pBuffer) {                                                                   \
+    ZvpStatus zvpsFIRMRInit##PREFIX##_##DATA##END(ZvpsFIRState##PREFIX##_##DATA** ppState, const Zvp##SOURCE* pTaps,   \
+                                                  int tapsLen, FACTOR_PARAMETER ZVPS_FACTORS,                          \
+                                                  const Zvp##DATA* pDlyLine, Zvp8u* pBuffer) {                         \
         return zvps::init<zvps::StateOf<Zvp##TAPS, Zvp##DATA>>(                                                        \
             zvps::kFirMultirateTag<Zvp##TAPS, Zvp##DATA>, ppState, pTaps, tapsLen, FACTOR, ZVPS_FACTORS_GIVEN,         \
             pDlyLine, pBuffer, [=] {                                                                                   \
@@ -123,9 +124,8 @@ ZvpStatus filterDirect(const Data* src, Data* dst, int numIters, const Source* t
                                                        FACTOR_PARAMETER ZVPS_FACTORS, const Zvp##DATA* pDlyLine) {     \
         return zvps::initAlloc<zvps::StateOf<Zvp##TAPS, Zvp##DATA>>(                                                   \
             zvps::kFirMultirateTag<Zvp##TAPS, Zvp##DATA>, ppState, pTaps, tapsLen, FACTOR, ZVPS_FACTORS_GIVEN,         \
-            pDlyLine, [=] {                                                                                            \
-                return zvpsFIRInitAlloc##PREFIX##_##DATA##END(ppState, pTaps, tapsLen FACTOR_PASSED, pDlyLine);        \
-            });                                                                                                        \
+            pDlyLine,                                                                                                  \
+            [=] { return zvpsFIRInitAlloc##PREFIX##_##DATA##END(ppState, pTaps, tapsLen FACTOR_PASSED, pDlyLine); });  \
     }
 
 #define ZVPS_FIRMR_DIRECT(PREFIX, DATA, TAPS)                                                                          \
@@ -141,10 +141,9 @@ ZvpStatus filterDirect(const Data* src, Data* dst, int numIters, const Source* t
                                                         ZVPS_FACTORS_GIVEN, pDlyLine, 0);                              \
     }
 #define ZVPS_FIRMR_DIRECT_SFS(PREFIX, DATA, TAPS, FACTOR_PARAMETER, FACTOR)                                            \
-    ZvpStatus zvpsFIRMR##PREFIX##_Direct_##DATA##_Sfs(const Zvp##DATA* pSrc, Zvp##DATA* pDst, int numIters,            \
-                                                      const Zvp##TAPS* pTaps, int tapsLen,                             \
-                                                      FACTOR_PARAMETER ZVPS_FACTORS, Zvp##DATA* pDlyLine,              \
-                                                      int scaleFactor) {                                               \
+    ZvpStatus zvpsFIRMR##PREFIX##_Direct_##DATA##_Sfs(                                                                 \
+        const Zvp##DATA* pSrc, Zvp##DATA* pDst, int numIters, const Zvp##TAPS* pTaps, int tapsLen,                     \
+        FACTOR_PARAMETER ZVPS_FACTORS, Zvp##DATA* pDlyLine, int scaleFactor) {                                         \
         return zvps::filterDirect<Zvp##TAPS>(pSrc, pDst, numIters, pTaps, tapsLen, FACTOR, ZVPS_FACTORS_GIVEN,         \
                                              pDlyLine, scaleFactor);                                                   \
     }                                                                                                                  \

@@ -47,9 +47,68 @@ struct WideSums {
 
 // ---- Sums by lanes ----
 
+// Vectors of the source: as they lie there,
+template <class T>
+struct WholeVectors {
+    using Row = WideRow<T>;
+
+    explicit WholeVectors(const int32_t*) {}
+    HWY_INLINE typename Row::V load(const T* src, size_t h) const {
+        return hn::LoadU(typename Row::D(), src + h * Row::kWidth);
+    }
+};
+
+// by permutation of the vector where a register's first lane comes from,
+template <class T>
+struct PermutedVectors {
+    using Row = WideRow<T>;
+    using Index = hwy::MakeSigned<T>;
+
+    size_t begin[Row::kRegisters];
+    decltype(hn::SetTableIndices(typename Row::D(), static_cast<const Index*>(nullptr))) indices[Row::kRegisters];
+
+    explicit PermutedVectors(const int32_t* order) {
+        for (size_t h = 0; h < Row::kRegisters; ++h) {
+            const int32_t first = order[h * Row::kWidth];
+            Index lanes[Row::kWidth];
+            for (size_t i = 0; i < Row::kWidth; ++i)
+                lanes[i] = order[h * Row::kWidth + i] - first;
+            begin[h] = static_cast<size_t>(first);
+            indices[h] = hn::SetTableIndices(typename Row::D(), lanes);
+        }
+    }
+    // Whether lanes come from one vector.
+    static bool fit(const int32_t* order) {
+        for (size_t i = 0; i < Row::kLanes; ++i) {
+            if (order[i] - order[i / Row::kWidth * Row::kWidth] >= static_cast<int32_t>(Row::kWidth)) return false;
+        }
+        return true;
+    }
+    HWY_INLINE typename Row::V load(const T* src, size_t h) const {
+        return hn::TableLookupLanes(hn::LoadU(typename Row::D(), src + begin[h]), indices[h]);
+    }
+};
+
+// or lane by lane.
+template <class T>
+struct GatheredVectors {
+    using Row = WideRow<T>;
+
+    const int32_t* order;
+
+    explicit GatheredVectors(const int32_t* lanes) : order(lanes) {}
+    HWY_INLINE typename Row::V load(const T* src, size_t h) const {
+        alignas(kVectorBytes) T lanes[Row::kWidth];
+        for (size_t i = 0; i < Row::kWidth; ++i)
+            lanes[i] = src[order[h * Row::kWidth + i]];
+        return hn::Load(typename Row::D(), lanes);
+    }
+};
+
 // Adds the products with the rows at `taps` and as many as kRows - 1 shared steps on.
-template <size_t kRows, bool kMasked, size_t kParts, size_t kVectors, class T>
-HWY_INLINE void addRows(WideSums<T, kParts, kVectors>& sums, const T* src, const T* taps, const LaneTaps<T>& all) {
+template <size_t kRows, bool kMasked, class Vectors, size_t kParts, size_t kVectors, class T>
+HWY_INLINE void addRows(WideSums<T, kParts, kVectors>& sums, const Vectors& vectors, const T* src, const T* taps,
+                        const LaneTaps<T>& all) {
     using Row = WideRow<T>;
     const typename Row::D d;
     typename Row::V tap[kParts][kRows][Row::kRegisters];
@@ -59,15 +118,14 @@ HWY_INLINE void addRows(WideSums<T, kParts, kVectors>& sums, const T* src, const
         for (size_t part = 0; part < kParts; ++part) {
 #pragma GCC unroll 4
             for (size_t h = 0; h < Row::kRegisters; ++h)
-                tap[part][j][h] =
-                    hn::LoadU(d, taps + (j * all.shared * kParts + part) * Row::kLanes + h * Row::kWidth);
+                tap[part][j][h] = hn::LoadU(d, taps + (j * all.shared * kParts + part) * Row::kLanes + h * Row::kWidth);
         }
     }
 #pragma GCC unroll 32
     for (size_t v = 0; v < kVectors + kRows - 1; ++v) {
 #pragma GCC unroll 4
         for (size_t h = 0; h < Row::kRegisters; ++h) {
-            auto x = hn::LoadU(d, src + v * all.step + h * Row::kWidth);
+            auto x = vectors.load(src + v * all.srcStep, h);
             if (kMasked) x = hn::And(x, hn::LoadU(d, all.mask + h * Row::kWidth));
             keepInRegister(x);
 #pragma GCC unroll 8
@@ -83,8 +141,8 @@ HWY_INLINE void addRows(WideSums<T, kParts, kVectors>& sums, const T* src, const
 }
 
 // kMostRows: how many rows of taps there are registers for beside the sums.
-template <size_t kParts, size_t kVectors, size_t kMostRows, class T>
-HWY_INLINE void laneTile(const T* src, T* dst, const LaneTaps<T>& taps) {
+template <size_t kParts, size_t kVectors, size_t kMostRows, class Vectors, class T>
+HWY_INLINE void laneTile(const Vectors& vectors, const T* src, T* dst, const LaneTaps<T>& taps) {
     using Row = WideRow<T>;
     WideSums<T, kParts, kVectors> sums;
     sums.start();
@@ -93,8 +151,8 @@ HWY_INLINE void laneTile(const T* src, T* dst, const LaneTaps<T>& taps) {
         size_t row = column;
         size_t left = (taps.rows - column + taps.shared - 1) / taps.shared;
         const auto add = [&](auto rows, auto masked) HWY_ATTR {
-            addRows<rows.value, masked.value>(sums, src + row * taps.rowStep, taps.taps + row * kParts * Row::kLanes,
-                                              taps);
+            addRows<rows.value, masked.value>(sums, vectors, src + row * taps.rowStep,
+                                              taps.taps + row * kParts * Row::kLanes, taps);
             row += rows.value * taps.shared;
             left -= rows.value;
         };
@@ -115,49 +173,53 @@ HWY_INLINE void laneTile(const T* src, T* dst, const LaneTaps<T>& taps) {
         while (left >= 1)
             add(std::integral_constant<size_t, 1>(), whole);
     }
+    const typename Row::D d;
 #pragma GCC unroll 16
     for (size_t i = 0; i < kVectors; ++i) {
 #pragma GCC unroll 4
-        for (size_t h = 0; h < Row::kRegisters; ++h)
-            hn::StoreU(sums.output(i, h), typename Row::D(), dst + i * taps.step + h * Row::kWidth);
+        for (size_t h = 0; h < Row::kRegisters; ++h) {
+            const size_t at = h * Row::kWidth;
+            T* const to = dst + i * taps.dstStep + at;
+            if (taps.width >= at + Row::kWidth) {
+                hn::StoreU(sums.output(i, h), d, to);
+            } else if (taps.width > at) {
+                storeFirst(d, sums.output(i, h), to, taps.width - at);
+            }
+        }
     }
 }
 
-template <class T, size_t kParts>
-void laneSums(const T* src, T* sums, size_t vectors, const LaneTaps<T>& taps) {
+template <class Vectors, class T, size_t kParts>
+void laneSumsOf(const T* src, T* sums, size_t n, const LaneTaps<T>& taps) {
     constexpr size_t kSums = HWY_TARGET <= HWY_AVX3 ? 16 : 8; // registers of a tile
     constexpr size_t kTile = kSums / WideRow<T>::kRegisters / kParts;
     constexpr size_t kRows = kSums / 2 / WideRow<T>::kRegisters / kParts;
+    const Vectors vectors(taps.order);
     size_t i = 0;
-    for (; vectors - i >= kTile || (vectors >= kTile && vectors - i > kTile / 2); i += kTile) {
+    for (; n - i >= kTile || (n >= kTile && n - i > kTile / 2); i += kTile) {
         // The last tile may overlap the one before it.
-        if (vectors - i < kTile) i = vectors - kTile;
-        laneTile<kParts, kTile, kRows>(src + i * taps.step, sums + i * taps.step, taps);
+        if (n - i < kTile) i = n - kTile;
+        laneTile<kParts, kTile, kRows>(vectors, src + i * taps.srcStep, sums + i * taps.dstStep, taps);
     }
-    for (; i < vectors; ++i)
-        laneTile<kParts, 1, 1>(src + i * taps.step, sums + i * taps.step, taps);
+    constexpr size_t kQuarter = kTile / 4;
+    if constexpr (kQuarter > 1) {
+        for (; n > i && n - i >= kQuarter; i += kQuarter)
+            laneTile<kParts, kQuarter, kRows>(vectors, src + i * taps.srcStep, sums + i * taps.dstStep, taps);
+    }
+    for (; i < n; ++i)
+        laneTile<kParts, 1, 1>(vectors, src + i * taps.srcStep, sums + i * taps.dstStep, taps);
 }
-
-// ---- Before and after ----
 
 template <class T, size_t kParts>
-void spreadElements(const T* src, T* dst, size_t vectors, size_t srcStep, size_t dstStep, const int32_t* order) {
-    constexpr size_t N = WideRow<T>::kLanes;
-#if HWY_TARGET <= HWY_AVX3
-    const Lanes<T, N> d;
-    alignas(64) hwy::MakeSigned<T> lanes[N];
-    for (size_t i = 0; i < N; ++i)
-        lanes[i] = order[i];
-    const auto indices = hn::SetTableIndices(d, lanes);
-    for (size_t v = 0; v < vectors; ++v)
-        hn::StoreU(hn::TableLookupLanes(hn::LoadU(d, src + v * srcStep), indices), d, dst + v * dstStep);
-#else
-    for (size_t v = 0; v < vectors; ++v) {
-        for (size_t i = 0; i < N; ++i)
-            dst[v * dstStep + i] = src[v * srcStep + static_cast<size_t>(order[i])];
+void laneSums(const T* src, T* sums, size_t n, const LaneTaps<T>& taps) {
+    if (taps.order == nullptr) return laneSumsOf<WholeVectors<T>, T, kParts>(src, sums, n, taps);
+    if (WideRow<T>::kRegisters == 1 || PermutedVectors<T>::fit(taps.order)) {
+        return laneSumsOf<PermutedVectors<T>, T, kParts>(src, sums, n, taps);
     }
-#endif
+    if constexpr (WideRow<T>::kRegisters > 1) laneSumsOf<GatheredVectors<T>, T, kParts>(src, sums, n, taps);
 }
+
+// ---- Sums of neighbours ----
 
 // The sums of neighbouring elements of both vectors.
 template <size_t kParts, class T, size_t N>
@@ -210,6 +272,16 @@ void addPowers(const T* sums, T* dst, size_t n) {
     }
 }
 
+#if HWY_TARGET <= HWY_AVX3
+// Lane indices[i] of low and high.
+HWY_INLINE Vec<float, 16> fromTwo(Vec<float, 16> low, Vec<float, 16> high, Vec<int32_t, 16> indices) {
+    return Vec<float, 16>{ZVPS_INTRINSIC(permutex2var_ps)(low.raw, indices.raw, high.raw)};
+}
+HWY_INLINE Vec<double, 8> fromTwo(Vec<double, 8> low, Vec<double, 8> high, Vec<int64_t, 8> indices) {
+    return Vec<double, 8>{ZVPS_INTRINSIC(permutex2var_pd)(low.raw, indices.raw, high.raw)};
+}
+#endif
+
 template <class T, size_t kParts>
 void addGroups(T* sums, T* dst, size_t n, size_t group) {
     const size_t power = group & (~group + 1);
@@ -220,8 +292,35 @@ void addGroups(T* sums, T* dst, size_t n, size_t group) {
     if (power == 4) addPowers<4, kParts>(sums, to, count);
     if (power == 8) addPowers<8, kParts>(sums, to, count);
     if (power == 16) addPowers<16, kParts>(sums, to, count);
-    if (odd == 1) return;
-    for (size_t i = 0; i < n * kParts; ++i) {
+    size_t i = 0;
+#if HWY_TARGET <= HWY_AVX3
+    // From two vectors at once, by permutations; the lanes behind the results are overwritten by those that follow.
+    constexpr size_t N = kVectorBytes / sizeof(T);
+    const size_t most = 2 * N / kParts / odd;
+    const size_t outputs = most < N / kParts ? most : N / kParts;
+    if (odd > 1 && (outputs > 1 || kParts == 1)) {
+        using Index = hwy::MakeSigned<T>;
+        const Lanes<T, N> d;
+        const Lanes<Index, N> integers;
+        alignas(kVectorBytes) Index first[N];
+        for (size_t lane = 0; lane < N; ++lane)
+            first[lane] =
+                static_cast<Index>(lane / kParts < outputs ? lane / kParts * odd * kParts + lane % kParts : 0);
+        for (; i + N <= n * kParts; i += outputs * kParts) {
+            const T* const from = sums + i * odd;
+            const auto low = hn::LoadU(d, from);
+            const auto high = hn::LoadU(d, from + N);
+            auto indices = hn::Load(integers, first);
+            auto sum = fromTwo(low, high, indices);
+            for (size_t k = 1; k < odd; ++k) {
+                indices = hn::Add(indices, hn::Set(integers, static_cast<Index>(kParts)));
+                sum = hn::Add(sum, fromTwo(low, high, indices));
+            }
+            hn::StoreU(sum, d, dst + i);
+        }
+    }
+#endif
+    for (; i < n * kParts && odd > 1; ++i) {
         const T* const first = sums + i / kParts * odd * kParts + i % kParts;
         T sum = *first;
         for (size_t k = 1; k < odd; ++k)

@@ -4,8 +4,7 @@ namespace zvps::ZVPS_LEVEL {
 
 extern const MultirateFilterKernels multirateFilterKernels;
 const MultirateFilterKernels multirateFilterKernels = {
-#define ZVPS_KERNEL(slot, type, parts)                                                                                 \
-    {laneSums<type, parts>, spreadElements<type, parts>, addGroups<type, parts>, phaseSums<type, parts>},
+#define ZVPS_KERNEL(slot, type, parts) {laneSums<type, parts>, addGroups<type, parts>, phaseSums<type, parts>},
     ZVPS_MULTIRATE_FIRS(ZVPS_KERNEL)
 #undef ZVPS_KERNEL
 };

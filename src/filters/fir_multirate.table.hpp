@@ -19,19 +19,23 @@ namespace zvps {
 inline constexpr size_t kMultirateBytes = 64;
 
 // Sums by lanes. Output vector v is the sum over the rows r of taps of row r times the vector of the source at
-// v * step + r * rowStep: rows `shared` apart meet the same vectors. Steps are in parts.
+// v * srcStep + r * rowStep: rows `shared` apart meet the same vectors. Steps are in parts.
 template <class T>
 struct LaneTaps {
     const T* taps; // of complex elements a row of real parts, each twice, before one of imaginary parts
     const T* mask; // the bits of the source that the first row meets; null where it meets all
+    // Where lanes come from in the source instead of from their own places: each register's from less than two vectors.
+    const int32_t* order;
     size_t rows;
-    size_t step;
+    size_t srcStep;
     size_t rowStep;
     size_t shared;
+    size_t dstStep; // from vector to vector of sums
+    size_t width;   // how many lanes are stored where a vector's end is another's place; all of them otherwise
 };
 
-// Sums over sub-filters. The taps of a phase, last to first, begin at phase * length; the first `fullPhases` phases have
-// `length` taps, those from there to `phases` one fewer, and the rest none.
+// Sums over sub-filters. The taps of a phase, last to first, begin at phase * length; the first `fullPhases` phases
+// have `length` taps, those from there to `phases` one fewer, and the rest none.
 template <class T>
 struct PhaseTaps {
     const T* taps;
@@ -45,10 +49,7 @@ struct PhaseTaps {
 
 template <class T>
 struct MultirateKernels {
-    // Stores whole vectors, one after the other: the lanes behind `step` come to lie behind the last vector alone.
     void (*lanes)(const T* src, T* sums, size_t vectors, const LaneTaps<T>& taps);
-    // dst[v * dstStep + lane] = src[v * srcStep + order[lane]] for all lanes of a vector.
-    void (*spread)(const T* src, T* dst, size_t vectors, size_t srcStep, size_t dstStep, const int32_t* order);
     // Output i of n is the sum of the elements from i * group to (i + 1) * group - 1. May change the sums.
     void (*addGroups)(T* sums, T* dst, size_t n, size_t group);
     // n outputs, the first by the sub-filter of `phase` with its newest input at src.

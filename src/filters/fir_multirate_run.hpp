@@ -68,14 +68,11 @@ constexpr int64_t wholeLines(int64_t count) {
 template <class T, class Past, class Data>
 class LaneRun {
   public:
-    LaneRun(const FirMultirate<T>& fir, int tapsLen, const MultirateInputs<Past, Data>& inputs, int scaleFactor)
-        : fir_(fir), shape_(fir.factors, tapsLen), inputs_(inputs), scaleFactor_(scaleFactor) {
-        group_ = static_cast<int64_t>(shape_.group);
-        groups_ = static_cast<int64_t>(shape_.groups);
-        const auto rows = static_cast<int64_t>(shape_.rows);
-        const int64_t lanes = std::max(kMultirateBlock / int64_t{sizeof(T)}, 2 * rows * group_);
-        block_ = std::max(lanes / (group_ * groups_), int64_t{1}) * groups_;
-        oldest_ = shape_.oldest(fir.factors, 0);
+    LaneRun(const FirMultirate<T>& fir, const MultirateInputs<Past, Data>& inputs, int scaleFactor)
+        : fir_(fir), shape_(fir.lanes), inputs_(inputs), scaleFactor_(scaleFactor),
+          oldest_(shape_.oldest(fir.factors)) {
+        const int64_t lanes = std::max(kMultirateBlock / int64_t{sizeof(T)}, 2 * shape_.rows * shape_.rowStep());
+        block_ = std::max(lanes / shape_.lanes(), int64_t{1}) * shape_.groups;
     }
 
     // Outputs that are computed together.
@@ -84,26 +81,22 @@ class LaneRun {
     // Of T, for a run of so many units.
     int64_t memory(int64_t units) const {
         const int64_t vectors = vectorsOf(std::min(units, block_));
-        return windowLength(vectors) + spreadLength(vectors) + sumsLength(vectors) + resultsLength(vectors);
+        return windowLength(vectors) + sumsLength(vectors) + resultsLength(vectors);
     }
 
     void run(T* memory, int64_t begin, int64_t end, Data* dst) const {
         const int64_t most = vectorsOf(std::min(end - begin, block_));
-        T* const spread = memory + windowLength(most);
-        T* const sums = spread + spreadLength(most);
-        T* const results = sums + sumsLength(most);
-        for (int64_t i = begin; i < end; i += block_) {
-            const int64_t units = std::min(block_, end - i);
-            const int64_t vectors = vectorsOf(units);
+        T* const sums = memory + windowLength(most);
+        for (int64_t i = begin, units; i < end; i += units) {
+            units = piece(i, end);
             const int64_t first = oldest_ + i * shape_.inputs;
-            const T* src = inputs_.window(first, first + reach(vectors), memory);
-            if (shape_.outputs > 1) {
-                const auto srcStep = static_cast<size_t>(groups_ * shape_.inputs * kPartsOf);
-                kernels_.spread(parts(src), parts(spread), static_cast<size_t>(spreadVectors(vectors)), srcStep, step(),
-                                fir_.order);
-                src = spread;
+            const T* const src = inputs_.window(first, first + reach(vectorsOf(units)), memory);
+            Data* const to = dst + i * shape_.outputs;
+            if (shape_.addsLanes()) {
+                addLanes(src, sums, sums + sumsLength(most), units, to);
+            } else {
+                storeLanes(src, sums, units, to);
             }
-            finish(src, sums, results, units, dst + i * shape_.outputs);
         }
     }
 
@@ -112,69 +105,87 @@ class LaneRun {
     static constexpr int64_t kLanes = MultirateLanes<T>::kLanes;
     static constexpr bool kStraight = std::is_same_v<T, Data>;
 
-    size_t step() const { return static_cast<size_t>(groups_ * group_ * kPartsOf); }
-    int64_t vectorsOf(int64_t units) const { return (units + groups_ - 1) / groups_; }
-    // From the first lane of so many vectors to the last that a row of taps meets.
-    int64_t lanesOf(int64_t vectors) const {
-        return (vectors - 1) * groups_ * group_ + (static_cast<int64_t>(shape_.rows) - 1) * group_ + kLanes;
+    // How many units to compute at once from unit i on, so that few inputs must be copied: those beside the past, and
+    // those before the end.
+    int64_t piece(int64_t i, int64_t end) const {
+        const int64_t most = std::min(block_, end - i);
+        if (!kStraight) return most;
+        const int64_t first = oldest_ + i * shape_.inputs;
+        const int64_t vectors = first < 0 ? -first / (shape_.inputs * shape_.groups) + 1
+                                          : (inputs_.count - first - reach(0)) / (shape_.inputs * shape_.groups);
+        const int64_t units = vectors * shape_.groups;
+        return vectors < 1 || units > most || (first < 0 ? units : most - units) > most / 2 ? most : units;
     }
-    int64_t spreadVectors(int64_t vectors) const {
-        return shape_.outputs == 1 ? 0 : (lanesOf(vectors) + groups_ * group_ - 1) / (groups_ * group_);
-    }
+    int64_t vectorsOf(int64_t units) const { return (units + shape_.groups - 1) / shape_.groups; }
+    // The inputs for so many vectors: more than the last lane of all chunks may be loaded with.
     int64_t reach(int64_t vectors) const {
-        if (shape_.outputs == 1) return lanesOf(vectors);
-        return (spreadVectors(vectors) - 1) * groups_ * shape_.inputs + kLanes;
+        return vectors * shape_.groups * shape_.inputs + shape_.rows * shape_.rowStep() + 2 * kLanes;
     }
     int64_t windowLength(int64_t vectors) const { return wholeLines<T>(reach(vectors)); }
-    int64_t spreadLength(int64_t vectors) const {
-        if (shape_.outputs == 1) return 0;
-        return wholeLines<T>((spreadVectors(vectors) - 1) * groups_ * group_ + kLanes);
+    int64_t sumsLength(int64_t vectors) const { return wholeLines<T>(vectors * shape_.lanes() + kLanes); }
+    int64_t resultsLength(int64_t vectors) const {
+        return shape_.addsLanes() ? wholeLines<T>(vectors * shape_.groups) : 0;
     }
-    int64_t sumsLength(int64_t vectors) const { return wholeLines<T>((vectors - 1) * groups_ * group_ + kLanes); }
-    int64_t resultsLength(int64_t vectors) const { return wholeLines<T>(vectors * groups_ * shape_.outputs); }
 
-    // The outputs of so many units.
-    void finish(const T* src, T* sums, T* results, int64_t units, Data* dst) const {
-        const LaneTaps<Part<T>> taps = {parts(fir_.taps),
-                                        fir_.isPartial ? fir_.mask : nullptr,
-                                        shape_.rows,
-                                        step(),
-                                        static_cast<size_t>(group_ * kPartsOf),
-                                        shape_.groups};
-        const auto count = static_cast<size_t>(units * shape_.outputs);
-        int64_t vectors = vectorsOf(units);
-        int64_t stored = 0; // vectors that went straight to their place
-        if constexpr (kStraight) {
-            if (shape_.inputs == 1 && units * group_ >= kLanes) {
-                stored = (units * group_ - kLanes) / (groups_ * group_) + 1;
-                kernels_.lanes(parts(src), parts(dst), static_cast<size_t>(stored), taps);
-                vectors -= stored;
-            }
+    // The sums of vectors, each chunk in turn.
+    void sum(const T* src, T* sums, int64_t vectors) const {
+        const auto inParts = [](int64_t elements) { return static_cast<size_t>(elements * kPartsOf); };
+        const size_t lanes = inParts(kLanes);
+        LaneTaps<Part<T>> taps = {};
+        taps.rows = static_cast<size_t>(shape_.rows);
+        taps.srcStep = inParts(shape_.groups * shape_.inputs);
+        taps.rowStep = inParts(shape_.rowStep());
+        taps.shared = static_cast<size_t>(shape_.groups * shape_.inputs / shape_.rowStep());
+        taps.dstStep = inParts(shape_.lanes());
+        for (int64_t i = 0; i < shape_.chunks; ++i) {
+            const auto at = static_cast<size_t>(i);
+            const MultirateChunk& chunk = fir_.chunks[i];
+            taps.taps = parts(fir_.taps) + at * taps.rows * static_cast<size_t>(kPartsOf) * lanes;
+            taps.mask = chunk.isPartial ? fir_.masks + at * lanes : nullptr;
+            taps.order = shape_.addsLanes() ? nullptr : fir_.orders + at * lanes;
+            taps.width = shape_.chunks == 1 ? lanes : inParts(chunk.width);
+            multirateKernels<T>().lanes(parts(src + chunk.input), parts(sums + chunk.output),
+                                        static_cast<size_t>(vectors), taps);
         }
-        const int64_t done = stored * groups_ * group_;
-        if (vectors > 0) kernels_.lanes(parts(src + done), parts(sums), static_cast<size_t>(vectors), taps);
-        if (shape_.inputs == 1) {
-            storeElements(sums, dst + done, count - static_cast<size_t>(done), scaleFactor_);
-        } else {
-            const auto group = static_cast<size_t>(shape_.inputs);
-            if constexpr (kStraight) {
-                kernels_.addGroups(parts(sums), parts(dst), count, group);
-            } else {
-                kernels_.addGroups(parts(sums), parts(results), count, group);
-                storeElements(results, dst, count, scaleFactor_);
+    }
+
+    // Lanes are outputs.
+    void storeLanes(const T* src, T* sums, int64_t units, Data* dst) const {
+        int64_t stored = 0; // vectors that go straight to their place
+        const int64_t count = units * shape_.outputs;
+        if constexpr (kStraight) {
+            if (shape_.chunks > 1) {
+                stored = units;
+            } else if (count >= kLanes) {
+                stored = (count - kLanes) / shape_.lanes() + 1;
             }
+            if (stored > 0) sum(src, dst, stored);
+        }
+        const int64_t done = stored * shape_.lanes();
+        if (done >= count) return;
+        sum(src + stored * shape_.groups * shape_.inputs, sums, vectorsOf(units) - stored);
+        storeElements(sums, dst + done, static_cast<size_t>(count - done), scaleFactor_);
+    }
+
+    // Lanes are inputs.
+    void addLanes(const T* src, T* sums, T* results, int64_t units, Data* dst) const {
+        sum(src, sums, vectorsOf(units));
+        const auto count = static_cast<size_t>(units);
+        const auto group = static_cast<size_t>(shape_.inputs);
+        if constexpr (kStraight) {
+            multirateKernels<T>().addGroups(parts(sums), parts(dst), count, group);
+        } else {
+            multirateKernels<T>().addGroups(parts(sums), parts(results), count, group);
+            storeElements(results, dst, count, scaleFactor_);
         }
     }
 
     const FirMultirate<T>& fir_;
-    MultirateLanes<T> shape_;
+    const MultirateLanes<T>& shape_;
     MultirateInputs<Past, Data> inputs_;
     int scaleFactor_;
-    int64_t group_;
-    int64_t groups_;
-    int64_t block_; // in units
     int64_t oldest_;
-    const MultirateKernels<Part<T>>& kernels_ = multirateKernels<T>();
+    int64_t block_; // in units
 };
 
 // ---- Outputs one by one ----
@@ -291,8 +302,7 @@ ZvpStatus filterInputs(const State& state, const MultirateInputs<Past, Data>& in
         }
     }
     if (state.mode == kFirByLanes) {
-        return runMultirate<T>(LaneRun<T, Past, Data>(fir, state.tapsLen, inputs, scaleFactor), dst, outputs,
-                               state.threads);
+        return runMultirate<T>(LaneRun<T, Past, Data>(fir, inputs, scaleFactor), dst, outputs, state.threads);
     }
     return runMultirate<T>(PhaseRun<T, Past, Data>(fir, state.tapsLen, inputs, scaleFactor), dst, outputs,
                            state.threads);

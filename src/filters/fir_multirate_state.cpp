@@ -15,11 +15,10 @@ inline constexpr int64_t kPartsOf = sizeof(T) / sizeof(Part<T>);
 
 // The elements of kernels' taps.
 template <class T>
-int64_t tapCount(const MultirateFactors& factors, int tapsLen) {
-    const MultirateLanes<T> lanes(factors, tapsLen);
+int64_t tapCount(const MultirateLanes<T>& lanes, const MultirateFactors& factors, int tapsLen) {
     if (!lanes.fit()) return std::min(factors.up, tapsLen) * factors.past(tapsLen);
     // Rows of complex taps hold each part twice.
-    return static_cast<int64_t>(lanes.rows) * static_cast<int64_t>(kMultirateBytes / sizeof(T)) * kPartsOf<T>;
+    return lanes.chunks * lanes.rows * lanes.kLanes * kPartsOf<T>;
 }
 
 template <class State>
@@ -38,6 +37,7 @@ int64_t keptCount(int tapsLen) {
 template <class State>
 int multirateStateSize(const MultirateFactors& factors, int tapsLen) {
     using T = Wide<State>;
+    const MultirateLanes<T> lanes(factors, tapsLen);
     int64_t size = kAlignment - 1;
     const auto add = [&](int64_t count, size_t bytes) {
         size += roundUp(count * static_cast<int64_t>(bytes), kAlignment);
@@ -46,9 +46,10 @@ int multirateStateSize(const MultirateFactors& factors, int tapsLen) {
     add(keptCount<State>(tapsLen), sizeof(Kept<State>));
     add(factors.past(tapsLen), sizeof(*State().ring));
     add(1, sizeof(FirMultirate<T>));
-    add(tapCount<T>(factors, tapsLen), sizeof(T));
-    add(1, kMultirateBytes);
-    add(kMultirateBytes / sizeof(Part<T>), sizeof(int32_t));
+    add(tapCount(lanes, factors, tapsLen), sizeof(T));
+    add(lanes.chunks, sizeof(MultirateChunk));
+    add(lanes.chunks, kMultirateBytes);
+    add(lanes.chunks * (kMultirateBytes / sizeof(Part<T>)), sizeof(int32_t));
     return size > std::numeric_limits<int>::max() ? -1 : static_cast<int>(size);
 }
 
@@ -67,14 +68,17 @@ State* buildMultirateState(uint32_t tag, const MultirateFactors& factors, int ta
     state.ring = carver.take<std::remove_pointer_t<decltype(state.ring)>>(state.delayLen, kAlignment);
     if constexpr (!std::is_same_v<Kept<State>, Zvp32s>) state.fftLen = -1;
     auto& fir = *carver.take<FirMultirate<T>>(1, kAlignment);
-    fir = {};
-    fir.factors = factors;
-    fir.taps = carver.take<T>(tapCount<T>(factors, tapsLen), kAlignment);
-    constexpr int64_t kLanes = kMultirateBytes / sizeof(Part<T>);
-    fir.mask = carver.take<Part<T>>(kLanes, kAlignment);
-    fir.order = carver.take<int32_t>(kLanes, kAlignment);
+    const MultirateLanes<T> shape(factors, tapsLen);
+    const auto lanes = shape.chunks * static_cast<int64_t>(kMultirateBytes / sizeof(Part<T>));
+    fir = {factors,
+           shape,
+           carver.take<T>(tapCount(shape, factors, tapsLen), kAlignment),
+           carver.take<MultirateChunk>(shape.chunks, kAlignment),
+           carver.take<Part<T>>(lanes, kAlignment),
+           carver.take<int32_t>(lanes, kAlignment),
+           true};
     state.multirate = &fir;
-    state.mode = MultirateLanes<T>(factors, tapsLen).fit() ? kFirByLanes : kFirByPhases;
+    state.mode = shape.fit() ? kFirByLanes : kFirByPhases;
     return &state;
 }
 
@@ -99,32 +103,38 @@ void setLanes(FirMultirate<T>& fir, int tapsLen, TapAt tapAt) {
     constexpr int64_t kParts = kPartsOf<T>;
     constexpr auto kLanes = static_cast<int64_t>(kMultirateBytes / sizeof(Part<T>));
     const MultirateFactors& factors = fir.factors;
-    const MultirateLanes<T> shape(factors, tapsLen);
-    const auto rows = static_cast<int64_t>(shape.rows);
-    const auto group = static_cast<int64_t>(shape.group);
-    std::memset(fir.taps, 0, sizeof(T) * static_cast<size_t>(tapCount<T>(factors, tapsLen)));
-    std::memset(fir.mask, 0xff, kMultirateBytes);
-    fir.isPartial = false;
-    for (int64_t lane = 0; lane < kLanes; ++lane) {
-        const int64_t element = lane / kParts;
-        const int64_t output = element % group / shape.inputs;
-        const int64_t input = element % shape.inputs;
-        const int64_t start = shape.oldest(factors, static_cast<int>(output)) - shape.oldest(factors, 0);
-        const int64_t from = element / group * shape.inputs + start + input;
-        const bool isUsed = element < static_cast<int64_t>(shape.groups) * group;
-        fir.order[lane] = isUsed ? static_cast<int32_t>(from * kParts + lane % kParts) : 0;
-        for (int64_t row = 0; row < rows && isUsed; ++row) {
-            const int64_t age = (rows - row) * shape.inputs - 1 - input;
-            const int64_t k = factors.phase(output) + age * factors.up;
-            if (k < tapsLen) {
-                for (int64_t part = 0; part < kParts; ++part)
-                    parts(fir.taps)[(row * kParts + part) * kLanes + lane] = static_cast<Part<T>>(tapAt(k)[part]);
-            } else {
-                // The oldest of all; nothing that an input may be must count there.
-                std::memset(fir.mask + lane, 0, sizeof(*fir.mask));
-                fir.isPartial = true;
+    const MultirateLanes<T>& shape = fir.lanes;
+    std::memset(fir.taps, 0, sizeof(T) * static_cast<size_t>(tapCount(shape, factors, tapsLen)));
+    std::memset(fir.masks, 0xff, static_cast<size_t>(shape.chunks) * kMultirateBytes);
+    int64_t first = 0;
+    for (int64_t chunk = 0; chunk < shape.chunks; ++chunk) {
+        const int64_t width = shape.chunks == 1 ? shape.lanes() : shape.width(factors, first);
+        const int64_t input = factors.newest(first) - factors.newest(0);
+        Part<T>* const taps = parts(fir.taps) + chunk * shape.rows * kParts * kLanes;
+        bool isPartial = false;
+        for (int64_t lane = 0; lane < kLanes; ++lane) {
+            // Lanes that nothing is to come of follow the last.
+            const int64_t element = std::min(lane / kParts, width - 1);
+            const int64_t output = shape.addsLanes() ? 0 : first + element;
+            const int64_t from = shape.addsLanes() ? element : factors.newest(output) - factors.newest(first);
+            fir.orders[chunk * kLanes + lane] = static_cast<int32_t>(from * kParts + lane % kParts);
+            for (int64_t row = 0; row < shape.rows; ++row) {
+                const int64_t newer = shape.addsLanes() ? element % shape.inputs : 0;
+                const int64_t age = (shape.rows - row) * shape.rowStep() - 1 - newer;
+                const int64_t k = factors.phase(output) + age * factors.up;
+                if (k < tapsLen) {
+                    for (int64_t part = 0; part < kParts; ++part)
+                        taps[(row * kParts + part) * kLanes + lane] = static_cast<Part<T>>(tapAt(k)[part]);
+                } else {
+                    // The oldest of all; nothing that an input may be must count there.
+                    std::memset(fir.masks + chunk * kLanes + lane, 0, sizeof(*fir.masks));
+                    isPartial = true;
+                }
             }
         }
+        fir.chunks[chunk] = {static_cast<int32_t>(first), static_cast<int32_t>(width), static_cast<int32_t>(input),
+                             isPartial};
+        first += width;
     }
 }
 
@@ -133,7 +143,7 @@ void setLanes(FirMultirate<T>& fir, int tapsLen, TapAt tapAt) {
 template <class T, class P>
 void setMultirateTaps(FirMultirate<T>& fir, const P* reversed, int tapsLen) {
     const auto tapAt = [&](int64_t k) { return reversed + (tapsLen - 1 - k) * kPartsOf<T>; };
-    if (MultirateLanes<T>(fir.factors, tapsLen).fit()) {
+    if (fir.lanes.fit()) {
         setLanes(fir, tapsLen, tapAt);
     } else {
         setPhases(fir, tapsLen, tapAt);

@@ -68,8 +68,9 @@ inline constexpr uint32_t kFirStreamTag<Zvp32f, Zvp32f> = firTag(33);
 // Multi-rate states: in each kind's pair of real and complex tags, two after those of one rate; one after where there
 // are real ones alone.
 template <class Taps, class Data>
-inline constexpr uint32_t kFirMultirateTag =
-    kFirTag<Taps, Data> == firTag(29) ? firTag(30) : firTag(firTagNumber(kFirTag<Taps, Data>) + 2);
+inline constexpr uint32_t kFirMultirateTag = kFirTag<Taps, Data> == firTag(29)
+                                                 ? firTag(30)
+                                                 : firTag(firTagNumber(kFirTag<Taps, Data>) + 2);
 template <class Taps, class Data>
 inline constexpr uint32_t kFirMultirateStreamTag = kFirStreamTag<Taps, Data> == 0 ? 0 : kFirStreamTag<Taps, Data> + 1;
 
@@ -179,7 +180,8 @@ struct FirIntegerState {
     Data* ring;
     int32_t tapsLen;
     int32_t stride; // elements from copy to copy
-    Zvp16s* copies; // null in multi-rate states; else the pairs that kernels multiply by: of real taps four reversed copies, copy c shifted by c + 1
+    Zvp16s* copies; // null in multi-rate states; else the pairs that kernels multiply by: of real taps four reversed
+                    // copies, copy c shifted by c + 1
     int32_t index;
     int32_t tapScale; // the taps' value is their integer times 2^tapScale
     uint8_t* steps;   // see FirPairs

@@ -28,13 +28,35 @@ constexpr Leaps leaps() {
     return result;
 }
 
+// The next n lagged words. What is known of a word two steps ahead is summed up early: then it is the borrow alone that
+// each waits for.
+HWY_INLINE void laggedWords(RandomWords& words, size_t n, uint32_t* to) {
+    uint32_t last = words.lagged[0];
+    uint32_t borrow = words.borrow;
+    uint32_t next = words.lagged[1] - words.lagged[2];
+    uint32_t afterNext = last - words.lagged[1];
+    for (size_t i = 0; i < n; ++i) {
+        const uint32_t difference = next + borrow;
+        borrow = static_cast<uint32_t>(static_cast<int32_t>(difference) >> 31);
+        const uint32_t correction = borrow & static_cast<uint32_t>(-18);
+        next = afterNext;
+        afterNext = difference - last + correction;
+        last = difference + correction;
+        to[i] = last;
+    }
+    // From the differences, which may go back beyond `to`.
+    words.borrow = borrow;
+    words.lagged[0] = last;
+    words.lagged[1] = last - afterNext;
+    words.lagged[2] = words.lagged[1] - next;
+}
+
 // The next n raw numbers; behind them, up to a full vector, numbers without meaning.
 HWY_INLINE void rawNumbers(RandomWords& words, size_t n, int32_t* raw) {
     static constexpr Leaps kLeaps = leaps();
     const WordLanes d;
     uint32_t* const to = reinterpret_cast<uint32_t*>(raw);
-    for (size_t i = 0; i < n; ++i)
-        to[i] = words.nextLagged();
+    laggedWords(words, n, to);
     uint32_t congruential[kWords];
     auto v = hn::Set(d, words.congruential);
     v = hn::Add(hn::Mul(v, hn::LoadU(d, kLeaps.factor)), hn::LoadU(d, kLeaps.term));
@@ -88,6 +110,26 @@ ZvpStatus uniform(T* dst, size_t n, RandomWords* words, double scale, double mid
 // Pairs tried at once; no more than are needed, so that no raw number is lost.
 inline constexpr size_t kPairs = 32;
 
+// The lanes of the mask moved to the front. Highway would copy a table of permutations onto the stack.
+template <class Mask>
+HWY_INLINE Doubles compressed(Doubles v, Mask mask) {
+#if HWY_TARGET <= HWY_AVX3
+    return Doubles{_mm512_maskz_compress_pd(mask.raw, v.raw)};
+#else
+    double from[kDoubles], to[kDoubles] = {};
+    const DoubleLanes d;
+    hn::StoreU(v, d, from);
+    uint8_t bits[8] = {};
+    hn::StoreMaskBits(d, mask, bits);
+    size_t count = 0;
+    for (size_t i = 0; i < kDoubles; ++i) {
+        to[count] = from[i];
+        count += bits[0] >> i & 1;
+    }
+    return hn::LoadU(d, to);
+#endif
+}
+
 // Deviates of up to n pairs, one after the other; returns how many pairs gave some.
 HWY_INLINE size_t deviatePairs(RandomWords& words, size_t n, double* deviates) {
     const DoubleLanes d;
@@ -107,9 +149,9 @@ HWY_INLINE size_t deviatePairs(RandomWords& words, size_t n, double* deviates) {
         const auto v = hn::Mul(hn::PromoteTo(d, odd), unit);
         const auto s = hn::Add(hn::Mul(u, u), hn::Mul(v, v));
         const auto isTaken = hn::And(hn::Lt(s, hn::Set(d, 1.0)), hn::Gt(s, hn::Zero(d)));
-        hn::StoreU(hn::Compress(u, isTaken), d, first + count);
-        hn::StoreU(hn::Compress(v, isTaken), d, second + count);
-        hn::StoreU(hn::Compress(s, isTaken), d, squares + count);
+        hn::StoreU(compressed(u, isTaken), d, first + count);
+        hn::StoreU(compressed(v, isTaken), d, second + count);
+        hn::StoreU(compressed(s, isTaken), d, squares + count);
         count += hn::CountTrue(d, isTaken);
     }
     for (size_t i = 0; i < count; i += kDoubles) {

@@ -9,13 +9,14 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <cstring>
+#include <limits>
 
 namespace zvps {
 namespace {
 
 constexpr double kPi = 3.1415926535897932384626433832795;
 constexpr double kTwoPi = 2 * kPi;
-constexpr long double kTurn = 6.283185307179586476925286766559L; // in radians
 constexpr int kMostFrequencyQ15 = 16383;
 constexpr int kMostPhaseQ15 = 205886;     // the largest below 2 pi
 constexpr int kMostAsymmetryQ15 = 102943; // the largest below pi
@@ -26,22 +27,34 @@ double fromQ15(int value) {
 
 // ---- Phases ----
 
-// For phases from 0 up to 2 pi and frequencies from 0 up to 1/2; exact but for frequencies below 2^-75.
+// A phase from 0 up to 2 pi in units of 2^-64 turns, rounded down.
+uint64_t toTurns(double phase) {
+    constexpr uint64_t kInverse = 0xa2f9836e4e441529; // 2^66 / (2 pi)
+    uint64_t bits;
+    std::memcpy(&bits, &phase, sizeof(bits));
+    // phase = mantissa 2^(exponent - 1075)
+    const uint64_t mantissa = (bits & 0x000fffffffffffff) | 0x0010000000000000;
+    const uint64_t places = 1077 - (bits >> 52 & 0x7ff);
+    return places > 127 ? 0 : static_cast<uint64_t>(TurnsInteger{mantissa} * kInverse >> places);
+}
+
+// For frequencies from 0 up to 1/2; exact but for those below 2^-75.
 Oscillation oscillation(double frequency, double phase) {
     const double upper = frequency * 0x1p64;
     const auto high = static_cast<uint64_t>(upper);
     const auto low = static_cast<uint64_t>((upper - static_cast<double>(high)) * 0x1p64);
-    return {static_cast<uint64_t>(phase / kTurn * 0x1p64L), {high, low}};
+    return {toTurns(phase), {high, low}};
 }
 
 // A phase in radians as the type of the caller's holds it.
 template <class Phase>
 Phase radians(uint64_t turns) {
-    const auto result = static_cast<Phase>(static_cast<long double>(turns) * (kTurn * 0x1p-64L));
+    constexpr uint64_t kTurn = 0xc90fdaa22168c235; // 2 pi 2^61
+    const auto result = static_cast<Phase>(static_cast<uint64_t>(TurnsInteger{turns} * kTurn >> 64)) * Phase{0x1p-61};
     return result < kTwoPi ? result : Phase{0};
 }
 int radiansQ15(uint64_t turns) {
-    const auto result = static_cast<int>(std::nearbyint(static_cast<double>(turns) * (kTwoPi * 0x1p-64 * 0x1p15)));
+    const auto result = static_cast<int>(std::nearbyint(radians<double>(turns) * 0x1p15));
     return result <= kMostPhaseQ15 ? result : 0;
 }
 
@@ -98,18 +111,22 @@ ZvpStatus toneDirect(T* dst, int len, Magnitude magnitude, F frequency, F* phase
 }
 
 Triangle makeTriangle(double magnitude, double asymmetry, const Oscillation& wave, size_t parts) {
-    constexpr double kResolution = 0x1p-64; // of phases: no peak is nearer to a trough
+    constexpr double kResolution = 0x1p-52; // of phases: no peak is nearer to a trough
+    constexpr uint64_t kHalfUnit = uint64_t{1} << 11;
     const double peak = std::clamp(0.5 + asymmetry / kTwoPi, kResolution, 1.0);
     Triangle triangle;
     triangle.magnitude = magnitude;
-    triangle.up = 2 / peak;
-    triangle.down = 2 / std::max(0.5 - asymmetry / kTwoPi, kResolution);
+    // Lower by so little that no rounding takes the peak above the magnitude.
+    constexpr double kLower = 1 - 0x1p-51;
+    constexpr double kMost = std::numeric_limits<double>::max();
+    triangle.up = std::min(2 * kLower / peak * magnitude, kMost);
+    triangle.down = std::min(2 * kLower / std::max(0.5 - asymmetry / kTwoPi, kResolution) * magnitude, kMost);
     TurnsInteger phase = 0;
     for (size_t j = 0; j < kWaveBlock; j += parts) {
-        const auto turns = static_cast<uint64_t>(phase >> 64);
-        triangle.offsets[j] = static_cast<double>(turns) * 0x1p-64;
+        const uint64_t turns = static_cast<uint64_t>(phase >> 64) + kHalfUnit;
+        triangle.offsets[j] = turns;
         // The imaginary part.
-        if (parts == 2) triangle.offsets[j + 1] = static_cast<double>(turns + (uint64_t{3} << 62)) * 0x1p-64;
+        if (parts == 2) triangle.offsets[j + 1] = turns + (uint64_t{3} << 62);
         phase += integer(wave.frequency);
     }
     return triangle;

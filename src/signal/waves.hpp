@@ -20,22 +20,19 @@ HWY_INLINE void generate(T* dst, size_t n, uint64_t first, Wave& wave) {
     constexpr size_t R = kValueVectors<P, W>;
     constexpr size_t kSamples = kBlockSamples<T>;
     const Lanes<P, N> d;
-    const auto store = [&](P* to) HWY_ATTR {
-        repeat<kWaveBlock / N>([&](size_t i) HWY_ATTR {
-            const auto values = several<R>([&](size_t r) HWY_ATTR { return wave.values(i * R + r); });
-            hn::StoreU(elements<P, Wave::kValues, W>(values), d, to + i * N);
-        });
+    const auto vector = [&](size_t v) HWY_ATTR {
+        return elements<P, Wave::kValues, W>(several<R>([&](size_t r) HWY_ATTR { return wave.values(v * R + r); }));
     };
-    const auto storeSome = [&](T* to, size_t begin, size_t count) HWY_ATTR {
-        P block[kWaveBlock];
-        store(block);
-        __builtin_memcpy(to, reinterpret_cast<const T*>(block) + begin, count * sizeof(T));
+    const auto store = [&](P* to) HWY_ATTR {
+        repeat<kWaveBlock / N>([&](size_t v) HWY_ATTR { hn::StoreU(vector(v), d, to + v * N); });
     };
     size_t i = 0;
     if (const size_t begin = first % kSamples; begin != 0) {
         i = n < kSamples - begin ? n : kSamples - begin;
+        P block[kWaveBlock];
         wave.next();
-        storeSome(dst, begin, i);
+        store(block);
+        __builtin_memcpy(dst, reinterpret_cast<const T*>(block) + begin, i * sizeof(T));
     }
     for (; n - i >= kSamples; i += kSamples) {
         wave.next();
@@ -43,52 +40,61 @@ HWY_INLINE void generate(T* dst, size_t n, uint64_t first, Wave& wave) {
     }
     if (i < n) {
         wave.next();
-        storeSome(dst + i, 0, n - i);
+        P* const to = parts(dst + i);
+        const size_t left = (n - i) * (sizeof(T) / sizeof(P));
+        repeat<kWaveBlock / N>([&](size_t v) HWY_ATTR {
+            if (v * N + N <= left) {
+                hn::StoreU(vector(v), d, to + v * N);
+            } else if (v * N < left) {
+                storeFirst(d, vector(v), to + v * N, left - v * N);
+            }
+        });
     }
 }
 
 // ---- Tones ----
 
+// Phases of multiples up to a few hundred: the lower half of the frequency does not count.
 template <class T>
 void prepareTone(const Oscillation& oscillation, double magnitude, size_t samples, ToneTables<ToneValue<T>>* tables) {
     using W = ToneValue<T>;
     constexpr size_t kSamples = kBlockSamples<T>;
     constexpr bool kComplex = sizeof(T) != sizeof(Part<T>);
     const DoubleLanes d;
+    const Lanes<W, kDoubles> dw;
     const Lanes<uint64_t, kDoubles> bits;
-    const TurnsInteger frequency = integer(oscillation.frequency);
-    uint64_t phases[kSamples];
-    TurnsInteger phase = 0;
-    for (uint64_t& p : phases) {
-        p = static_cast<uint64_t>(phase >> 64);
-        phase += frequency;
-    }
-    const size_t count = samples < kSamples ? samples : kSamples;
-    for (size_t j = 0; j < count; j += kDoubles) {
-        const auto rotation = rotations(d, hn::LoadU(bits, phases + j));
-        const auto c = hn::Mul(hn::Set(d, magnitude), rotation.cosine);
-        const auto s = hn::Mul(hn::Set(d, magnitude), rotation.sine);
-        double a[2 * kDoubles], b[2 * kDoubles];
-        if constexpr (kComplex) {
-            hn::StoreInterleaved2(c, s, d, a);
-            hn::StoreInterleaved2(hn::Neg(s), c, d, b);
+    const uint64_t frequency = oscillation.frequency.high;
+    uint64_t multiples[kDoubles];
+    for (size_t i = 0; i < kDoubles; ++i)
+        multiples[i] = i * frequency;
+    const auto first = hn::LoadU(bits, multiples);
+    // Whole vectors of elements.
+    constexpr size_t kUnit = kVectorBytes / sizeof(T) < kSamples ? kVectorBytes / sizeof(T) : kSamples;
+    const size_t count = samples < kSamples ? (samples + kUnit - 1) / kUnit * kUnit : kSamples;
+    const auto converted = [&](Doubles v) HWY_ATTR {
+        const auto scaled = hn::Mul(v, hn::Set(d, magnitude));
+        if constexpr (std::is_same_v<W, double>) {
+            return scaled;
         } else {
-            hn::StoreU(c, d, a);
-            hn::StoreU(hn::Neg(s), d, b);
+            return hn::DemoteTo(dw, scaled);
         }
-        constexpr size_t kParts = kComplex ? 2 : 1;
-        for (size_t i = 0; i < kParts * kDoubles; ++i) {
-            tables->a[kParts * j + i] = static_cast<W>(a[i]);
-            tables->b[kParts * j + i] = static_cast<W>(b[i]);
+    };
+    for (size_t j = 0; j < count; j += kDoubles) {
+        const auto rotation = rotations(d, hn::Add(first, hn::Set(bits, j * frequency)));
+        const auto c = converted(rotation.cosine);
+        const auto s = converted(rotation.sine);
+        if constexpr (kComplex) {
+            hn::StoreInterleaved2(c, s, dw, tables->a + 2 * j);
+            hn::StoreInterleaved2(hn::Neg(s), c, dw, tables->b + 2 * j);
+        } else {
+            hn::StoreU(c, dw, tables->a + j);
+            hn::StoreU(hn::Neg(s), dw, tables->b + j);
         }
     }
-    phase = 0;
-    for (uint64_t& p : tables->blocks) {
-        p = static_cast<uint64_t>(phase >> 64);
-        phase += frequency * kSamples;
-    }
+    for (size_t i = 0; i < kToneGroup; ++i)
+        tables->blocks[i] = i * kSamples * frequency;
     if (samples > kToneGroup * kSamples) {
-        const auto rotation = rotations(d, hn::Set(bits, static_cast<uint64_t>(phase >> 64)));
+        const auto rotation = rotations(d, hn::Set(bits, kToneGroup * kSamples * frequency));
         tables->rotation[0] = hn::GetLane(rotation.cosine);
         tables->rotation[1] = hn::GetLane(rotation.sine);
     }
@@ -108,7 +114,7 @@ class Tone {
             b_[i] = hn::LoadU(d_, tables.b + i * N);
         });
         // The groups that have begun before the first block.
-        const uint64_t begun = (block_ % (kToneGroup * kToneGroups) + kToneGroup - 1) / kToneGroup;
+        const uint64_t begun = (block_ % (kToneGroup * kGroups) + kToneGroup - 1) / kToneGroup;
         if (begun == 0) return;
         restart();
         for (uint64_t group = 1; group < begun; ++group)
@@ -119,7 +125,7 @@ class Tone {
     HWY_INLINE void next() {
         const size_t i = block_ % kToneGroup;
         if (HWY_UNLIKELY(i == 0)) {
-            if (block_ / kToneGroup % kToneGroups == 0) {
+            if (block_ / kToneGroup % kGroups == 0) {
                 restart();
             } else {
                 rotate();
@@ -133,12 +139,13 @@ class Tone {
     HWY_INLINE Vec<Value, N> values(size_t i) const { return hn::Add(hn::Mul(a_[i], cosine_), hn::Mul(b_[i], sine_)); }
 
   private:
+    static constexpr size_t kGroups = kToneGroups<Part<T>>;
     static constexpr size_t kVectors = kWaveBlock / N;
     static constexpr size_t kGroupVectors = kToneGroup / kDoubles;
     static constexpr Lanes<Value, N> d_{};
 
     HWY_INLINE void restart() {
-        constexpr size_t kPeriod = kToneGroup * kToneGroups;
+        constexpr size_t kPeriod = kToneGroup * kGroups;
         const Lanes<uint64_t, kDoubles> bits;
         const uint64_t phase = oscillation_.phaseAt(block_ / kPeriod * kPeriod * kBlockSamples<T>);
         repeat<kGroupVectors>([&](size_t i) HWY_ATTR {
@@ -200,25 +207,26 @@ class TriangleWave {
           phase_((TurnsInteger{oscillation.phase} << 64) + step_ * (first / samples)) {}
 
     HWY_INLINE void next() {
-        start_ = static_cast<double>(static_cast<int64_t>(static_cast<uint64_t>(phase_ >> 64) >> 1)) * 0x1p-63;
+        start_ = static_cast<uint64_t>(phase_ >> 64);
         phase_ += step_;
     }
     HWY_INLINE Doubles values(size_t i) const {
         const DoubleLanes d;
+        const Lanes<uint64_t, kDoubles> bits;
         const auto one = hn::Set(d, 1.0);
-        const auto sum = hn::Add(hn::Set(d, start_), hn::LoadU(d, triangle_.offsets + i * kDoubles));
-        const auto p = hn::Sub(sum, hn::Floor(sum));
-        const auto rising = hn::Mul(p, hn::Set(d, triangle_.up));
-        const auto falling = hn::Mul(hn::Sub(one, p), hn::Set(d, triangle_.down));
-        const auto height = hn::Min(hn::Min(rising, falling), hn::Set(d, 2.0));
-        return hn::Mul(hn::Sub(height, one), hn::Set(d, triangle_.magnitude));
+        // The upper bits of the phase as those of a number from 1 to 2.
+        const auto turns = hn::Add(hn::Set(bits, start_), hn::LoadU(bits, triangle_.offsets + i * kDoubles));
+        const auto p = hn::Sub(hn::Or(hn::BitCast(d, hn::ShiftRight<12>(turns)), one), one);
+        const auto down = hn::Set(d, triangle_.down);
+        const auto height = hn::Min(hn::Mul(p, hn::Set(d, triangle_.up)), hn::Sub(down, hn::Mul(p, down)));
+        return hn::Sub(height, hn::Set(d, triangle_.magnitude));
     }
 
   private:
     const Triangle& triangle_;
     TurnsInteger step_;
     TurnsInteger phase_; // of the next block
-    double start_ = 0;
+    uint64_t start_ = 0;
 };
 
 template <class T>

@@ -17,7 +17,8 @@ inline constexpr size_t kWaveBlock = 32;
 // The blocks of a tone start from rotations of which so many are computed side by side, ...
 inline constexpr size_t kToneGroup = 8;
 // ... each from the one as many blocks before, and anew after so many groups, lest rounding errors add up.
-inline constexpr size_t kToneGroups = 4;
+template <class Part>
+inline constexpr size_t kToneGroups = sizeof(Part) == 8 ? 4 : 16;
 
 // A phase or a frequency in turns, modulo 1, as a fraction of 128 bits.
 struct Turns {
@@ -26,11 +27,12 @@ struct Turns {
 };
 __extension__ typedef unsigned __int128 TurnsInteger;
 
-inline TurnsInteger integer(Turns turns) {
+// Inline even without optimisation: kernels of all levels use these.
+[[gnu::always_inline]] inline TurnsInteger integer(Turns turns) {
     return TurnsInteger{turns.high} << 64 | turns.low;
 }
 // The upper half of turns times count.
-inline uint64_t multiple(Turns turns, uint64_t count) {
+[[gnu::always_inline]] inline uint64_t multiple(Turns turns, uint64_t count) {
     return static_cast<uint64_t>(integer(turns) * count >> 64);
 }
 
@@ -38,7 +40,7 @@ struct Oscillation {
     uint64_t phase; // of sample 0, in units of 2^-64 turns
     Turns frequency;
 
-    uint64_t phaseAt(uint64_t sample) const { return phase + multiple(frequency, sample); }
+    [[gnu::always_inline]] uint64_t phaseAt(uint64_t sample) const { return phase + multiple(frequency, sample); }
 };
 
 // 16-bit tones are computed in double precision: their values hardly ever round to another integer than exact ones.
@@ -64,12 +66,12 @@ struct ToneSlots {
     ZvpStatus (*run)(T* dst, size_t n, uint64_t first, const Oscillation& oscillation, const Tables& tables);
 };
 
-// With p the phase in turns, from 0 to 1: magnitude (min(up p, down (1 - p)) - 1).
+// With p the phase in turns, from 0 to 1: min(up p, down (1 - p)) - magnitude.
 struct Triangle {
     double magnitude;
     double up;
     double down;
-    double offsets[kWaveBlock]; // phases of a block's parts, in turns
+    uint64_t offsets[kWaveBlock]; // phases of a block's parts, with half a unit of a phase in double precision
 };
 
 template <class T>

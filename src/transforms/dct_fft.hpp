@@ -26,7 +26,8 @@ HWY_INLINE Vec<T, L> loadSamples(Lanes<T, L> d, DctSamples<T> src, size_t i) {
     }
 }
 
-// The spectrum of v by what it is made of or gives: X. The ends, the bins k kRows / 2, go through pairs.
+// The spectrum of v by what it is made of or gives: X. The ends, the bins k kRows / 2, go through an array that holds
+// them in Perm layout.
 template <class T, size_t kRows>
 struct DctBins {
     using Value = std::remove_const_t<T>;
@@ -35,16 +36,18 @@ struct DctBins {
     size_t n;
     const Value* cosines;
     const Value* sines;
-    // As of a spectrum in CCS layout.
     Value* values;
-    size_t last;
-    static constexpr bool isCcs = true;
+    static constexpr size_t last = 1;
 
     HWY_INLINE DctBins(T* p, size_t length, const Value* twiddles, Value* ends)
-        : x(p), n(length), cosines(twiddles), sines(twiddles + dctBins(length)), values(ends),
-          last(2 * (length / kRows)) {}
+        : x(p), n(length), cosines(twiddles), sines(twiddles + dctBins(length)), values(ends) {}
 
     HWY_INLINE Value* pair(size_t k) const { return values + 2 * (k / (kRows / 2)); }
+
+    HWY_INLINE void storeEnds(Value first, Value middle) const {
+        values[0] = first;
+        values[last] = middle;
+    }
 };
 
 // The places of the bins k, k + 1, ... of a group, or of their mirrors n - k, n - k - 1, ..., which are in the lower
@@ -54,7 +57,7 @@ HWY_INLINE size_t lowerBin(size_t columns, size_t k2, size_t group, size_t lanes
     return kIsUpper ? kRows * (columns - k2) - (group + 1) * lanes + 1 : kRows * k2 + group * lanes;
 }
 
-template <size_t kRows, bool kIsUpper, bool kIsFirst, class T, class V>
+template <size_t kRows, bool kIsUpper, class T, class V>
 HWY_INLINE void storeBins(const DctBins<T, kRows>& dst, size_t columns, size_t k2, size_t group, V re, V im) {
     using Row = RowLanes<T, kRows>;
     constexpr size_t L = Row::kLanes;
@@ -70,7 +73,7 @@ HWY_INLINE void storeBins(const DctBins<T, kRows>& dst, size_t columns, size_t k
         const auto turned = reflected(re, im, c, s);
         hn::StoreU(turned.re, d, dst.x + k);
         const V mirrored = hn::Reverse(d, turned.im);
-        if (kIsFirst && HWY_UNLIKELY(k == 0)) {
+        if (HWY_UNLIKELY(k == 0)) {
             storeFirst(d, mirrored, dst.x + dst.n - L + 1, L - 1);
         } else {
             hn::StoreU(mirrored, d, dst.x + dst.n - k - L + 1);
@@ -79,28 +82,22 @@ HWY_INLINE void storeBins(const DctBins<T, kRows>& dst, size_t columns, size_t k
 }
 
 // Parts exchanged, as the passes of the inverse want them.
-template <size_t kRows, bool kIsUpper, bool kIsFirst, class T, class V>
-HWY_INLINE void loadBins(const DctBins<const T, kRows>& src, size_t columns, size_t k2, size_t group, const T* ends,
-                         V& re, V& im) {
+template <size_t kRows, bool kIsUpper, class T>
+HWY_INLINE auto loadBins(const DctBins<const T, kRows>& src, size_t columns, size_t k2, size_t group) {
     using Row = RowLanes<T, kRows>;
     constexpr size_t L = Row::kLanes;
+    using V = Vec<T, L>;
     const typename Row::D d;
     const size_t k = lowerBin<kRows, kIsUpper>(columns, k2, group, L);
     const T* const mirror = src.x + src.n - k - L + 1;
     const V lower = hn::LoadU(d, src.x + k);
-    const V upper = kIsFirst && !kIsUpper && HWY_UNLIKELY(k == 0) ? loadFirst(d, mirror, L - 1) : hn::LoadU(d, mirror);
+    const V upper = !kIsUpper && HWY_UNLIKELY(k == 0) ? loadFirst(d, mirror, L - 1) : hn::LoadU(d, mirror);
     const auto turned =
         reflected(lower, hn::Reverse(d, upper), hn::LoadU(d, src.cosines + k), hn::LoadU(d, src.sines + k));
     if constexpr (kIsUpper) {
-        im = hn::Reverse(d, turned.re);
-        re = hn::Neg(hn::Reverse(d, turned.im));
+        return ComplexVec<T, L>{hn::Neg(hn::Reverse(d, turned.im)), hn::Reverse(d, turned.re)};
     } else {
-        im = turned.re;
-        re = turned.im;
-    }
-    if constexpr (kIsFirst) {
-        im = withFirst(d, im, ends + k2);
-        re = withFirst(d, re, ends + columns + 1 + k2);
+        return ComplexVec<T, L>{turned.im, turned.re};
     }
 }
 
@@ -124,8 +121,17 @@ HWY_INLINE void turnEndsBack(const DctBins<const T, kRows>& bins) {
         p[0] = bins.x[k] * bins.cosines[k] + bins.x[n - k] * bins.sines[k];
         p[1] = bins.x[k] * bins.sines[k] - bins.x[n - k] * bins.cosines[k];
     }
-    bins.values[0] = bins.x[0] * bins.cosines[0];
-    bins.values[bins.last] = bins.x[n / 2] * bins.cosines[n / 2];
+    bins.storeEnds(bins.x[0] * bins.cosines[0], bins.x[n / 2] * bins.cosines[n / 2]);
+}
+
+// Those of long transforms, whose array is the one that the bins name.
+template <size_t kRows, class T>
+HWY_INLINE void storeJoinedEnds(const DctBins<T, kRows>& dst, const T*, size_t) {
+    turnEnds(dst);
+}
+template <size_t kRows, class T>
+HWY_INLINE void loadJoinedEnds(const DctBins<const T, kRows>& src, T*, size_t) {
+    turnEndsBack(src);
 }
 
 } // namespace zvps::ZVPS_LEVEL

@@ -15,35 +15,33 @@ HWY_NOINLINE void runShort(const T* src, T* dst, const DctSpec<T>& spec) {
     constexpr RealFftPlan plan = realFftPlan<T>(order);
     constexpr size_t N = size_t{1} << order;
     const FftSpec<T>& fft = fftOf(spec);
-    alignas(kVectorBytes) T ends[2 * plan.columns + 2];
+    const T* const endTables = fft.twiddles + realFftTables<T>(order).ends;
+    alignas(kVectorBytes) T ends[2 * plan.columns];
     if constexpr (direction == kDctForward) {
         const DctBins<T, plan.rows> bins(dst, N, spec.twiddles, ends);
-        shortRealFft<plan.rows, plan.columns>(DctSamples<T>{src, N}, bins, T{1}, fft.twiddles, fft.tables[0]);
+        shortRealFft<plan.rows, plan.columns>(DctSamples<T>{src, N}, bins, T{1}, fft.twiddles, endTables);
         turnEnds(bins);
     } else {
         const DctBins<const T, plan.rows> bins(src, N, spec.twiddles, ends);
         turnEndsBack(bins);
-        shortInverseRealFft<plan.rows, plan.columns>(bins, dst, T{1}, fft.twiddles, fft.tables[0]);
+        shortInverseRealFft<plan.rows, plan.columns>(bins, dst, T{1}, fft.twiddles, endTables);
     }
 }
 
 // One that takes more.
 template <size_t kRows, DctDirection direction, class T>
-HWY_NOINLINE void runLongOf(const T* src, T* dst, const DctSpec<T>& spec, const RealFftPlan& plan) {
+HWY_NOINLINE void runLong(const T* src, T* dst, const DctSpec<T>& spec) {
     constexpr size_t kMost = size_t{1} << kLastFftDct[direction];
-    alignas(kVectorBytes) T rows[kMost];
-    alignas(kVectorBytes) T ends[2 * kMost / kRows + 2];
-    alignas(kVectorBytes) T pairs[2 * kMost / kRows + 2];
+    alignas(kVectorBytes) T work[kMost];
+    alignas(kVectorBytes) T halves[2 * kMost / kRows];
     const FftSpec<T>& fft = fftOf(spec);
     const auto n = static_cast<size_t>(spec.length);
     if constexpr (direction == kDctForward) {
-        const DctBins<T, kRows> bins(dst, n, spec.twiddles, pairs);
-        longRealFft<kRows>(DctSamples<T>{src, n}, bins, T{1}, plan, fft, rows, ends);
-        turnEnds(bins);
+        const DctBins<T, kRows> bins(dst, n, spec.twiddles, work);
+        longRealFft<kRows>(fft.order, DctSamples<T>{src, n}, bins, T{1}, fft.twiddles, work, halves);
     } else {
-        const DctBins<const T, kRows> bins(src, n, spec.twiddles, pairs);
-        turnEndsBack(bins);
-        longInverseRealFft<kRows>(bins, dst, T{1}, plan, fft, rows, ends);
+        const DctBins<const T, kRows> bins(src, n, spec.twiddles, work);
+        longInverseRealFft<kRows>(fft.order, bins, dst, T{1}, fft.twiddles, work, halves);
     }
 }
 
@@ -62,7 +60,7 @@ HWY_INLINE void runFft(const T* src, T* dst, const DctSpec<T>& spec) {
     }
     constexpr size_t kRows = realFftPlan<T>(10).rows;
     static_assert(realFftPlan<T>(kLastFftDct[direction]).rows == kRows);
-    runLongOf<kRows, direction>(src, dst, spec, realFftPlan<T>(order));
+    runLong<kRows, direction>(src, dst, spec);
 }
 
 template <class T>

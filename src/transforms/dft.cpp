@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <type_traits>
 #include <utility>
 
 namespace zvps {
@@ -18,23 +19,6 @@ const DftKernels<T>& dftKernels() {
         return *kernels().dft64f;
     }
 }
-template <class T>
-const FftKernels<T>& fftKernels() {
-    if constexpr (sizeof(T) == 4) {
-        return *kernels().fft32f;
-    } else {
-        return *kernels().fft64f;
-    }
-}
-template <class T>
-const RealFftKernels<T>& realFftKernels() {
-    if constexpr (sizeof(T) == 4) {
-        return *kernels().realFft32f;
-    } else {
-        return *kernels().realFft64f;
-    }
-}
-
 int orderOf(int length) {
     return __builtin_ctz(static_cast<unsigned>(length));
 }
@@ -70,12 +54,74 @@ void convolve(const DftSpec<T>& spec, const DftPoints<const T>& src, const DftPo
     const auto points = static_cast<size_t>(inner.length);
     T* const rest = work + 2 * points;
     const DftPoints<const T> from = interleaved<const T>(work);
-    table.multiplyChirp(src, spec.chirp, work, length);
+    table.multiplyIn(src, spec.chirp, work, length);
     std::memset(work + 2 * length, 0, 2 * (points - length) * sizeof(T));
     transformPoints(inner, kFftForward, from, interleaved(work), T{1}, rest);
-    table.multiplyConj(work, spec.chirpSpectrum, points);
+    table.multiplyIn(from, spec.kernelSpectrum, work, points);
+    transformPoints(inner, kFftInverse, from, interleaved(work), factor, rest);
+    table.multiplyOut(work, spec.chirp, dst, length);
+}
+
+// The points, or in the inverse transform of interleaved data the values, in the order of the powers of a primitive
+// root of the length.
+template <class T>
+void gatherPowers(const DftPoints<const T>& src, const int32_t* powers, T* dst, int count) {
+    using Complex = typename DftParts<T>::Complex;
+    if (src.step == 2) {
+        const auto* const from = reinterpret_cast<const Complex*>(std::min(src.re, src.im));
+        auto* const to = reinterpret_cast<Complex*>(dst);
+        for (int q = 0; q < count; ++q)
+            to[q] = from[powers[q]];
+        return;
+    }
+    for (int q = 0; q < count; ++q) {
+        dst[2 * q] = src.re[powers[q]];
+        dst[2 * q + 1] = src.im[powers[q]];
+    }
+}
+template <class T>
+void scatterPowers(const T* src, const int32_t* powers, const DftPoints<T>& dst, int count) {
+    using Complex = typename DftParts<T>::Complex;
+    if (dst.step == 2) {
+        // The values of the inverse transform are those of the forward one after the first in reverse order.
+        const bool isInverse = dst.im < dst.re;
+        const auto* const from = reinterpret_cast<const Complex*>(src);
+        auto* const to = reinterpret_cast<Complex*>(isInverse ? dst.im : dst.re);
+        const int start = isInverse ? count + 1 : 0;
+        const int sign = isInverse ? -1 : 1;
+        to[start + sign] = from[0];
+        for (int q = 1; q < count; ++q)
+            to[start + sign * powers[count - q]] = from[q];
+        return;
+    }
+    for (int q = 0; q < count; ++q) {
+        const int i = powers[(count - q) % count];
+        dst.re[i] = src[2 * q];
+        dst.im[i] = src[2 * q + 1];
+    }
+}
+
+// Of a prime length, by convolution of the points in the order of the powers of a primitive root.
+template <class T>
+void convolvePowers(const DftSpec<T>& spec, const DftPoints<const T>& src, const DftPoints<T>& dst, T factor, T* work) {
+    const auto& inner = *static_cast<const DftSpec<T>*>(spec.inner);
+    const auto points = static_cast<size_t>(inner.length);
+    T* const rest = work + 2 * points;
+    const DftPoints<const T> from = interleaved<const T>(work);
+    // Interleaved data are transformed as they are, split ones with their parts exchanged for the inverse.
+    const bool isExchanged = src.step == 2 && src.im < src.re;
+    const T re = isExchanged ? src.im[0] : src.re[0];
+    const T im = isExchanged ? src.re[0] : src.im[0];
+    gatherPowers(src, spec.powers, work, inner.length);
     transformPoints(inner, kFftForward, from, interleaved(work), T{1}, rest);
-    table.multiplyConjChirp(work, spec.chirp, dst, length, factor);
+    (isExchanged ? dst.im : dst.re)[0] = factor * (re + work[0]);
+    (isExchanged ? dst.re : dst.im)[0] = factor * (im + work[1]);
+    dftKernels<T>().multiplyIn(from, spec.kernelSpectrum, work, points);
+    // Point 0 adds to all values.
+    work[0] += re;
+    work[1] += im;
+    transformPoints(inner, kFftInverse, from, interleaved(work), factor, rest);
+    scatterPowers(work, spec.powers, dst, inner.length);
 }
 
 } // namespace
@@ -84,16 +130,22 @@ template <class T>
 void transformPoints(const DftSpec<T>& spec, FftDirection direction, DftPoints<const T> src, DftPoints<T> dst, T factor,
                      T* work) {
     if (isPowerOfTwo(spec.length)) return transformPower(spec, direction, src, dst, factor, work);
+    const DftKernels<T>& table = dftKernels<T>();
+    if (spec.length <= kFixedDft && src.step == 2) {
+        table.fixed[direction][spec.length](src.re, dst.re, factor);
+        return;
+    }
     if (direction == kFftInverse) {
         std::swap(src.re, src.im);
         std::swap(dst.re, dst.im);
     }
     const auto length = static_cast<size_t>(spec.length);
-    const DftKernels<T>& table = dftKernels<T>();
     if (spec.length <= kFixedDft) {
-        table.fixed(length, src, dst, factor);
+        table.fixedSplit[spec.length](src.re, src.im, dst.re, dst.im, factor);
     } else if (spec.isMixedRadix != 0) {
         table.mixed(spec.plan, src, dst, factor, work);
+    } else if (spec.powers != nullptr) {
+        convolvePowers(spec, src, dst, factor, work);
     } else if (spec.chirp != nullptr) {
         convolve(spec, src, dst, factor, work);
     } else {
@@ -122,7 +174,12 @@ ZvpStatus complexDft(FftDirection direction, const DftSpec<T>& spec, const DftPo
 template <class Opaque, class Complex>
 ZvpStatus interleavedDft(FftDirection direction, const Complex* src, Complex* dst, const Opaque* spec, Zvp8u* buffer) {
     if (const ZvpStatus status = checkTransform(spec, src, dst)) return status;
-    return complexDft(direction, *header(spec), interleaved(parts(src)), interleaved(parts(dst)), buffer);
+    const auto& dft = *header(spec);
+    if (dft.length <= kFixedDft && !isPowerOfTwo(dft.length)) {
+        const auto& table = dftKernels<std::decay_t<decltype(dft.factor)>>();
+        return table.fixed[direction][dft.length](parts(src), parts(dst), factorOf(dft, direction));
+    }
+    return complexDft(direction, dft, interleaved(parts(src)), interleaved(parts(dst)), buffer);
 }
 
 template <class Opaque, class T>

@@ -6,14 +6,9 @@
 // block of neighbouring numbers at a time. The order of the lanes in a block is that of the passes of the FFT.
 #pragma once
 
-#include "transforms/dft.table.hpp"
-#include "transforms/dft_butterflies.hpp"
-#include "transforms/fft_passes.hpp"
+#include "transforms/dft_blocks.hpp"
 
 namespace zvps::ZVPS_LEVEL {
-
-template <class T>
-inline constexpr size_t kDftLanes = kDftBlock<T> * sizeof(T) < kVectorBytes ? kDftBlock<T> : kVectorBytes / sizeof(T);
 
 // ---- Points in memory ----
 
@@ -56,7 +51,7 @@ HWY_INLINE InterleavedLoader<T, kInverse> loaderFrom(const InterleavedLoader<T, 
 }
 template <class T>
 HWY_INLINE SplitStorer<T> storerFrom(const SplitStorer<T>& storer, size_t i) {
-    return storer.from(i);
+    return {storer.re + i, storer.im + i};
 }
 template <class T, bool kInverse>
 HWY_INLINE InterleavedStorer<T, kInverse> storerFrom(const InterleavedStorer<T, kInverse>& storer, size_t i) {
@@ -65,50 +60,38 @@ HWY_INLINE InterleavedStorer<T, kInverse> storerFrom(const InterleavedStorer<T, 
 
 // ---- Small lengths ----
 
-template <class T, size_t N>
-HWY_NOINLINE void fixedDft(const DftPoints<const T>& src, const DftPoints<T>& dst, T factor) {
-    using C = ComplexVec<T, 1>;
-    const Lanes<T, 1> d;
-    C x[N];
-    unroll<N>([&](auto n) ZVPS_INLINE_LAMBDA {
-        const auto offset = static_cast<ptrdiff_t>(n.value) * src.step;
-        x[n] = {hn::LoadU(d, src.re + offset), hn::LoadU(d, src.im + offset)};
-    });
+// The values of the inverse transform are those of the forward one after the first in reverse order.
+template <class T, FftDirection direction, size_t N>
+ZvpStatus fixedDft(const T* src, T* dst, T factor) {
+    const Lanes<T, 2> d;
     const auto f = hn::Set(d, factor);
-    DftButterfly<T, 1, N>::run([&](auto n) ZVPS_INLINE_LAMBDA { return x[n]; },
-                               [&](auto k, C value) ZVPS_INLINE_LAMBDA {
-                                   const auto offset = static_cast<ptrdiff_t>(k.value) * dst.step;
-                                   hn::StoreU(hn::Mul(value.re, f), d, dst.re + offset);
-                                   hn::StoreU(hn::Mul(value.im, f), d, dst.im + offset);
+    Packed<T> x[N];
+    unroll<N>([&](auto n) ZVPS_INLINE_LAMBDA { x[n] = {hn::LoadU(d, src + 2 * n)}; });
+    DftButterfly<T, 0, N>::run([&](auto n) ZVPS_INLINE_LAMBDA { return x[n]; },
+                               [&](auto k, Packed<T> value) ZVPS_INLINE_LAMBDA {
+                                   constexpr size_t kPlace = direction == kFftForward ? k : (N - k) % N;
+                                   hn::StoreU(hn::Mul(value.v, f), d, dst + 2 * kPlace);
                                });
+    return zvpStsOk;
 }
 
-template <class T>
-void fixedDfts(size_t length, const DftPoints<const T>& src, const DftPoints<T>& dst, T factor) {
-    constexpr decltype(&fixedDft<T, 3>) kRoutines[] = {
-        fixedDft<T, 3>,  nullptr,         fixedDft<T, 5>,  fixedDft<T, 6>,  fixedDft<T, 7>,
-        nullptr,         fixedDft<T, 9>,  fixedDft<T, 10>, fixedDft<T, 11>, fixedDft<T, 12>,
-        fixedDft<T, 13>, fixedDft<T, 14>, fixedDft<T, 15>,
-    };
-    kRoutines[length - 3](src, dst, factor);
+template <class T, size_t N>
+ZvpStatus fixedSplitDft(const T* srcRe, const T* srcIm, T* dstRe, T* dstIm, T factor) {
+    const Lanes<T, 2> d;
+    const auto f = hn::Set(d, factor);
+    Packed<T> x[N];
+    unroll<N>([&](auto n)
+                  ZVPS_INLINE_LAMBDA { x[n] = {hn::InterleaveLower(d, hn::Set(d, srcRe[n]), hn::Set(d, srcIm[n]))}; });
+    DftButterfly<T, 0, N>::run([&](auto n) ZVPS_INLINE_LAMBDA { return x[n]; },
+                               [&](auto k, Packed<T> value) ZVPS_INLINE_LAMBDA {
+                                   const auto result = hn::Mul(value.v, f);
+                                   dstRe[k] = hn::GetLane(result);
+                                   dstIm[k] = hn::GetLane(hn::Reverse(d, result));
+                               });
+    return zvpStsOk;
 }
 
 // ---- Passes ----
-
-// Block i of those between the passes, or on the lower level the half of it from a lane on.
-template <class T>
-HWY_INLINE ComplexVec<T, kDftLanes<T>> loadBlock(const T* p, size_t i) {
-    const Lanes<T, kDftLanes<T>> d;
-    const T* const block = p + 2 * kDftBlock<T> * i;
-    return {inRegister(hn::LoadU(d, block)), inRegister(hn::LoadU(d, block + kDftBlock<T>))};
-}
-template <class T>
-HWY_INLINE void storeBlock(ComplexVec<T, kDftLanes<T>> x, T* p, size_t i) {
-    const Lanes<T, kDftLanes<T>> d;
-    T* const block = p + 2 * kDftBlock<T> * i;
-    hn::StoreU(x.re, d, block);
-    hn::StoreU(x.im, d, block + kDftBlock<T>);
-}
 
 template <class T>
 using DftPassRoutine = void (*)(const T* src, T* dst, const DftPass<T>& pass);
@@ -126,6 +109,7 @@ HWY_NOINLINE void dftPass(const T* src, T* dst, const DftPass<T>& pass) {
                                        [&](auto k1, C x)
                                            ZVPS_INLINE_LAMBDA { storeBlock<T>(x, dst, (n * R + k1) * s); });
         }
+        if constexpr (isFirstRadix(R)) continue;
         const T* w = pass.twiddles;
         for (size_t k = 1; k < s; ++k, w += 2 * (R - 1)) {
             for (size_t n = 0; n < m; ++n) {
@@ -179,7 +163,8 @@ HWY_NOINLINE void dftPrimePass(const T* src, T* dst, const DftPass<T>& pass) {
                 }
                 storeBlock<T>(total, dst, n * R * s + k);
                 const T* root = pass.roots;
-                for (size_t first = 1; first <= H; first += kPrimeTile) {
+                for (size_t tile = 0; tile < dftBlocks(H, kPrimeTile); ++tile) {
+                    const size_t first = 1 + dftBlockStart(tile, H, kPrimeTile);
                     C even[kPrimeTile], odd[kPrimeTile];
                     unroll<kPrimeTile>([&](auto j) ZVPS_INLINE_LAMBDA {
                         even[j] = x0;
@@ -193,7 +178,6 @@ HWY_NOINLINE void dftPrimePass(const T* src, T* dst, const DftPass<T>& pass) {
                     }
                     unroll<kPrimeTile>([&](auto j) ZVPS_INLINE_LAMBDA {
                         const size_t k1 = first + j;
-                        if (k1 > H) return;
                         storeBlock<T>(subI(even[j], odd[j]), dst, (n * R + k1) * s + k);
                         storeBlock<T>(addI(even[j], odd[j]), dst, (n * R + R - k1) * s + k);
                     });
@@ -309,67 +293,6 @@ HWY_NOINLINE void storeShortRows(const T* src, size_t points, size_t step, T fac
     }
 }
 
-// All columns of R points from interleaved data at once; those of an inverse transform with their parts exchanged.
-template <class T>
-using DftColumnsRoutine = void (*)(const T* src, bool isInverse, size_t columns, const T* twiddles, T* grid);
-
-template <class T, size_t R>
-HWY_NOINLINE void dftColumns(const T* src, bool isInverse, size_t columns, const T* twiddles, T* grid) {
-    constexpr size_t V = kDftLanes<T>;
-    constexpr size_t B = kDftBlock<T>;
-    // Rows shorter than a block are read with values of those behind them, the last ones from a copy.
-    const size_t readable = columns >= B ? R : (R * columns - B) / columns + 1;
-    alignas(64) T copied[4 * B];
-    if (columns < B) {
-        const T* const rest = src + 2 * columns * readable;
-        const size_t count = 2 * columns * (R - readable);
-        for (size_t i = 0; i < 4 * B; ++i)
-            copied[i] = i < count ? rest[i] : T{0};
-    }
-    constexpr size_t kRowBlocks = dftBlocks(R, B);
-    const Lanes<T, V> d;
-    alignas(64) T results[2 * B * B * kRowBlocks];
-    for (size_t i = 2 * B * R; i < 2 * B * B * kRowBlocks; ++i)
-        results[i] = 0;
-    // The forward butterfly is the inverse one with its results after the first in reverse order.
-    T* const re = results + (isInverse ? B : 0);
-    T* const im = results + (isInverse ? 0 : B);
-    const ptrdiff_t step = isInverse ? -1 : 1;
-    const ptrdiff_t base = isInverse ? R : 0;
-    for (size_t i = 0; i < dftBlocks(columns, B); ++i) {
-        const size_t column = dftBlockStart(i, columns, B);
-        unroll<B / V>([&](auto half) ZVPS_INLINE_LAMBDA {
-            DftButterfly<T, V, R>::run(
-                [&](auto n1) ZVPS_INLINE_LAMBDA {
-                    const T* const row =
-                        n1 < readable ? src + 2 * (n1 * columns + column) : copied + 2 * (n1 - readable) * columns;
-                    return InterleavedLoader<T, false>{row}.template load<V, B>(half * V);
-                },
-                [&](auto k1, ComplexVec<T, V> x) ZVPS_INLINE_LAMBDA {
-                    const ptrdiff_t k = k1 == 0 ? 0 : base + step * static_cast<ptrdiff_t>(k1.value);
-                    const ptrdiff_t place = static_cast<ptrdiff_t>(2 * B) * k + static_cast<ptrdiff_t>(half * V);
-                    hn::StoreU(x.re, d, re + place);
-                    hn::StoreU(x.im, d, im + place);
-                });
-        });
-        unroll<kRowBlocks>([&](auto j) ZVPS_INLINE_LAMBDA {
-            transposeColumns<T>(results + 2 * B * dftBlockStart(j, R, B), twiddles,
-                                grid + 2 * B * (j * columns + column), columns < B ? columns : B);
-            twiddles += 2 * B * B;
-        });
-    }
-}
-
-template <class T>
-HWY_INLINE DftColumnsRoutine<T> columnsOf(size_t radix) {
-    constexpr DftColumnsRoutine<T> kRoutines[] = {
-        dftColumns<T, 4>, dftColumns<T, 5>,  dftColumns<T, 6>,  dftColumns<T, 7>,  dftColumns<T, 8>,
-        dftColumns<T, 9>, dftColumns<T, 10>, nullptr,           dftColumns<T, 12>, nullptr,
-        nullptr,          dftColumns<T, 15>, dftColumns<T, 16>,
-    };
-    return radix < 4 || radix > 16 ? nullptr : kRoutines[radix - 4];
-}
-
 // The last pass along a block of rows, to interleaved data; where those of an inverse transform have their parts
 // exchanged, its twiddles are conjugate.
 template <class T, size_t R>
@@ -397,6 +320,7 @@ HWY_NOINLINE void dftLastPass(const T* src, bool isInverse, const DftPass<T>& pa
         };
         DftButterfly<T, V, R>::run([&](auto n1) ZVPS_INLINE_LAMBDA { return load(n1 * s); },
                                    [&](auto k1, C x) ZVPS_INLINE_LAMBDA { store(0, k1, x); });
+        if constexpr (isFirstRadix(R)) continue;
         const T* w = twiddles;
         for (size_t k = 1; k < s; ++k, w += 2 * (R - 1)) {
             DftButterfly<T, V, R>::run(
@@ -460,23 +384,24 @@ void mixedDft(const DftPlan<T>& plan, const DftPoints<const T>& src, const DftPo
     const size_t rowBlocks = dftBlocks(rows, B);
     T* const a = work + 2 * B * rowBlocks * columns;
     T* const b = a + 2 * B * (rowBlocks * B > columns ? rowBlocks * B : columns);
-    const auto allColumns = columnsOf<T>(rows);
+    const bool isInverse = src.im < src.re;
+    const auto allColumns = columnsRoutine<T>(rows, isInverse);
     if (allColumns != nullptr && rows * columns >= B && src.step == 2) {
-        allColumns(src.re < src.im ? src.re : src.im, src.im < src.re, columns, plan.twiddles, work);
+        allColumns(isInverse ? src.im : src.re, columns, plan.twiddles, work);
     } else {
         transformColumns(plan, src, work, a, b);
     }
     const DftPass<T>& last = plan.second.pass[plan.second.passes - 1];
     const auto lastPass = rows >= B && dst.step == 2 ? lastPassOf<T>(last.radix) : nullptr;
     for (size_t j = 0; j < rowBlocks; ++j) {
-        const T* const from = work + 2 * B * j * columns;
+        T* const from = work + 2 * B * j * columns;
         const DftPoints<T> to = pointsFrom(dst, dftBlockStart(j, rows, B));
         if (lastPass != nullptr) {
-            const T* const result = transformColumn(plan.second, plan.second.passes - 1, from, a, b);
+            const T* const result = transformColumn(plan.second, plan.second.passes - 1, from, a, from);
             lastPass(result, to.im < to.re, last, rows, factor, to.re < to.im ? to.re : to.im);
             continue;
         }
-        const T* const result = transformColumn(plan.second, plan.second.passes, from, a, b);
+        const T* const result = transformColumn(plan.second, plan.second.passes, from, a, from);
         withStorer(to, [&](const auto& storer) ZVPS_INLINE_LAMBDA {
             if (rows < B) {
                 storeShortRows(result, columns, rows, factor, storer, to);
@@ -489,8 +414,26 @@ void mixedDft(const DftPlan<T>& plan, const DftPoints<const T>& src, const DftPo
 
 // ---- By the definition ----
 
-// The results k and length - k for a vector of k at a time. The roots are in such vectors of the block: for each point
-// its cosines, then its sines.
+template <class T>
+HWY_INLINE Packed<T> loadPacked(const DftPoints<const T>& points, size_t i) {
+    const Lanes<T, 2> d;
+    const DftPoints<const T> from = pointsFrom(points, i);
+    if (points.step == 1) return {hn::InterleaveLower(d, hn::Set(d, *from.re), hn::Set(d, *from.im))};
+    return points.re < points.im ? Packed<T>{hn::LoadU(d, from.re)} : Packed<T>{hn::Reverse(d, hn::LoadU(d, from.im))};
+}
+
+template <class T, size_t N>
+HWY_INLINE ComplexVec<T, N> reversed(ComplexVec<T, N> x) {
+    if constexpr (N == 1) {
+        return x;
+    } else {
+        const Lanes<T, N> d;
+        return {hn::Reverse(d, x.re), hn::Reverse(d, x.im)};
+    }
+}
+
+// The values k and length - k for a block of k at a time. The roots are in such blocks: for each point its cosines,
+// then its sines.
 template <class T>
 void directDft(size_t length, const T* roots, const DftPoints<const T>& src, const DftPoints<T>& dst, T factor,
                T* work) {
@@ -498,53 +441,43 @@ void directDft(size_t length, const T* roots, const DftPoints<const T>& src, con
     constexpr size_t V = kDftLanes<T>;
     using C = ComplexVec<T, V>;
     const Lanes<T, V> d;
+    const Lanes<T, 2> pair;
     const size_t H = length / 2;
     // Sums and differences of the points n and length - n.
-    const T re0 = src.re[0];
-    const T im0 = src.im[0];
-    T totalRe = re0;
-    T totalIm = im0;
+    const Packed<T> x0 = loadPacked(src, 0);
+    Packed<T> total = x0;
     for (size_t n = 1; n <= H; ++n) {
-        const auto i = static_cast<ptrdiff_t>(n) * src.step;
-        const auto j = static_cast<ptrdiff_t>(length - n) * src.step;
-        T* const folded = work + 4 * (n - 1);
-        folded[0] = src.re[i] + src.re[j];
-        folded[1] = src.im[i] + src.im[j];
-        folded[2] = src.re[i] - src.re[j];
-        folded[3] = src.im[i] - src.im[j];
-        totalRe += folded[0];
-        totalIm += folded[1];
+        const Packed<T> a = loadPacked(src, n);
+        const Packed<T> b = loadPacked(src, length - n);
+        const Packed<T> sum = add(a, b);
+        hn::StoreU(sum.v, pair, work + 4 * n - 4);
+        hn::StoreU(sub(a, b).v, pair, work + 4 * n - 2);
+        total = add(total, sum);
     }
-    dst.re[0] = factor * totalRe;
-    dst.im[0] = factor * totalIm;
-    for (size_t first = 1; first <= H; first += B, roots += 2 * B * H) {
-        for (size_t half = 0; half < B; half += V) {
-            C even = {hn::Set(d, re0), hn::Set(d, im0)};
-            C odd = {hn::Zero(d), hn::Zero(d)};
-            for (size_t n = 0; n < H; ++n) {
-                const T* const folded = work + 4 * n;
-                const auto cosines = hn::LoadU(d, roots + 2 * B * n + half);
-                const auto sines = hn::LoadU(d, roots + 2 * B * n + B + half);
-                even = add(even, C{hn::Set(d, folded[0]), hn::Set(d, folded[1])}, cosines);
-                odd = add(odd, C{hn::Set(d, folded[2]), hn::Set(d, folded[3])}, sines);
-            }
-            const C lower = subI(even, odd);
-            const C upper = addI(even, odd);
-            T values[4][V];
-            hn::StoreU(lower.re, d, values[0]);
-            hn::StoreU(lower.im, d, values[1]);
-            hn::StoreU(upper.re, d, values[2]);
-            hn::StoreU(upper.im, d, values[3]);
-            for (size_t lane = 0; lane < V && first + half + lane <= H; ++lane) {
-                const auto i = static_cast<ptrdiff_t>(first + half + lane) * dst.step;
-                const auto j = static_cast<ptrdiff_t>(length - (first + half + lane)) * dst.step;
-                dst.re[i] = factor * values[0][lane];
-                dst.im[i] = factor * values[1][lane];
-                dst.re[j] = factor * values[2][lane];
-                dst.im[j] = factor * values[3][lane];
+    const T re0 = hn::GetLane(x0.v);
+    const T im0 = hn::GetLane(hn::Reverse(pair, x0.v));
+    dst.re[0] = factor * hn::GetLane(total.v);
+    dst.im[0] = factor * hn::GetLane(hn::Reverse(pair, total.v));
+    withStorer(dst, [&](const auto& storer) ZVPS_INLINE_LAMBDA {
+        for (size_t i = 0; i < dftBlocks(H, B); ++i, roots += 2 * B * H) {
+            const size_t first = dftBlockStart(i, H, B);
+            for (size_t half = 0; half < B; half += V) {
+                C even = {hn::Set(d, re0), hn::Set(d, im0)};
+                C odd = {hn::Zero(d), hn::Zero(d)};
+                for (size_t n = 0; n < H; ++n) {
+                    const T* const folded = work + 4 * n;
+                    const auto cosines = hn::LoadU(d, roots + 2 * B * n + half);
+                    const auto sines = hn::LoadU(d, roots + 2 * B * n + B + half);
+                    even = add(even, C{hn::Set(d, folded[0]), hn::Set(d, folded[1])}, cosines);
+                    odd = add(odd, C{hn::Set(d, folded[2]), hn::Set(d, folded[3])}, sines);
+                }
+                even = scaledBy(even, factor);
+                odd = scaledBy(odd, factor);
+                storerFrom(storer, 1 + first).template store<V, B>(half, subI(even, odd));
+                storerFrom(storer, length - B - first).template store<V, B>(B - V - half, reversed(addI(even, odd)));
             }
         }
-    }
+    });
 }
 
 // ---- Convolution ----
@@ -590,52 +523,27 @@ HWY_INLINE void storePairs(ComplexVec<T, N> x, T* p, size_t i) {
     storePoints<N, T>(x, InterleavedStorer<T, false>{p}, DftPoints<T>{p, p + 1, 2}, i);
 }
 
-template <class T, size_t N>
-HWY_INLINE ComplexVec<T, N> conj(ComplexVec<T, N> x) {
-    return {x.re, hn::Neg(x.im)};
-}
-
 template <class T>
-void multiplyChirp(const DftPoints<const T>& src, const T* chirp, T* dst, size_t n) {
+void multiplyIn(const DftPoints<const T>& src, const T* factors, T* dst, size_t n) {
     withLoader(src, [&](const auto& loader) ZVPS_INLINE_LAMBDA {
         overPoints<kDftLanes<T>>(n, [&](auto lanes, size_t i) ZVPS_INLINE_LAMBDA {
             constexpr size_t N = lanes;
-            storePairs<N, T>(mul(loadPoints<N, T>(loader, src, i), loadPairs<N, T>(chirp, i)), dst, i);
+            storePairs<N, T>(mul(loadPoints<N, T>(loader, src, i), loadPairs<N, T>(factors, i)), dst, i);
         });
     });
 }
 
 template <class T>
-void multiplyConj(T* x, const T* y, size_t n) {
-    overPoints<kDftLanes<T>>(n, [&](auto lanes, size_t i) ZVPS_INLINE_LAMBDA {
-        constexpr size_t N = lanes;
-        storePairs<N, T>(conj<T, N>(mul(loadPairs<N, T>(x, i), loadPairs<N, T>(y, i))), x, i);
-    });
-}
-
-template <class T>
-void multiplyConjChirp(const T* x, const T* chirp, const DftPoints<T>& dst, size_t n, T factor) {
+void multiplyOut(const T* src, const T* factors, const DftPoints<T>& dst, size_t n) {
     withStorer(dst, [&](const auto& storer) ZVPS_INLINE_LAMBDA {
         overPoints<kDftLanes<T>>(n, [&](auto lanes, size_t i) ZVPS_INLINE_LAMBDA {
             constexpr size_t N = lanes;
-            const auto f = hn::Set(Lanes<T, N>(), factor);
-            const auto product = mul(conj<T, N>(loadPairs<N, T>(x, i)), loadPairs<N, T>(chirp, i));
-            storePoints<N, T>(ComplexVec<T, N>{hn::Mul(product.re, f), hn::Mul(product.im, f)}, storer, dst, i);
+            storePoints<N, T>(mul(loadPairs<N, T>(src, i), loadPairs<N, T>(factors, i)), storer, dst, i);
         });
     });
 }
 
 // ---- Real samples ----
-
-template <class T, size_t N>
-HWY_INLINE ComplexVec<T, N> reversed(ComplexVec<T, N> x) {
-    if constexpr (N == 1) {
-        return x;
-    } else {
-        const Lanes<T, N> d;
-        return {hn::Reverse(d, x.re), hn::Reverse(d, x.im)};
-    }
-}
 
 // Calls pair(a, b, w), which changes them, with the values k and half - k and the twiddles k, for all k from 1 that are
 // below half of `half`. Arrays are given from value 1 on.

@@ -6,6 +6,74 @@
 
 namespace zvps::ZVPS_LEVEL {
 
+// ---- One complex value in a vector ----
+
+// Instead of planes: the real part and the imaginary part in two lanes.
+template <class T>
+struct ComplexVec<T, 0> {
+    Vec<T, 2> v;
+};
+template <class T>
+using Packed = ComplexVec<T, 0>;
+
+// i x
+template <class T>
+HWY_INLINE Vec<T, 2> turned(Packed<T> x) {
+    const Lanes<T, 2> d;
+    const auto exchanged = hn::Reverse(d, x.v);
+    return hn::Xor(exchanged, hn::InterleaveLower(d, hn::Set(d, T(-0.0)), hn::Zero(d)));
+}
+
+template <class T>
+HWY_INLINE Packed<T> add(Packed<T> a, Packed<T> b) {
+    return {hn::Add(a.v, b.v)};
+}
+template <class T>
+HWY_INLINE Packed<T> sub(Packed<T> a, Packed<T> b) {
+    return {hn::Sub(a.v, b.v)};
+}
+template <class T>
+HWY_INLINE Packed<T> addI(Packed<T> a, Packed<T> b) {
+    return {hn::Add(a.v, turned(b))};
+}
+template <class T>
+HWY_INLINE Packed<T> subI(Packed<T> a, Packed<T> b) {
+    return {hn::Sub(a.v, turned(b))};
+}
+
+// ---- Constant factors ----
+
+// x f, a + b f, x (re + i im)
+template <class T, size_t V>
+HWY_INLINE ComplexVec<T, V> scaledBy(ComplexVec<T, V> x, T f) {
+    const auto factor = hn::Set(Lanes<T, V>(), f);
+    return {hn::Mul(x.re, factor), hn::Mul(x.im, factor)};
+}
+template <class T, size_t V>
+HWY_INLINE ComplexVec<T, V> addScaled(ComplexVec<T, V> a, ComplexVec<T, V> b, T f) {
+    return add(a, b, hn::Set(Lanes<T, V>(), f));
+}
+template <class T, size_t V>
+HWY_INLINE ComplexVec<T, V> turnedBy(ComplexVec<T, V> x, T re, T im) {
+    const Lanes<T, V> d;
+    return mul(x, ComplexVec<T, V>{hn::Set(d, re), hn::Set(d, im)});
+}
+template <class T>
+HWY_INLINE Packed<T> scaledBy(Packed<T> x, T f) {
+    return {hn::Mul(x.v, hn::Set(Lanes<T, 2>(), f))};
+}
+template <class T>
+HWY_INLINE Packed<T> addScaled(Packed<T> a, Packed<T> b, T f) {
+    return {hn::MulAdd(b.v, hn::Set(Lanes<T, 2>(), f), a.v)};
+}
+template <class T>
+HWY_INLINE Packed<T> turnedBy(Packed<T> x, T re, T im) {
+    const Lanes<T, 2> d;
+    return {hn::MulAdd(turned(x), hn::Set(d, im), hn::Mul(x.v, hn::Set(d, re)))};
+}
+
+// ---- Butterflies ----
+
 // cos(2 pi k / R) and sin(2 pi k / R)
 template <class T, size_t R>
 struct RootsOf {
@@ -31,7 +99,6 @@ struct DftButterfly {
     static HWY_INLINE void run(const In& in, const Out& out) {
         static_assert(R % 2 != 0);
         constexpr size_t H = R / 2;
-        const Lanes<T, V> d;
         const C x0 = in(Index<0>());
         C sums[H], differences[H];
         C total = x0;
@@ -46,12 +113,11 @@ struct DftButterfly {
         unroll<H>([&](auto j) ZVPS_INLINE_LAMBDA {
             constexpr size_t k = j + 1;
             C even = x0;
-            C odd = {hn::Mul(differences[0].re, hn::Set(d, kRootsOf<T, R>.sines[k])),
-                     hn::Mul(differences[0].im, hn::Set(d, kRootsOf<T, R>.sines[k]))};
+            C odd = scaledBy(differences[0], kRootsOf<T, R>.sines[k]);
             unroll<H>([&](auto i) ZVPS_INLINE_LAMBDA {
                 constexpr size_t kIndex = (i + 1) * k % R;
-                even = add(even, sums[i], hn::Set(d, kRootsOf<T, R>.cosines[kIndex]));
-                if constexpr (i > 0) odd = add(odd, differences[i], hn::Set(d, kRootsOf<T, R>.sines[kIndex]));
+                even = addScaled(even, sums[i], kRootsOf<T, R>.cosines[kIndex]);
+                if constexpr (i > 0) odd = addScaled(odd, differences[i], kRootsOf<T, R>.sines[kIndex]);
             });
             out(Index<k>(), subI(even, odd));
             out(Index<R - k>(), addI(even, odd));
@@ -112,7 +178,6 @@ struct DftButterfly<T, V, 9> {
     using C = ComplexVec<T, V>;
     template <class In, class Out>
     static HWY_INLINE void run(const In& in, const Out& out) {
-        const Lanes<T, V> d;
         C x[3][3];
         unroll<3>([&](auto n2) ZVPS_INLINE_LAMBDA {
             DftButterfly<T, V, 3>::run([&](auto n1) ZVPS_INLINE_LAMBDA { return in(Index<3 * n1 + n2>()); },
@@ -121,8 +186,8 @@ struct DftButterfly<T, V, 9> {
                                            if constexpr (kIndex == 0) {
                                                x[n2][k1] = value;
                                            } else {
-                                               x[n2][k1] = mul(value, C{hn::Set(d, kRootsOf<T, 9>.cosines[kIndex]),
-                                                                        hn::Set(d, -kRootsOf<T, 9>.sines[kIndex])});
+                                               x[n2][k1] = turnedBy(value, kRootsOf<T, 9>.cosines[kIndex],
+                                                                    -kRootsOf<T, 9>.sines[kIndex]);
                                            }
                                        });
         });

@@ -41,12 +41,14 @@ template <class T>
 struct DftParts;
 template <>
 struct DftParts<Zvp32f> {
+    using Complex = Zvp32fc;
     using ComplexFft = ZvpsFFTSpec_C_32fc;
     using RealFft = ZvpsFFTSpec_R_32f;
     using ComplexDft = ZvpsDFTSpec_C_32fc;
 };
 template <>
 struct DftParts<Zvp64f> {
+    using Complex = Zvp64fc;
     using ComplexFft = ZvpsFFTSpec_C_64fc;
     using RealFft = ZvpsFFTSpec_R_64f;
     using ComplexDft = ZvpsDFTSpec_C_64fc;

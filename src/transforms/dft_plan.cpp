@@ -10,22 +10,27 @@ namespace {
 
 // ---- Radices ----
 
-// What a pass takes for a block of points, and the columns of so many points with their twiddles and transposition, in
-// nanoseconds as measured; 0: no such routine.
+// What a pass takes for a block of points, and the columns of so many points with their twiddles and transposition, of
+// singles and of doubles: in nanoseconds, as measured. 0: no such routine.
 struct Radix {
     size_t radix;
     double pass;
-    double columns;
+    double columns[2];
 };
 constexpr Radix kRadices[] = {
-    {16, 1.80, 3.4}, {15, 1.80, 3.3}, {12, 1.55, 3.2}, {10, 1.50, 3.2}, {9, 1.60, 3.2}, {8, 1.20, 3.0},
-    {7, 1.40, 3.1},  {6, 1.10, 2.9},  {5, 1.00, 2.9},  {4, 0.85, 2.6},  {3, 0.90, 0},   {2, 0.75, 0},
+    {16, 1.75, {2.45, 2.1}}, {15, 1.75, {2.75, 2.5}}, {12, 1.45, {2.6, 2.45}}, {10, 1.40, {2.75, 2.5}},
+    {9, 1.50, {0, 0}},       {8, 1.10, {2.1, 1.85}},  {7, 1.30, {0, 0}},       {6, 1.00, {0, 0}},
+    {5, 1.00, {2.6, 2.4}},   {4, 0.85, {2.3, 1.75}},  {3, 0.90, {0, 0}},       {2, 0.75, {0, 0}},
 };
-constexpr double kLastPassCost = 0.3;
+// The last pass interleaves, and has more twiddles than the others, unless it is the first.
+constexpr double kLastPassCost = 0.35;
+constexpr double kOnlyPassCost = 0.1;
 // Of columns of several passes: to load and to transpose them, and for each pass to be called.
 constexpr double kLoadCost = 1.2;
 constexpr double kTransposeCost = 2.2;
 constexpr double kCallCost = 5;
+// Of rows shorter than a block.
+constexpr double kShortRowCost = 1.2;
 
 const Radix* routineOf(size_t radix) {
     for (const Radix& r : kRadices) {
@@ -48,11 +53,12 @@ void addPasses(size_t points, size_t first, const Passes& before, Passes& best) 
         return;
     }
     for (size_t i = first; i < std::size(kRadices); ++i) {
-        if (points % kRadices[i].radix != 0) continue;
+        const size_t radix = kRadices[i].radix;
+        if (points % radix != 0 || (before.count > 0 && isFirstRadix(radix))) continue;
         Passes passes = before;
-        passes.radix[passes.count++] = kRadices[i].radix;
+        passes.radix[passes.count++] = radix;
         passes.cost += kRadices[i].pass;
-        addPasses(points / kRadices[i].radix, i, passes, best);
+        addPasses(points / radix, isFirstRadix(radix) ? 0 : i, passes, best);
     }
 }
 
@@ -116,7 +122,7 @@ T* buildColumnTables(DftColumn<T>& column, T* table) {
         DftPass<T>& pass = column.pass[i];
         if (!hasRoutine(pass.radix)) {
             pass.roots = table;
-            buildDefinitionTable(pass.radix, kPrimeTile, table);
+            buildDefinitionTable(pass.radix, kPrimeTile, false, table);
             table += definitionTableSize<T>(pass.radix, kPrimeTile);
         }
         pass.twiddles = table;
@@ -141,7 +147,7 @@ size_t twiddleCount(const DftPlan<T>& plan) {
 } // namespace
 
 template <class T>
-void planDft(size_t length, DftPlan<T>& plan) {
+double planDft(size_t length, DftPlan<T>& plan) {
     constexpr size_t B = kDftBlock<T>;
     double best = 0;
     const auto consider = [&](size_t rows) {
@@ -150,15 +156,17 @@ void planDft(size_t length, DftPlan<T>& plan) {
         const auto rowBlocks = static_cast<double>(dftBlocks(rows, B));
         const Radix* const routine = routineOf(rows);
         double cost = 0;
-        if (routine != nullptr && routine->columns > 0) {
-            cost = columnBlocks * static_cast<double>(rows) * routine->columns;
+        const double routineCost = routine == nullptr ? 0 : routine->columns[sizeof(T) / 8];
+        if (routineCost > 0) {
+            cost = columnBlocks * static_cast<double>(rows) * routineCost;
         } else {
             const Passes passes = passesOf(rows);
             cost = columnBlocks * (static_cast<double>(rows) * (passes.cost + kLoadCost + kTransposeCost) +
                                    kCallCost * (passes.count + 2));
         }
         const Passes passes = passesOf(columns);
-        cost += rowBlocks * (static_cast<double>(columns) * (passes.cost + kLastPassCost) + kCallCost * passes.count);
+        const double lastCost = rows < B ? kShortRowCost : passes.count > 1 ? kLastPassCost : kOnlyPassCost;
+        cost += rowBlocks * (static_cast<double>(columns) * (passes.cost + lastCost) + kCallCost * passes.count);
         // Columns of which two blocks with their successors are more than the first-level cache.
         if (std::max(rows, columns) * sizeof(T) * 4 * B > 32768) cost *= 1.5;
         if (best != 0 && cost >= best) return;
@@ -172,6 +180,7 @@ void planDft(size_t length, DftPlan<T>& plan) {
         consider(length / d);
     }
     plan.twiddles = nullptr;
+    return best;
 }
 
 template <class T>
@@ -229,27 +238,29 @@ size_t definitionTableSize(size_t points, size_t tile) {
 }
 
 template <class T>
-void buildDefinitionTable(size_t points, size_t tile, T* table) {
-    for (size_t first = 1; first <= points / 2; first += tile) {
-        for (size_t i = 1; i <= points / 2; ++i, table += 2 * tile) {
-            for (size_t k = 0; k < tile; ++k) {
-                const SineCosine root = sineCosineOf(i * (first + k), points);
-                const bool isResult = first + k <= points / 2;
-                table[k] = static_cast<T>(isResult ? root.cosine : 0);
-                table[tile + k] = static_cast<T>(isResult ? root.sine : 0);
+void buildDefinitionTable(size_t points, size_t tile, bool isInBlocks, T* table) {
+    const size_t half = points / 2;
+    for (size_t block = 0; block < dftBlocks(half, tile); ++block) {
+        const size_t first = 1 + dftBlockStart(block, half, tile);
+        for (size_t i = 1; i <= half; ++i, table += 2 * tile) {
+            for (size_t place = 0; place < tile; ++place) {
+                const size_t k = first + (isInBlocks ? fftNumberAt<T>(place, tile) : place);
+                const SineCosine root = sineCosineOf(i * k, points);
+                table[place] = static_cast<T>(root.cosine);
+                table[tile + place] = static_cast<T>(root.sine);
             }
         }
     }
 }
 
 #define ZVPS_PLAN(T)                                                                                                   \
-    template void planDft(size_t, DftPlan<T>&);                                                                        \
+    template double planDft(size_t, DftPlan<T>&);                                                                      \
     template size_t dftTableSize(const DftPlan<T>&);                                                                   \
     template size_t dftWorkSize(const DftPlan<T>&);                                                                    \
     template void buildDftTables(DftPlan<T>&, T*);                                                                     \
     template void storeRoots(uint64_t, uint64_t, uint64_t, T*, size_t);                                                \
     template size_t definitionTableSize<T>(size_t, size_t);                                                            \
-    template void buildDefinitionTable(size_t, size_t, T*);
+    template void buildDefinitionTable(size_t, size_t, bool, T*);
 ZVPS_PLAN(float)
 ZVPS_PLAN(double)
 #undef ZVPS_PLAN

@@ -135,7 +135,7 @@ ZvpStatus buildDefinition(DftSpec<T>& spec) {
     if (tables == nullptr) return zvpStsNoMemory;
     spec.tables = tables;
     spec.twiddles = tables;
-    buildDefinitionTable(length, kDftBlock<T>, tables);
+    buildDefinitionTable(length, kDftBlock<T>, true, tables);
     return recordWork(spec, static_cast<int64_t>(2 * sizeof(T)) * spec.length);
 }
 
@@ -146,11 +146,52 @@ void storeChirp(size_t length, T* chirp) {
         storeRoots(n * n, 0, 2 * length, chirp + 2 * n, 1);
 }
 
+// Transforms the sequence of a convolution and divides it by its length.
+template <class T>
+ZvpStatus transformKernel(DftSpec<T>& spec, T* sequence) {
+    spec.kernelSpectrum = sequence;
+    const auto& inner = *static_cast<const DftSpec<T>*>(spec.inner);
+    const ZvpStatus status = withWork(inner, nullptr, [&](T* work) {
+        transformPoints(inner, kFftForward, interleaved<const T>(sequence), interleaved(sequence),
+                        T{1} / static_cast<T>(inner.length), work);
+    });
+    if (status != zvpStsOk) return status;
+    return recordWork(spec, static_cast<int64_t>(2 * sizeof(T)) * inner.length + inner.workSize);
+}
+
+// What a complex transform takes, in nanoseconds, about.
+template <class T>
+double timeOf(int length) {
+    if (!isPowerOfTwo(length)) {
+        DftPlan<T> plan;
+        return planDft(static_cast<size_t>(length), plan);
+    }
+    // As measured: the longer, the more of its passes leave the caches.
+    const double order = std::log2(length);
+    const double blocks = static_cast<double>(length) / static_cast<double>(kDftBlock<T>);
+    return blocks * (4.2 + (order > 10 ? 0.85 * (order - 10) : 0) + (order > 16 ? 6 : 0));
+}
+
+// The fastest length of at least `least` points for a convolution.
+template <class T>
+int convolutionLength(int least) {
+    int best = 0;
+    double bestTime = 0;
+    for (const int odd : {1, 3, 5, 7, 9, 15, 21, 25, 27, 35, 45, 63}) {
+        int64_t length = 16 * odd;
+        while (length < least)
+            length *= 2;
+        const double time = length > kLongest && odd > 1 ? HUGE_VAL : timeOf<T>(static_cast<int>(length));
+        if (best != 0 && time >= bestTime) continue;
+        best = static_cast<int>(length);
+        bestTime = time;
+    }
+    return best;
+}
+
 template <class T>
 ZvpStatus buildChirp(DftSpec<T>& spec) {
-    int size = 1;
-    while (size < 2 * spec.length - 1)
-        size *= 2;
+    const int size = convolutionLength<T>(2 * spec.length - 1);
     if (const ZvpStatus status = buildInner(spec, size)) return status;
     const auto length = static_cast<size_t>(spec.length);
     const auto points = static_cast<size_t>(size);
@@ -159,23 +200,77 @@ ZvpStatus buildChirp(DftSpec<T>& spec) {
     spec.tables = chirp;
     spec.chirp = chirp;
     storeChirp(length, chirp);
-    T* const spectrum = chirp + 2 * length;
-    spec.chirpSpectrum = spectrum;
-    std::memset(spectrum, 0, 2 * points * sizeof(T));
+    T* const sequence = chirp + 2 * length;
+    std::memset(sequence, 0, 2 * points * sizeof(T));
     for (size_t n = 0; n < length; ++n) {
         for (const size_t i : {n, (points - n) % points}) {
-            spectrum[2 * i] = chirp[2 * n];
-            spectrum[2 * i + 1] = -chirp[2 * n + 1];
+            sequence[2 * i] = chirp[2 * n];
+            sequence[2 * i + 1] = -chirp[2 * n + 1];
         }
     }
-    const auto& inner = *static_cast<const DftSpec<T>*>(spec.inner);
-    const DftPoints<T> values = interleaved(spectrum);
-    const ZvpStatus status = withWork(inner, nullptr, [&](T* work) {
-        transformPoints<T>(inner, kFftForward, {values.re, values.im, values.step}, values, T{1} / static_cast<T>(size),
-                           work);
-    });
-    if (status != zvpStsOk) return status;
-    return recordWork(spec, static_cast<int64_t>(2 * points * sizeof(T)) + inner.workSize);
+    return transformKernel(spec, sequence);
+}
+
+bool isPrime(int n) {
+    for (int d = 2; d * d <= n; ++d) {
+        if (n % d == 0) return false;
+    }
+    return true;
+}
+
+uint64_t power(uint64_t base, int exponent, uint64_t modulus) {
+    uint64_t result = 1;
+    for (; exponent > 0; exponent /= 2, base = base * base % modulus) {
+        if (exponent % 2 != 0) result = result * base % modulus;
+    }
+    return result;
+}
+
+uint64_t primitiveRoot(int prime) {
+    const auto modulus = static_cast<uint64_t>(prime);
+    for (uint64_t root = 2;; ++root) {
+        bool isPrimitive = true;
+        int rest = prime - 1;
+        for (int d = 2; rest > 1; ++d) {
+            if (d * d > rest) d = rest;
+            if (rest % d != 0) continue;
+            while (rest % d == 0)
+                rest /= d;
+            isPrimitive = isPrimitive && power(root, (prime - 1) / d, modulus) != 1;
+        }
+        if (isPrimitive) return root;
+    }
+}
+
+// In the order of the powers of a primitive root, the transform of a prime length is a cyclic convolution but for point
+// and value 0.
+template <class T>
+ZvpStatus buildPowers(DftSpec<T>& spec) {
+    if (const ZvpStatus status = buildInner(spec, spec.length - 1)) return status;
+    const auto points = static_cast<size_t>(spec.length - 1);
+    const auto modulus = static_cast<uint64_t>(spec.length);
+    T* const sequence = allocate<T>(static_cast<int64_t>(3 * points)); // a value of T has room for a power
+    if (sequence == nullptr) return zvpStsNoMemory;
+    spec.tables = sequence;
+    auto* const powers = reinterpret_cast<int32_t*>(sequence + 2 * points);
+    spec.powers = powers;
+    const uint64_t root = primitiveRoot(spec.length);
+    uint64_t index = 1;
+    for (size_t q = 0; q < points; ++q, index = index * root % modulus) {
+        powers[q] = static_cast<int32_t>(index);
+        storeRoots(index, 0, modulus, sequence + 2 * ((points - q) % points), 1);
+    }
+    return transformKernel(spec, sequence);
+}
+
+// Whether that convolution is worth it.
+template <class T>
+bool prefersPowers(int length) {
+    if (!isPrime(length)) return false;
+    DftSpec<T> cyclic{};
+    cyclic.length = length - 1;
+    if (!isPowerOfTwo(length - 1) && !factorise(cyclic)) return false;
+    return timeOf<T>(length - 1) < timeOf<T>(convolutionLength<T>(2 * length - 1));
 }
 
 // The transform object of a length and a hint.
@@ -186,8 +281,8 @@ ZvpStatus buildComplex(DftSpec<T>& spec, int flag) {
     if (spec.length > kLongest) return zvpStsBadSize;
     if (factorise(spec)) return buildMixed(spec);
     if (spec.length <= kLongestDefinition) return buildDefinition(spec);
-    if (spec.length <= kLongestChirp) return buildChirp(spec);
-    return zvpStsBadSize;
+    if (spec.length > kLongestChirp) return zvpStsBadSize;
+    return prefersPowers<T>(spec.length) ? buildPowers(spec) : buildChirp(spec);
 }
 
 // Even lengths by the complex transform of their pairs, odd ones by that of all samples.

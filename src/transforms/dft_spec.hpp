@@ -20,12 +20,12 @@ struct DftPoints {
 template <class T>
 inline constexpr size_t kDftBlock = 32 / sizeof(T);
 
-constexpr size_t dftBlocks(size_t n, size_t block) {
+[[gnu::always_inline]] constexpr size_t dftBlocks(size_t n, size_t block) {
     return (n + block - 1) / block;
 }
 
 // Where a block of n columns starts: the last one overlaps the one before.
-constexpr size_t dftBlockStart(size_t index, size_t n, size_t block) {
+[[gnu::always_inline]] constexpr size_t dftBlockStart(size_t index, size_t n, size_t block) {
     const size_t start = index * block;
     return n <= block ? 0 : start + block <= n ? start : n - block;
 }
@@ -41,6 +41,11 @@ struct DftPass {
     const T* conjugates; // of the twiddles, where the pass is the last one
     const T* roots;      // cosines and sines of a radix without a routine of its own
 };
+
+// The radices that only a first pass may have: without twiddles.
+constexpr bool isFirstRadix(size_t radix) {
+    return radix == 10 || radix == 12 || radix == 15;
+}
 
 inline constexpr int kMostDftPasses = 16;
 
@@ -78,10 +83,11 @@ struct DftSpec {
     int32_t factors;
     int32_t factorList[kMostDftFactors];
     DftPlan<T> plan;
-    void* inner;            // the transform object that a convolution or a real transform works with
-    const T* chirp;         // exp(-pi i n^2 / L)
-    const T* chirpSpectrum; // of its conjugate, divided by the length of the convolution
-    void* tables;           // the memory of all tables
+    void* inner;             // the transform object that a convolution or a real transform works with
+    const T* chirp;          // exp(-pi i n^2 / L)
+    const int32_t* powers;   // of a primitive root modulo L, instead of a chirp
+    const T* kernelSpectrum; // of the sequence that a convolution is with, divided by its length
+    void* tables;            // the memory of all tables
 };
 
 static_assert(offsetof(DftSpec<float>, factor) == 16 && offsetof(DftSpec<float>, hint) == 20);

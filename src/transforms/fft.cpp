@@ -4,23 +4,6 @@
 namespace zvps {
 namespace {
 
-template <class T>
-const FftKernels<T>& fftKernels() {
-    if constexpr (sizeof(T) == 4) {
-        return *kernels().fft32f;
-    } else {
-        return *kernels().fft64f;
-    }
-}
-template <class T>
-const RealFftKernels<T>& realFftKernels() {
-    if constexpr (sizeof(T) == 4) {
-        return *kernels().realFft32f;
-    } else {
-        return *kernels().realFft64f;
-    }
-}
-
 template <class T, class General, class... Data>
 [[gnu::noinline]] ZvpStatus runGeneral(const FftSpec<T>& spec, T factor, General general, Zvp8u* buffer, Data... data) {
     if (spec.workSize == 0) return general(data..., factor, spec, nullptr);

@@ -126,12 +126,16 @@ HWY_INLINE void combineFour(C sumEven, C differenceEven, C sumOdd, C differenceO
     out(Index<3>(), addI(differenceEven, differenceOdd, factor...));
 }
 
+// Whether additions take their share of the pipes that multiply, where these have nothing else to do: between shuffles,
+// which take those that add. The result is the same.
+enum AdditionPipes { kAdders, kMultipliersToo };
+
 // The forward transform of R points: reads in(Index<n>()) once for every n, then calls out(Index<k>(), X[k]).
-template <class T, size_t V, size_t R>
+template <class T, size_t V, size_t R, AdditionPipes pipes = kAdders>
 struct Butterfly;
 
-template <class T, size_t V>
-struct Butterfly<T, V, 2> {
+template <class T, size_t V, AdditionPipes pipes>
+struct Butterfly<T, V, 2, pipes> {
     using C = ComplexVec<T, V>;
     template <class In, class Out>
     static HWY_INLINE void run(const In& in, const Out& out) {
@@ -142,13 +146,24 @@ struct Butterfly<T, V, 2> {
     }
 };
 
-template <class T, size_t V>
-struct Butterfly<T, V, 4> {
+template <class T, size_t V, AdditionPipes pipes>
+struct Butterfly<T, V, 4, pipes> {
     using C = ComplexVec<T, V>;
     template <class In, class Out>
     static HWY_INLINE void run(const In& in, const Out& out) {
         const C x0 = in(Index<0>());
         const C x2 = in(Index<2>());
+#if HWY_TARGET <= HWY_AVX2
+        if constexpr (pipes == kMultipliersToo) {
+            const auto one = hn::Set(Lanes<T, V>(), T{1});
+            const C sumEven = add(x0, x2, one);
+            const C differenceEven = sub(x0, x2, one);
+            const C x1 = in(Index<1>());
+            const C x3 = in(Index<3>());
+            combineFour(sumEven, differenceEven, add(x1, x3, one), sub(x1, x3, one), out);
+            return;
+        }
+#endif
         const C sumEven = add(x0, x2);
         const C differenceEven = sub(x0, x2);
         const C x1 = in(Index<1>());
@@ -157,17 +172,17 @@ struct Butterfly<T, V, 4> {
     }
 };
 
-template <class T, size_t V>
-struct Butterfly<T, V, 8> {
+template <class T, size_t V, AdditionPipes pipes>
+struct Butterfly<T, V, 8, pipes> {
     using C = ComplexVec<T, V>;
     template <class In, class Out>
     static HWY_INLINE void run(const In& in, const Out& out) {
         const Lanes<T, V> d;
         C even[4], odd[4];
-        Butterfly<T, V, 4>::run([&](auto n) ZVPS_INLINE_LAMBDA { return in(Index<2 * n>()); },
-                                [&](auto q, C x) ZVPS_INLINE_LAMBDA { even[q] = x; });
-        Butterfly<T, V, 4>::run([&](auto n) ZVPS_INLINE_LAMBDA { return in(Index<2 * n + 1>()); },
-                                [&](auto q, C x) ZVPS_INLINE_LAMBDA { odd[q] = x; });
+        Butterfly<T, V, 4, pipes>::run([&](auto n) ZVPS_INLINE_LAMBDA { return in(Index<2 * n>()); },
+                                       [&](auto q, C x) ZVPS_INLINE_LAMBDA { even[q] = x; });
+        Butterfly<T, V, 4, pipes>::run([&](auto n) ZVPS_INLINE_LAMBDA { return in(Index<2 * n + 1>()); },
+                                       [&](auto q, C x) ZVPS_INLINE_LAMBDA { odd[q] = x; });
         const auto c = hn::Set(d, T(kCosEighth));
         out(Index<0>(), add(even[0], odd[0]));
         out(Index<4>(), sub(even[0], odd[0]));
@@ -182,16 +197,16 @@ struct Butterfly<T, V, 8> {
     }
 };
 
-template <class T, size_t V>
-struct Butterfly<T, V, 16> {
+template <class T, size_t V, AdditionPipes pipes>
+struct Butterfly<T, V, 16, pipes> {
     using C = ComplexVec<T, V>;
     template <class In, class Out>
     static HWY_INLINE void run(const In& in, const Out& out) {
         const Lanes<T, V> d;
         C a[4][4];
         unroll<4>([&](auto n) ZVPS_INLINE_LAMBDA {
-            Butterfly<T, V, 4>::run([&](auto j) ZVPS_INLINE_LAMBDA { return in(Index<n + 4 * j>()); },
-                                    [&](auto q, C x) ZVPS_INLINE_LAMBDA { a[n][q] = x; });
+            Butterfly<T, V, 4, pipes>::run([&](auto j) ZVPS_INLINE_LAMBDA { return in(Index<n + 4 * j>()); },
+                                           [&](auto q, C x) ZVPS_INLINE_LAMBDA { a[n][q] = x; });
         });
         const auto c = hn::Set(d, T(kCosEighth));
         const auto cos = hn::Set(d, T(kCosSixteenth));
@@ -227,16 +242,16 @@ struct Butterfly<T, V, 16> {
 };
 
 // Eight points by four.
-template <class T, size_t V>
-struct Butterfly<T, V, 32> {
+template <class T, size_t V, AdditionPipes pipes>
+struct Butterfly<T, V, 32, pipes> {
     using C = ComplexVec<T, V>;
     template <class In, class Out>
     static HWY_INLINE void run(const In& in, const Out& out) {
         const Lanes<T, V> d;
         C a[4][8];
         unroll<4>([&](auto n) ZVPS_INLINE_LAMBDA {
-            Butterfly<T, V, 8>::run([&](auto j) ZVPS_INLINE_LAMBDA { return in(Index<n + 4 * j>()); },
-                                    [&](auto q, C x) ZVPS_INLINE_LAMBDA { a[n][q] = x; });
+            Butterfly<T, V, 8, pipes>::run([&](auto j) ZVPS_INLINE_LAMBDA { return in(Index<n + 4 * j>()); },
+                                           [&](auto q, C x) ZVPS_INLINE_LAMBDA { a[n][q] = x; });
         });
         unroll<8>([&](auto q) ZVPS_INLINE_LAMBDA {
             const auto turned = [&](auto n) ZVPS_INLINE_LAMBDA {

@@ -77,84 +77,207 @@ HWY_INLINE void smallTransform(const Loader& loader, const Storer& storer) {
     constexpr size_t V = smaller(4, kVectorBytes / sizeof(T));
     alignas(64) T work[8 * R];
     firstPass<T, V, 4, 4>(loader, 0, R, R, BlockStorer<T>{work});
-    lastPass<T, V, 4, R>(BlockLoader<T>{work}, storer, 4, kSmallTwiddles<T, R>.values);
+    lastPass<T, V, 4, R>(work, 4, storer, 0, Strides{4, 4}, 1, kSmallTwiddles<T, R>.values);
 }
 
-// ---- Transforms of passes ----
+// ---- Short transforms: two passes ----
 
-// From the loader to `work`, and from there to the storer, three passes by way of `spare`, whose memory the storer may
-// work on.
-template <class T, int order, class Loader, class Spare, class Storer>
-HWY_INLINE void transform(const Loader& loader, T* work, const Spare& spare, const Storer& storer, const T* twiddles) {
+template <class T, int order, class Loader, class Storer>
+HWY_NOINLINE void shortTransform(const Loader& loader, const Storer& storer, const T* twiddles) {
     constexpr FftPlan plan = fftPlan<T>(order);
-    constexpr size_t N = size_t{1} << order;
+    static_assert(plan.passes == 2);
     constexpr size_t R1 = size_t{1} << plan.orders[0];
     constexpr size_t R2 = size_t{1} << plan.orders[1];
-    constexpr size_t kColumns = N / R1;
-    constexpr size_t B = fftBlock<T>(R1, kColumns);
+    constexpr size_t B = fftBlock<T>(R1, R2);
     constexpr size_t V = smaller(B, kVectorBytes / sizeof(T));
-    const BlockStorer<T> working = {work};
-    if constexpr (plan.passes <= 3) {
-        firstPass<T, V, B, R1>(loader, 0, kColumns, kColumns, working);
-        if constexpr (plan.passes == 2) {
-            lastPass<T, V, B, R2>(working.loader(), storer, R1, twiddles);
-        } else {
-            constexpr size_t R3 = N / (R1 * R2);
-            middlePass<T, V, B, R2>(working.loader(), spare, R1, R3, twiddles);
-            lastPass<T, V, B, R3>(spare.loader(), storer, R1 * R2, twiddles + 2 * R1 * (R2 - 1));
-        }
-    } else {
-        constexpr size_t R3 = size_t{1} << plan.orders[2];
-        constexpr size_t R4 = size_t{1} << plan.orders[3];
-        alignas(64) T scratch[2 * B * (R1 * R2 < R3 * R4 ? R3 * R4 : R1 * R2)];
-        firstPasses<T, V, B, R1, R2>(loader, working, N, scratch, twiddles);
-        lastPasses<T, V, B, R3, R4>(working.loader(), storer, R1 * R2, scratch, twiddles + 2 * R1 * (R2 - 1));
+    alignas(64) T work[2 * R1 * R2];
+    firstPass<T, V, B, R1>(loader, 0, R2, R2, BlockStorer<T>{work});
+    lastPass<T, V, B, R2>(work, R1, storer, 0, Strides{B, R1}, R1 / B, twiddles);
+}
+
+// Calls run(std::integral_constant<int, order>()) with the order that is `value`, from the first to the last.
+template <int first, int last, class Run>
+HWY_INLINE void withOrder(int value, const Run& run) {
+    if constexpr (first < last) {
+        if (value != first) return withOrder<first + 1, last>(value, run);
     }
+    run(std::integral_constant<int, first>());
+}
+
+// ---- Long transforms ----
+
+// Their passes are compiled once for all of them: for each radix and form of the data.
+
+// A vector of 64 bytes, or less at the lower levels.
+template <class T>
+inline constexpr size_t kFullBlock = 64 / sizeof(T);
+template <class T>
+inline constexpr size_t kFullVector = kVectorBytes / sizeof(T);
+
+template <class T, size_t R, class Loader>
+HWY_NOINLINE void compiledFirstPass(const Loader& loader, size_t n, size_t count, size_t columns, T* dst) {
+    firstPass<T, kFullVector<T>, kFullBlock<T>, R>(loader, n, count, columns, BlockStorer<T>{dst});
+}
+template <class T, size_t R>
+HWY_NOINLINE void compiledMiddlePass(const T* src, Strides in, T* dst, Strides out, size_t count, size_t s,
+                                     const T* twiddles) {
+    middlePass<T, kFullVector<T>, kFullBlock<T>, R>(src, in, dst, out, count, s, twiddles);
+}
+template <class T, size_t R, class Storer>
+HWY_NOINLINE void compiledLastPass(const T* src, size_t inStep, const Storer& storer, size_t k, Strides out,
+                                   size_t count, const T* twiddles) {
+    lastPass<T, kFullVector<T>, kFullBlock<T>, R>(src, inStep, storer, k, out, count, twiddles);
+}
+
+template <class T, class Loader, class Storer>
+struct LongTransform {
+    static constexpr size_t B = kFullBlock<T>;
+
+    FftPlan plan;
+    size_t length;
+    Loader loader;
+    Storer storer;
+    const T* twiddles;
+
+    HWY_INLINE size_t radix(int pass) const { return size_t{1} << plan.orders[pass]; }
+
+    HWY_INLINE void first(size_t n, size_t count, T* dst) const {
+        // Blocks are no longer than the radix.
+        withOrder<B == 16 ? 4 : 3, 4>(plan.orders[0], [&](auto order) ZVPS_INLINE_LAMBDA {
+            compiledFirstPass<T, size_t{1} << order>(loader, n, count, length / radix(0), dst);
+        });
+    }
+    HWY_INLINE void middle(int pass, const T* src, Strides in, T* dst, Strides out, size_t count, size_t s,
+                           const T* w) const {
+        withOrder<kLeastMiddleOrder, kMostMiddleOrder>(plan.orders[pass], [&](auto order) ZVPS_INLINE_LAMBDA {
+            compiledMiddlePass<T, size_t{1} << order>(src, in, dst, out, count, s, w);
+        });
+    }
+    HWY_INLINE void last(const T* src, size_t inStep, size_t k, Strides out, size_t count, const T* w) const {
+        withOrder<kLeastLastOrder, kMostLastOrder>(plan.orders[plan.passes - 1], [&](auto order) ZVPS_INLINE_LAMBDA {
+            compiledLastPass<T, size_t{1} << order>(src, inStep, storer, k, out, count, w);
+        });
+    }
+
+    // The first two passes, for a block of the second one's subsequences at a time, through `scratch`.
+    HWY_INLINE void firstTwo(T* dst, T* scratch) const {
+        const size_t s = radix(0);
+        const size_t m = length / (s * radix(1));
+        for (size_t n = 0; n < m; n += B) {
+            for (size_t n1 = 0; n1 < radix(1); ++n1) {
+                first(n1 * m + n, B, scratch + 2 * n1 * B * s);
+            }
+            middle(1, scratch, Strides{s, B * s}, dst + 2 * n * s * radix(1), Strides{s * radix(1), s}, B, s, twiddles);
+        }
+    }
+
+    // The last two passes after s numbers, for a block of numbers at a time, through `scratch`. The storer may work on
+    // the memory of the source.
+    HWY_INLINE void lastTwo(const T* src, size_t s, T* scratch, const T* w) const {
+        const int pass = plan.passes - 2;
+        const size_t r1 = radix(pass);
+        const size_t r2 = radix(pass + 1);
+        const T* const lastTwiddles = w + 2 * s * (r1 - 1);
+        for (size_t k = 0; k < s; k += B) {
+            middle(pass, src + 2 * k, Strides{s, r2 * s}, scratch, Strides{r1 * B, B}, r2, B, w + 2 * k * (r1 - 1));
+            last(scratch, r1 * B, k, Strides{s, r1 * s}, r1, lastTwiddles);
+        }
+    }
+
+    // `between` holds all values, and so does `spare` for three passes that are not joined.
+    HWY_INLINE void run(T* between, T* spare, T* scratch) const {
+        const size_t s = radix(0);
+        if (plan.passes == 4) {
+            firstTwo(between, scratch);
+            lastTwo(between, s * radix(1), scratch, twiddles + 2 * s * (radix(1) - 1));
+            return;
+        }
+        first(0, length / s, between);
+        if (plan.areJoined) {
+            lastTwo(between, s, scratch, twiddles);
+        } else {
+            const size_t m = length / (s * radix(1));
+            middle(1, between, Strides{s, m * s}, spare, Strides{radix(1) * s, s}, m, s, twiddles);
+            const size_t numbers = s * radix(1);
+            last(spare, numbers, 0, Strides{B, numbers}, numbers / B, twiddles + 2 * s * (radix(1) - 1));
+        }
+    }
+};
+
+// Up to so many bytes the values between passes are on the stack, for which lines of cache can be aligned.
+inline constexpr size_t kMostBytesOnStack = 65536;
+
+template <class T>
+constexpr bool isOnStack(int order) {
+    return (2 * sizeof(T) << order) <= kMostBytesOnStack;
+}
+
+// The scratch memory of a pair of passes, or for all values.
+template <class T>
+constexpr size_t scratchValues(int order) {
+    const FftPlan& plan = fftPlan<T>(order);
+    if (plan.passes == 3 && !plan.areJoined) return size_t{2} << order;
+    const int firstTwo = plan.passes == 4 ? plan.orders[0] + plan.orders[1] : 0;
+    const int lastTwo = plan.orders[plan.passes - 2] + plan.orders[plan.passes - 1];
+    return 2 * kFullBlock<T> << (firstTwo > lastTwo ? firstTwo : lastTwo);
+}
+
+template <class T>
+constexpr size_t mostStackValues() {
+    size_t most = 0;
+    for (int order = kLastShortFft + 1; order <= kLastFftPlan; ++order) {
+        const size_t values = scratchValues<T>(order) + (isOnStack<T>(order) ? size_t{2} << order : 0);
+        if (values > most) most = values;
+    }
+    return most;
+}
+
+// `data`: where the result goes, for the passes to work in, or null. They do so only where vectors do not straddle
+// lines.
+template <class T, class Loader, class Storer>
+HWY_NOINLINE void longTransform(const Loader& loader, const Storer& storer, T* data, bool isInPlace,
+                                const FftSpec<T>& spec, T* work) {
+    const LongTransform<T, Loader, Storer> transform = {fftPlan<T>(spec.order), size_t{1} << spec.order, loader, storer,
+                                                        spec.twiddles};
+    alignas(64) T stack[mostStackValues<T>()];
+    const bool onStack = isOnStack<T>(spec.order);
+    T* const scratch = onStack ? stack + 2 * transform.length : stack;
+    const bool isAligned = data != nullptr && reinterpret_cast<uintptr_t>(data) % 64 == 0;
+    const bool isInData = isAligned && !isInPlace && (transform.plan.areJoined || !onStack);
+    transform.run(isInData ? data : onStack ? stack : work, isAligned ? data : scratch, scratch);
 }
 
 // ---- Kernels ----
 
-// Whether a transform gets no work buffer, and works on the stack.
-template <class T>
-constexpr bool worksOnStack(int order) {
-    return sizeof(T) == 8 && order <= 12;
-}
-
-template <class T, int order, class Loader, class Spare, class Storer>
-HWY_INLINE void transformThroughWork(const Loader& loader, T* work, const Spare& spare, const Storer& storer,
-                                     const T* twiddles) {
-    if constexpr (worksOnStack<T>(order)) {
-        alignas(64) T stack[size_t{2} << order];
-        transform<T, order>(loader, stack, spare, storer, twiddles);
+// The storer itself or scaled.
+template <bool scales, class T, class Storer>
+HWY_INLINE auto scaled(const Storer& storer, T factor) {
+    if constexpr (scales) {
+        return ScaledStorer<T, Storer>{storer, factor};
     } else {
-        transform<T, order>(loader, work, spare, storer, twiddles);
+        return storer;
     }
 }
 
-// From this order on a multiplication by 1 costs nothing that shows.
-inline constexpr int kAlwaysScaledOrder = 11;
-
-template <class T, int order, class Loader, class Spare, class Storer>
-HWY_NOINLINE void transformOf(const Loader& loader, const Spare& spare, const Storer& storer, T factor,
-                              const T* twiddles, T* work) {
-    if constexpr (order < kAlwaysScaledOrder) {
-        if (factor == T{1}) {
-            transformThroughWork<T, order>(loader, work, spare, storer, twiddles);
-            return;
-        }
+template <class T, class Loader, class Storer>
+HWY_INLINE void transform(const Loader& loader, const Storer& storer, T* data, bool isInPlace, const FftSpec<T>& spec,
+                          T* work) {
+    if (spec.order <= kLastShortFft) {
+        withOrder<kFixedFftOrder + 1, kLastShortFft>(spec.order, [&](auto order) ZVPS_INLINE_LAMBDA {
+            shortTransform<T, order>(loader, storer, spec.twiddles);
+        });
+    } else {
+        longTransform(loader, storer, data, isInPlace, spec, work);
     }
-    transformThroughWork<T, order>(loader, work, spare, ScaledStorer<T, Storer>{storer, factor}, twiddles);
 }
 
-// Calls run(std::integral_constant<int, order>()).
-template <int order, class Run>
-HWY_INLINE void withOrder(int value, const Run& run) {
-    if constexpr (order <= kLastFftPlan) {
-        if (value == order) {
-            run(std::integral_constant<int, order>());
-        } else {
-            withOrder<order + 1>(value, run);
-        }
+template <class T, class Loader, class Storer>
+HWY_INLINE void scaledTransform(const Loader& loader, const Storer& storer, T* data, bool isInPlace, T factor,
+                                const FftSpec<T>& spec, T* work) {
+    if (factor == T{1}) {
+        transform(loader, storer, data, isInPlace, spec, work);
+    } else {
+        transform(loader, ScaledStorer<T, Storer>{storer, factor}, data, isInPlace, spec, work);
     }
 }
 
@@ -170,10 +293,8 @@ ZvpStatus complexFft(const T* src, T* dst, T factor, const FftSpec<T>& spec, T* 
         largeComplexFft<T, direction>(src, dst, factor, largeCall(spec, work));
         return zvpStsOk;
     }
-    withOrder<kFixedFftOrder + 1>(spec.order, [&](auto order) ZVPS_INLINE_LAMBDA {
-        transformOf<T, order>(InterleavedLoader<T, kInverse>{src}, BlockStorer<T>{dst},
-                              InterleavedStorer<T, kInverse>{dst}, factor, spec.twiddles, work);
-    });
+    scaledTransform(InterleavedLoader<T, kInverse>{src}, InterleavedStorer<T, kInverse>{dst}, dst, src == dst, factor,
+                    spec, work);
     return zvpStsOk;
 }
 
@@ -186,10 +307,8 @@ ZvpStatus splitFft(const T* srcRe, const T* srcIm, T* dstRe, T* dstIm, T factor,
     if constexpr (direction == kFftInverse) {
         return splitFft<T, kFftForward>(srcIm, srcRe, dstIm, dstRe, factor, spec, work);
     } else {
-        withOrder<kFixedFftOrder + 1>(spec.order, [&](auto order) ZVPS_INLINE_LAMBDA {
-            const SplitStorer<T> result = {dstRe, dstIm};
-            transformOf<T, order>(SplitLoader<T>{srcRe, srcIm}, result, result, factor, spec.twiddles, work);
-        });
+        scaledTransform(SplitLoader<T>{srcRe, srcIm}, SplitStorer<T>{dstRe, dstIm}, static_cast<T*>(nullptr), false,
+                        factor, spec, work);
         return zvpStsOk;
     }
 }
@@ -201,16 +320,6 @@ HWY_INLINE void fixedTransform(const Points& points, const Blocks& blocks, const
         pointwiseTransform<T, size_t{1} << order>(points, pointsOut);
     } else {
         smallTransform<T, (size_t{1} << order) / 4>(blocks, blocksOut);
-    }
-}
-
-// The storer itself or scaled.
-template <bool scales, class T, class Storer>
-HWY_INLINE auto scaled(const Storer& storer, T factor) {
-    if constexpr (scales) {
-        return ScaledStorer<T, Storer>{storer, factor};
-    } else {
-        return storer;
     }
 }
 

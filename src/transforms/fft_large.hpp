@@ -9,10 +9,21 @@ namespace zvps::ZVPS_LEVEL {
 
 // ---- The data ----
 
+// Streamed past the caches, to aligned memory, lines are not read before they are written.
+template <class D, class T>
+HWY_INLINE void storeOrStream(hn::Vec<D> x, D d, T* p, bool bypassesCaches) {
+    if constexpr (sizeof(x) >= 16) {
+        if (bypassesCaches) return hn::Stream(x, d, p);
+    }
+    hn::StoreU(x, d, p);
+}
+
 // Interleaved; an inverse transform is the forward one of exchanged parts.
 template <class T, bool kInverse>
 struct PairData {
     T* p;
+
+    bool isAligned() const { return reinterpret_cast<uintptr_t>(p) % 64 == 0; }
 
     template <size_t L>
     HWY_INLINE auto load(size_t i) const {
@@ -25,17 +36,17 @@ struct PairData {
         return kInverse ? ComplexVec<Value, L>{second, first} : ComplexVec<Value, L>{first, second};
     }
     template <size_t L>
-    HWY_INLINE void store(size_t i, ComplexVec<T, L> x) const {
+    HWY_INLINE void store(size_t i, ComplexVec<T, L> x, bool bypassesCaches = false) const {
         const Lanes<T, L> d;
         const auto first = kInverse ? x.im : x.re;
         const auto second = kInverse ? x.re : x.im;
-        hn::StoreU(pickLanes<Interleaved<0>>(d, first, second), d, p + 2 * i);
-        hn::StoreU(pickLanes<Interleaved<1>>(d, first, second), d, p + 2 * i + L);
+        storeOrStream(pickLanes<Interleaved<0>>(d, first, second), d, p + 2 * i, bypassesCaches);
+        storeOrStream(pickLanes<Interleaved<1>>(d, first, second), d, p + 2 * i + L, bypassesCaches);
     }
-    // The columns taken together.
-    HWY_INLINE void prefetch(size_t i) const {
-        hwy::Prefetch(p + 2 * i);
-        hwy::Prefetch(p + 2 * i + 64 / sizeof(T));
+    // Calls step(first, last) for the arrays' bytes of `count` values.
+    template <class Step>
+    HWY_INLINE void forBytes(size_t i, size_t count, Step step) const {
+        step(p + 2 * i, p + 2 * (i + count) - 1);
     }
 };
 
@@ -44,6 +55,8 @@ struct SplitData {
     T* re;
     T* im;
 
+    bool isAligned() const { return (reinterpret_cast<uintptr_t>(re) | reinterpret_cast<uintptr_t>(im)) % 64 == 0; }
+
     template <size_t L>
     HWY_INLINE auto load(size_t i) const {
         using Value = std::remove_const_t<T>;
@@ -51,16 +64,63 @@ struct SplitData {
         return ComplexVec<Value, L>{hn::LoadU(d, re + i), hn::LoadU(d, im + i)};
     }
     template <size_t L>
-    HWY_INLINE void store(size_t i, ComplexVec<T, L> x) const {
+    HWY_INLINE void store(size_t i, ComplexVec<T, L> x, bool bypassesCaches = false) const {
         const Lanes<T, L> d;
-        hn::StoreU(x.re, d, re + i);
-        hn::StoreU(x.im, d, im + i);
+        storeOrStream(x.re, d, re + i, bypassesCaches);
+        storeOrStream(x.im, d, im + i, bypassesCaches);
     }
-    HWY_INLINE void prefetch(size_t i) const {
-        hwy::Prefetch(re + i);
-        hwy::Prefetch(im + i);
+    template <class Step>
+    HWY_INLINE void forBytes(size_t i, size_t count, Step step) const {
+        step(re + i, re + i + count - 1);
+        step(im + i, im + i + count - 1);
     }
 };
+
+// Any of them, for what waits for the memory anyway: the arrays of the parts; of pairs, that of the first part is the
+// lower one.
+template <class T>
+struct AnyData {
+    T* re;
+    T* im;
+    bool isPaired;
+
+    template <bool kInverse>
+    explicit AnyData(PairData<T, kInverse> data)
+        : re(data.p + (kInverse ? 1 : 0)), im(data.p + (kInverse ? 0 : 1)), isPaired(true) {}
+    explicit AnyData(SplitData<T> data) : re(data.re), im(data.im), isPaired(false) {}
+
+    bool isInverse() const { return im < re; }
+    HWY_INLINE PairData<T, false> pairs() const { return {isInverse() ? im : re}; }
+    HWY_INLINE SplitData<T> parts() const { return {re, im}; }
+    bool isAligned() const { return isPaired ? pairs().isAligned() : parts().isAligned(); }
+
+    template <size_t L>
+    HWY_INLINE auto load(size_t i) const {
+        if (!isPaired) return parts().template load<L>(i);
+        const auto x = pairs().template load<L>(i);
+        return isInverse() ? decltype(x){x.im, x.re} : x;
+    }
+    template <size_t L>
+    HWY_INLINE void store(size_t i, ComplexVec<T, L> x, bool bypassesCaches = false) const {
+        if (!isPaired) return parts().template store<L>(i, x, bypassesCaches);
+        pairs().template store<L>(i, isInverse() ? ComplexVec<T, L>{x.im, x.re} : x, bypassesCaches);
+    }
+    template <class Step>
+    HWY_INLINE void forBytes(size_t i, size_t count, Step step) const {
+        isPaired ? pairs().forBytes(i, count, step) : parts().forBytes(i, count, step);
+    }
+};
+
+// Brings `count` values into the caches, to be written with the line that their alignment may add.
+template <size_t count, bool kWrite, class Data>
+HWY_INLINE void prefetchValues(const Data& data, size_t i) {
+    data.forBytes(i, count, [](const auto* first, const auto* last) ZVPS_INLINE_LAMBDA {
+        for (const auto* line = first; line < last; line += 64 / sizeof(*first)) {
+            __builtin_prefetch(line, kWrite);
+        }
+        if (kWrite) __builtin_prefetch(last, kWrite);
+    });
+}
 
 // ---- Trips ----
 
@@ -98,10 +158,13 @@ struct LargeFft {
     const T* coarseAcross;
 };
 
-// The first transforms and the factors, from the columns to rows. A block is transposed behind the first pass, so that
-// each of its columns then is a transform in contiguous memory, with padding behind it.
-template <class T, class From, class To>
-HWY_NOINLINE void transformToRows(const LargeFft<T>& fft, From from, To to, T* block, size_t padding) {
+// The first transforms and the factors, by blocks of columns, whose bins k C + group L + lane of column n go to
+// store(place(n), k, group, x). A block is transposed behind the first pass, so that each of its columns then is a
+// transform in contiguous memory. kPrefetches: data beyond the caches, whose rows are too far apart for the processor
+// to foresee.
+template <bool kPrefetches, class T, class From, class Place, class Store>
+HWY_NOINLINE void transformColumns(const LargeFft<T>& fft, From from, T* block, size_t padding, const Place& place,
+                                   const Store& store) {
     using Large = LargeFft<T>;
     constexpr size_t C = Large::C;
     constexpr size_t L = Large::L;
@@ -110,10 +173,15 @@ HWY_NOINLINE void transformToRows(const LargeFft<T>& fft, From from, To to, T* b
     const Lanes<T, L> d;
     const size_t rest = fft.n1 / C;
     const size_t columnStep = rest * 2 * C + padding;
-    for (size_t n = 0; n < fft.n2; n += C) {
+    for (size_t n = 0; n < fft.n2; n += kBlockColumns) {
         for (size_t b = 0; b < rest; ++b) {
             const T* const twiddles = fft.first[0] + b * 2 * (C - 1);
-            for (size_t group = 0; group < C; group += L) {
+            if (kPrefetches && b + 1 < rest) {
+                for (size_t a = 0; a < C; ++a) {
+                    prefetchValues<kBlockColumns, false>(from, (a * rest + b + 1) * fft.n2 + n);
+                }
+            }
+            for (size_t group = 0; group < kBlockColumns; group += L) {
                 V re[C], im[C];
                 Butterfly<T, L, C>::run(
                     [&](auto a)
@@ -140,20 +208,20 @@ HWY_NOINLINE void transformToRows(const LargeFft<T>& fft, From from, To to, T* b
                 });
             }
         }
-        for (size_t i = 0; i < C; ++i) {
+        for (size_t i = 0; i < kBlockColumns; ++i) {
             const T* const fine = fft.fine + (n + i) * 2 * C;
             const T* const coarse = fft.coarse + (n + i) * rest * 2;
-            const size_t target = fft.place(n + i);
             transformParts<2 * C, 0>(
                 block + i * columnStep, fft.plan.rest, fft.plan.rest.order, 1, 0, 0, 1, fft.first + 1,
-                [fine, coarse, target, to](auto, auto, size_t k, size_t group, X x) ZVPS_INLINE_LAMBDA {
-                    const Lanes<T, L> lanes;
-                    const auto once =
-                        rotated(x.re, x.im, hn::Set(lanes, coarse[2 * k]), hn::Set(lanes, coarse[2 * k + 1]));
-                    const auto twice = rotated(once.re, once.im, hn::LoadU(lanes, fine + group * L),
-                                               hn::LoadU(lanes, fine + C + group * L));
-                    to.template store<L>(target + k * C + group * L, X{twice.re, twice.im});
-                });
+                [fine, coarse, target = place(n + i), store](auto, auto, size_t k, size_t group, X x)
+                    ZVPS_INLINE_LAMBDA {
+                        const Lanes<T, L> lanes;
+                        const auto once =
+                            rotated(x.re, x.im, hn::Set(lanes, coarse[2 * k]), hn::Set(lanes, coarse[2 * k + 1]));
+                        const auto twice = rotated(once.re, once.im, hn::LoadU(lanes, fine + group * L),
+                                                   hn::LoadU(lanes, fine + C + group * L));
+                        store(target, k, group, X{twice.re, twice.im});
+                    });
         }
     }
 }
@@ -169,10 +237,11 @@ HWY_NOINLINE void transformInColumns(const LargeFft<T>& fft, From from, To to, T
     for (size_t n = 0; n < fft.n2; n += kColumns) {
         const T* const fine = fft.fineAcross + n / C * C * 2 * C + n % C;
         const T* const coarse = fft.coarseAcross + n / C * rest * 2 * C + n % C;
-        transformRows<2 * kColumns>(
-            block, fft.plan.first, fft.first,
-            [from, step, n](auto, auto, size_t row, size_t group)
-                ZVPS_INLINE_LAMBDA { return from.template load<L>(row * step + n + group * L); },
+        rowsPass<2 * kColumns, C>(block, rest, fft.first[0],
+                                  [from, step, n](auto, auto, size_t row, size_t group)
+                                      ZVPS_INLINE_LAMBDA { return from.template load<L>(row * step + n + group * L); });
+        transformParts<2 * kColumns, 1>(
+            block, fft.plan.first, fft.plan.first.order - kLargeColumnsOrder<T>, C, 0, 1, C, fft.first,
             [fine, coarse, step, n, to](auto, auto, size_t k, size_t group, X x) ZVPS_INLINE_LAMBDA {
                 const Lanes<T, L> d;
                 const T* const c = coarse + k / C * 2 * C + group * L;
@@ -184,7 +253,7 @@ HWY_NOINLINE void transformInColumns(const LargeFft<T>& fft, From from, To to, T
     }
 }
 
-// The second transforms, kColumns at once.
+// The second transforms, kColumns at once, from where place() says.
 template <size_t kColumns, class T, class From, class To>
 HWY_NOINLINE void transformRest(const LargeFft<T>& fft, From from, To to, T factor, T* block) {
     constexpr size_t L = RowLanes<T, 2 * kColumns>::kLanes;
@@ -194,13 +263,47 @@ HWY_NOINLINE void transformRest(const LargeFft<T>& fft, From from, To to, T fact
             block, fft.plan.second, fft.second,
             [from, &fft, k1](auto, auto, size_t row, size_t group) ZVPS_INLINE_LAMBDA {
                 const size_t i = fft.place(row) + k1;
-                if (group == 0) from.prefetch(i + kColumns);
+                if (group == 0) prefetchValues<kColumns, false>(from, i + kColumns);
                 return from.template load<L>(i + group * L);
             },
             [step = fft.n1, k1, factor, to](auto, auto, size_t k, size_t group, X x) ZVPS_INLINE_LAMBDA {
                 const auto scale = hn::Set(Lanes<T, L>(), factor);
                 to.template store<L>(k * step + k1 + group * L, X{hn::Mul(x.re, scale), hn::Mul(x.im, scale)});
             });
+    }
+}
+
+// Values of a tile as its first pass reads them, in the meantime the places of as many results.
+template <class T, class To>
+struct TileLoader {
+    const T* tile;
+    To to;
+    size_t start;
+    size_t step;
+    bool prefetches;
+
+    template <class IsUpper, class IsFirst>
+    HWY_INLINE auto operator()(IsUpper isUpper, IsFirst isFirst, size_t n, size_t group) const {
+        if (prefetches && group == 0) prefetchValues<kTileColumns, true>(to, start + n * step);
+        return RowLoader<T, 2 * kTileColumns>{tile}(isUpper, isFirst, n, group);
+    }
+};
+
+// The same from tiles.
+template <class T, class To>
+HWY_NOINLINE void transformTiles(const LargeFft<T>& fft, const T* tiles, size_t tile, To to, bool bypassesCaches,
+                                 bool prefetches, T factor, T* block) {
+    constexpr size_t C = kTileColumns;
+    constexpr size_t L = RowLanes<T, 2 * C>::kLanes;
+    using X = ComplexVec<T, L>;
+    for (size_t k1 = 0; k1 < fft.n1; k1 += C, tiles += tile) {
+        transformRows<2 * C>(block, fft.plan.second, fft.second, TileLoader<T, To>{tiles, to, k1, fft.n1, prefetches},
+                             [step = fft.n1, k1, factor, to, bypassesCaches](auto, auto, size_t k, size_t group,
+                                                                             X x) ZVPS_INLINE_LAMBDA {
+                                 const auto scale = hn::Set(Lanes<T, L>(), factor);
+                                 to.template store<L>(k * step + k1 + group * L,
+                                                      X{hn::Mul(x.re, scale), hn::Mul(x.im, scale)}, bypassesCaches);
+                             });
     }
 }
 
@@ -268,6 +371,10 @@ void transposeData(const LargeFft<T>& fft, SplitData<T> data) {
         transposeSquare(data.im + start, fft.n1, fft.n2);
     }
 }
+template <class T>
+void transposeData(const LargeFft<T>& fft, AnyData<T> data) {
+    data.isPaired ? transposeData(fft, data.pairs()) : transposeData(fft, data.parts());
+}
 
 // ---- Transforms ----
 
@@ -278,28 +385,90 @@ void transformInPlace(const LargeFft<T>& fft, From from, To to, T factor, T* blo
     transformRest<kColumns>(fft, to, to, factor, block);
 }
 
+// From this number of bytes on arrays leave the caches before they are read again; and from that on, results that do
+// not take the source's place there.
+inline constexpr size_t kBypassBytes = size_t{16} << 20;
+inline constexpr size_t kBypassResultBytes = size_t{8} << 20;
+
+template <class T, class From, class To>
+void transformThroughTiles(const LargeFft<T>& fft, From from, To to, bool isInPlace, T factor,
+                           const LargeFftCall<T>& call) {
+    constexpr size_t C = LargeFft<T>::C;
+    constexpr size_t L = LargeFft<T>::L;
+    constexpr size_t kTogether = kTileColumns / C;
+    const size_t tile = largeFftTile<T>(call.order);
+    constexpr uintptr_t kLine = 64;
+    T* const tiles = reinterpret_cast<T*>((reinterpret_cast<uintptr_t>(call.work) + kLine - 1) / kLine * kLine);
+    T* const block = tiles + fft.n1 / kTileColumns * tile;
+    const size_t bytes = 2 * sizeof(T) << call.order;
+    const bool isBeyond = bytes >= kBypassBytes;
+    const SplitData<T> middle = {tiles, tiles + L};
+    const auto place = [](size_t n) { return n * 2 * kTileColumns; };
+    const auto store = [middle, tile, isBeyond](size_t row, size_t k, size_t group, ComplexVec<T, L> x)
+                           ZVPS_INLINE_LAMBDA {
+                               const size_t start = row + k / kTogether * tile + k % kTogether * 2 * C;
+                               middle.template store<L>(start + group * 2 * L, x, isBeyond);
+                           };
+    if (isBeyond) {
+        transformColumns<true>(fft, AnyData<const T>(from), block, kColumnPadding<T>, place, store);
+    } else {
+        transformColumns<false>(fft, from, block, kColumnPadding<T>, place, store);
+    }
+    const bool isResultBeyond = isBeyond || (!isInPlace && bytes >= kBypassResultBytes);
+    const bool bypassesCaches = isResultBeyond && to.isAligned();
+    transformTiles(fft, tiles, tile, to, bypassesCaches, isResultBeyond && !bypassesCaches, factor, block);
+    if (isResultBeyond) hwy::FlushStream();
+}
+
+// The first trip of data beyond the caches.
+template <class T>
+void transformBeyondCaches(const LargeFft<T>& fft, AnyData<const T> from, AnyData<T> to, T* block, size_t padding) {
+    constexpr size_t C = LargeFft<T>::C;
+    constexpr size_t L = LargeFft<T>::L;
+    const bool bypassesCaches = to.isAligned();
+    transformColumns<true>(
+        fft, from, block, padding, [&fft](size_t n) { return fft.place(n); },
+        [to, n2 = fft.n2, bypassesCaches](size_t row, size_t k, size_t group, ComplexVec<T, L> x) ZVPS_INLINE_LAMBDA {
+            // Mostly the row behind it is next.
+            if (!bypassesCaches && group == 0) prefetchValues<C, true>(to, row + n2 + k * C);
+            to.template store<L>(row + k * C + group * L, x, bypassesCaches);
+        });
+    if (bypassesCaches) hwy::FlushStream();
+}
+
 template <class T, class From, class To>
 void transformLarge(From from, To to, bool isInPlace, T factor, const LargeFftCall<T>& call) {
     const LargeFft<T> fft(call.tables, call.order);
     constexpr size_t C = LargeFft<T>::C;
-    const size_t column = size_t{2} << fft.plan.secondOrder; // values of one in a block
-    const size_t all = size_t{2} << call.order;
+    constexpr size_t L = LargeFft<T>::L;
     T* const work = call.work;
-    // A line of cache behind each column keeps them out of each other's way.
-    const auto padding = [&](size_t before) { return call.workValues >= before + C * column + C * C ? C : 0; };
-    if (call.workValues < 4 * column) {
-        transformInPlace<2>(fft, from, to, factor, work);
-    } else if (call.workValues < C * column) {
-        transformInPlace<4>(fft, from, to, factor, work);
-    } else if (!isInPlace) {
-        transformToRows(fft, from, to, work, padding(0));
-        transformRest<C>(fft, to, to, factor, work);
-    } else if (call.workValues < all + C * column) {
-        transformInPlace<C>(fft, from, to, factor, work);
+    if constexpr (sizeof(T) == 8) {
+        if (call.workValues >= largeFftWork<T>(call.order)) {
+            transformThroughTiles(fft, from, to, isInPlace, factor, call);
+        } else {
+            transformInPlace<C>(fft, AnyData<const T>(from), AnyData<T>(to), factor, work);
+        }
     } else {
-        const SplitData<T> middle = {work, work + all / 2};
-        transformToRows(fft, from, middle, work + all, padding(all));
-        transformRest<C>(fft, middle, to, factor, work + all);
+        const size_t column = size_t{2} << fft.plan.secondOrder; // values of one in a block
+        if (call.workValues < 4 * column) {
+            transformInPlace<2>(fft, AnyData<const T>(from), AnyData<T>(to), factor, work);
+        } else if (call.workValues < C * column) {
+            transformInPlace<4>(fft, AnyData<const T>(from), AnyData<T>(to), factor, work);
+        } else if (isInPlace) {
+            transformInPlace<C>(fft, from, to, factor, work);
+        } else {
+            const size_t padded = kBlockColumns * ((size_t{2} << fft.plan.firstOrder) + kColumnPadding<T>);
+            const size_t padding = call.workValues >= padded ? kColumnPadding<T> : 0;
+            if (2 * sizeof(T) << call.order < kBypassBytes) {
+                transformColumns<false>(
+                    fft, from, work, padding, [&fft](size_t n) { return fft.place(n); },
+                    [to](size_t row, size_t k, size_t group, ComplexVec<T, L> x)
+                        ZVPS_INLINE_LAMBDA { to.template store<L>(row + k * C + group * L, x); });
+            } else {
+                transformBeyondCaches(fft, AnyData<const T>(from), AnyData<T>(to), work, padding);
+            }
+            transformRest<C>(fft, to, to, factor, work);
+        }
     }
 }
 

@@ -33,10 +33,29 @@ constexpr LargeFftPlan largeFftPlan(int order) {
     return {firstOrder, secondOrder, first, rest, rowsPlan(secondOrder)};
 }
 
-// The values of a block of columns between its passes, at most, with a line of cache behind each.
+// The columns of a block of the first transforms.
+inline constexpr size_t kBlockColumns = 16;
+
+// Where all points have room in the work buffer, they are there between the trips, in tiles: the values of kTileColumns
+// first transforms' bins k1, one row for each n2, and a row that keeps the tiles out of each other's cache sets.
+inline constexpr size_t kTileColumns = 16;
 template <class T>
-constexpr size_t largeFftBlock(int order) {
-    return (2 * kLargeColumns<T> << largeFftPlan<T>(order).secondOrder) + kLargeColumns<T> * kLargeColumns<T>;
+constexpr size_t largeFftTile(int order) {
+    return 2 * kTileColumns * ((size_t{1} << largeFftPlan<T>(order).secondOrder) + 1);
+}
+
+// Behind each column of a block a line of cache keeps them out of each other's way.
+template <class T>
+inline constexpr size_t kColumnPadding = 64 / sizeof(T);
+
+// The values of that work buffer, with a block of columns between its passes and the alignment to a line of cache.
+template <class T>
+constexpr size_t largeFftWork(int order) {
+    const LargeFftPlan plan = largeFftPlan<T>(order);
+    const size_t tiles = (size_t{1} << plan.firstOrder) / kTileColumns * largeFftTile<T>(order);
+    const size_t first = kBlockColumns * ((size_t{2} << plan.firstOrder) + kColumnPadding<T>);
+    const size_t second = 2 * kTileColumns << plan.secondOrder;
+    return tiles + (first < second ? second : first) + 64 / sizeof(T);
 }
 
 // Where the tables start, in values. The factors between the transforms are products of a fine one, by n2 and k1 mod C,

@@ -81,6 +81,25 @@ ZvpStatus checkTransform(const Opaque* spec, Pointers... data) {
     return zvpStsOk;
 }
 
+// ---- Kernels ----
+
+template <class T>
+const FftKernels<T>& fftKernels() {
+    if constexpr (sizeof(T) == 4) {
+        return *kernels().fft32f;
+    } else {
+        return *kernels().fft64f;
+    }
+}
+template <class T>
+const RealFftKernels<T>& realFftKernels() {
+    if constexpr (sizeof(T) == 4) {
+        return *kernels().realFft32f;
+    } else {
+        return *kernels().realFft64f;
+    }
+}
+
 // ---- Normalisation ----
 
 inline bool isFlag(int flag) {

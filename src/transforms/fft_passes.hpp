@@ -153,9 +153,6 @@ template <class T>
 struct BlockStorer {
     T* p;
 
-    HWY_INLINE BlockLoader<T> loader() const { return {p}; }
-    HWY_INLINE BlockStorer from(size_t i) const { return {p + 2 * i}; }
-
     template <size_t V, size_t B>
     HWY_INLINE void storeRe(size_t i, Vec<T, V> x) const {
         hn::StoreU(x, Lanes<T, V>(), p + inBlocks<V, B>(i));
@@ -190,21 +187,10 @@ struct SplitStorer {
     T* re;
     T* im;
 
-    HWY_INLINE SplitLoader<T> loader() const { return {re, im}; }
-    HWY_INLINE SplitStorer from(size_t i) const { return {re + i, im + i}; }
-
-    template <size_t V, size_t B>
-    HWY_INLINE void storeRe(size_t i, Vec<T, V> x) const {
-        storePart<V, B>(x, re, i);
-    }
-    template <size_t V, size_t B>
-    HWY_INLINE void storeIm(size_t i, Vec<T, V> x) const {
-        storePart<V, B>(x, im, i);
-    }
     template <size_t V, size_t B>
     HWY_INLINE void store(size_t i, ComplexVec<T, V> x) const {
-        storeRe<V, B>(i, x.re);
-        storeIm<V, B>(i, x.im);
+        storePart<V, B>(x.re, re, i);
+        storePart<V, B>(x.im, im, i);
     }
 
   private:
@@ -237,6 +223,13 @@ struct ScaledStorer {
 
 // ---- Passes ----
 
+// For a step between the values of a butterfly: keeps the compiler from holding all its multiples in registers of their
+// own, for which there are too few.
+HWY_INLINE size_t multipliedAnew(size_t step) {
+    if (!__builtin_constant_p(step)) asm("" : "+r"(step));
+    return step;
+}
+
 // The columns n to n + count - 1 of the first pass of N / R = `columns` butterflies, to the storer from column 0 on.
 template <class T, size_t V, size_t B, size_t R, class Loader, class Storer>
 HWY_INLINE void firstPass(const Loader& loader, size_t n, size_t count, size_t columns, const Storer& storer) {
@@ -244,9 +237,10 @@ HWY_INLINE void firstPass(const Loader& loader, size_t n, size_t count, size_t c
     static_assert(R % B == 0 && B % V == 0);
     for (size_t i = 0; i < count; i += V) {
         C x[R];
-        Butterfly<T, V, R>::run([&](auto n1)
-                                    ZVPS_INLINE_LAMBDA { return loader.template load<V, V>(n1 * columns + n + i); },
-                                [&](auto k1, C value) ZVPS_INLINE_LAMBDA { x[k1] = value; });
+        const size_t step = multipliedAnew(columns);
+        Butterfly<T, V, R, kMultipliersToo>::run(
+            [&](auto n1) ZVPS_INLINE_LAMBDA { return loader.template load<V, V>(n1 * step + n + i); },
+            [&](auto k1, C value) ZVPS_INLINE_LAMBDA { x[k1] = value; });
         unroll<R / V>([&](auto chunk) ZVPS_INLINE_LAMBDA {
             constexpr size_t kBlock = chunk * V / B * B;
             constexpr size_t kInBlock = chunk * V % B;
@@ -268,13 +262,20 @@ HWY_INLINE const T* twiddlesOf(const T* twiddles, size_t k) {
     return twiddles + k / B * (2 * B * (R - 1)) + k % B;
 }
 
-// A butterfly of V numbers from number `in` on, the R values `inStep` apart, to number `out`, `outStep` apart; with the
-// twiddles of these numbers.
+// Where butterflies find or leave their values: those of a butterfly are `step` apart, those of the next one `next`.
+struct Strides {
+    size_t next;
+    size_t step;
+};
+
+// A butterfly of V numbers from number `in` on to number `out`, with the twiddles of these numbers.
 template <class T, size_t V, size_t B, size_t R, class Loader, class Storer>
 HWY_INLINE void butterfly(const Loader& loader, size_t in, size_t inStep, const T* twiddles, const Storer& storer,
                           size_t out, size_t outStep) {
     using C = ComplexVec<T, V>;
     const Lanes<T, V> d;
+    inStep = multipliedAnew(inStep);
+    outStep = multipliedAnew(outStep);
     Butterfly<T, V, R>::run(
         [&](auto n1) ZVPS_INLINE_LAMBDA {
             const C x = loader.template load<V, B>(in + n1 * inStep);
@@ -288,56 +289,27 @@ HWY_INLINE void butterfly(const Loader& loader, size_t in, size_t inStep, const 
         [&](auto k1, C x) ZVPS_INLINE_LAMBDA { storer.template store<V, B>(out + k1 * outStep, x); });
 }
 
-// A pass between the first and the last: m butterflies for each of s numbers. The loader's and the storer's memory do
-// not overlap.
-template <class T, size_t V, size_t B, size_t R, class Loader, class Storer>
-HWY_INLINE void middlePass(const Loader& loader, const Storer& storer, size_t s, size_t m, const T* twiddles) {
-    for (size_t n = 0; n < m; ++n) {
+// Of a pass between the first and the last `count` butterflies for each of s numbers. The memories do not overlap.
+template <class T, size_t V, size_t B, size_t R>
+HWY_INLINE void middlePass(const T* src, Strides in, T* dst, Strides out, size_t count, size_t s, const T* twiddles) {
+    for (size_t n = 0; n < count; ++n) {
         for (size_t k = 0; k < s; k += V) {
-            butterfly<T, V, B, R>(loader, n * s + k, m * s, twiddlesOf<B, R>(twiddles, k), storer, n * R * s + k, s);
+            butterfly<T, V, B, R>(BlockLoader<T>{src}, n * in.next + k, in.step, twiddlesOf<B, R>(twiddles, k),
+                                  BlockStorer<T>{dst}, n * out.next + k, out.step);
         }
     }
 }
 
-// Loader and storer may work on the same memory.
-template <class T, size_t V, size_t B, size_t R, class Loader, class Storer>
-HWY_INLINE void lastPass(const Loader& loader, const Storer& storer, size_t s, const T* twiddles) {
-    for (size_t k = 0; k < s; k += V) {
-        butterfly<T, V, B, R>(loader, k, s, twiddlesOf<B, R>(twiddles, k), storer, k, s);
-    }
-}
-
-// The first two passes, for a block of the second one's subsequences at a time, through `scratch`, which has room for
-// R1 R2 blocks.
-template <class T, size_t V, size_t B, size_t R1, size_t R2, class Loader, class Storer>
-HWY_INLINE void firstPasses(const Loader& loader, const Storer& storer, size_t length, T* scratch, const T* twiddles) {
-    const size_t m = length / (R1 * R2);
-    for (size_t n = 0; n < m; n += B) {
-        for (size_t n1 = 0; n1 < R2; ++n1) {
-            firstPass<T, V, B, R1>(loader, n1 * m + n, B, length / R1, BlockStorer<T>{scratch + 2 * n1 * B * R1});
-        }
-        middlePass<T, V, B, R2>(BlockLoader<T>{scratch}, storer.from(n * R1 * R2), R1, B, twiddles);
-    }
-}
-
-// The last two passes, R1 and R2, after s numbers, for a block of numbers at a time, through `scratch`, which has room
-// for R1 R2 blocks. Loader and storer may work on the same memory.
-template <class T, size_t V, size_t B, size_t R1, size_t R2, class Loader, class Storer>
-HWY_INLINE void lastPasses(const Loader& loader, const Storer& storer, size_t s, T* scratch, const T* twiddles) {
-    const T* const lastTwiddles = twiddles + 2 * s * (R1 - 1);
-    for (size_t k = 0; k < s; k += B) {
-        for (size_t n = 0; n < R2; ++n) {
-            for (size_t i = 0; i < B; i += V) {
-                butterfly<T, V, B, R1>(loader, n * s + k + i, R2 * s, twiddlesOf<B, R1>(twiddles, k + i),
-                                       BlockStorer<T>{scratch}, n * R1 * B + i, B);
-            }
-        }
-        for (size_t k1 = 0; k1 < R1; ++k1) {
-            const size_t number = k1 * s + k;
-            for (size_t i = 0; i < B; i += V) {
-                butterfly<T, V, B, R2>(BlockLoader<T>{scratch}, k1 * B + i, R1 * B,
-                                       twiddlesOf<B, R2>(lastTwiddles, number + i), storer, number + i, R1 * s);
-            }
+// Of the last pass `count` blocks of numbers, from number k on; `next` is the way from block to block. The storer may
+// work on the memory of the source.
+template <class T, size_t V, size_t B, size_t R, class Storer>
+HWY_INLINE void lastPass(const T* src, size_t inStep, const Storer& storer, size_t k, Strides out, size_t count,
+                         const T* twiddles) {
+    for (size_t n = 0; n < count; ++n) {
+        for (size_t i = 0; i < B; i += V) {
+            const size_t number = k + n * out.next + i;
+            butterfly<T, V, B, R>(BlockLoader<T>{src}, n * B + i, inStep, twiddlesOf<B, R>(twiddles, number), storer,
+                                  number, out.step);
         }
     }
 }

@@ -250,6 +250,15 @@ struct Spectrum {
           isCcs(layout == kFftCcs) {}
 
     HWY_INLINE T* pair(size_t k) const { return values + (2 * k - shift); }
+
+    HWY_INLINE void storeEnds(T first, T middle) const {
+        values[0] = first;
+        values[last] = middle;
+        if (isCcs) {
+            values[1] = 0;
+            values[last + 1] = 0;
+        }
+    }
 };
 
 // Lane 0 from memory.
@@ -258,9 +267,9 @@ HWY_INLINE V withFirst(D d, V v, const T* p) {
     return hn::IfThenElse(hn::FirstN(d, 1), hn::Set(d, *p), v);
 }
 
-// Bins of one group and one k2 of the half spectrum, kIsUpper: from N2/2 on; the place of lane 0 of the first group is
-// filled with anything.
-template <size_t kRows, bool kIsUpper, bool kIsFirst, class T, class V>
+// Bins of one group and one k2 of the half spectrum, kIsUpper: from N2/2 on. Lane 0 of the first group is anything, and
+// so is what its place and the places of the bins N1/2 + N1 k are filled with.
+template <size_t kRows, bool kIsUpper, class T, class V>
 HWY_INLINE void storeBins(Spectrum<T> dst, size_t columns, size_t k2, size_t group, V re, V im) {
     using Row = RowLanes<T, kRows>;
     constexpr size_t L = Row::kLanes;
@@ -269,7 +278,7 @@ HWY_INLINE void storeBins(Spectrum<T> dst, size_t columns, size_t k2, size_t gro
         const V lower = pickLanes<Interleaved<0>>(d, re, im);
         const V upper = pickLanes<Interleaved<1>>(d, re, im);
         const size_t k = kRows * k2 + group * L;
-        if (kIsFirst && HWY_UNLIKELY(k == 0 && dst.shift != 0)) {
+        if (HWY_UNLIKELY(k == 0 && dst.shift != 0)) {
             hn::StoreU(pickLanes<Down>(d, lower, lower), d, dst.values);
             hn::StoreU(upper, d, dst.values + L - 1);
         } else {
@@ -282,23 +291,22 @@ HWY_INLINE void storeBins(Spectrum<T> dst, size_t columns, size_t k2, size_t gro
         T* const p = dst.pair(kRows * (columns - k2) - (group + 1) * L);
         hn::StoreU(lower, d, p);
         hn::StoreU(pickLanes<MirrorInterleaved<1>>(d, re, conjugated), d, p + L);
-        if constexpr (!kIsFirst) {
-            hn::StoreU(firstLanes<2>(d, lower), Lanes<T, 2>(), p + 2 * L);
-        }
+        if (group != 0) hn::StoreU(firstLanes<2>(d, lower), Lanes<T, 2>(), p + 2 * L);
     }
 }
 
-// The same bins from memory, parts exchanged; lane 0 of the first group comes from the joined ends.
-template <size_t kRows, bool kIsUpper, bool kIsFirst, class T, class V>
-HWY_INLINE void loadBins(Spectrum<const T> src, size_t columns, size_t k2, size_t group, const T* ends, V& re, V& im) {
+// The same bins from memory, parts exchanged.
+template <size_t kRows, bool kIsUpper, class T>
+HWY_INLINE auto loadBins(Spectrum<const T> src, size_t columns, size_t k2, size_t group) {
     using Row = RowLanes<T, kRows>;
     constexpr size_t L = Row::kLanes;
+    using V = Vec<T, L>;
     const typename Row::D d;
     if constexpr (!kIsUpper) {
         const size_t k = kRows * k2 + group * L;
         V lower;
         V upper;
-        if (kIsFirst && HWY_UNLIKELY(k == 0 && src.shift != 0)) {
+        if (HWY_UNLIKELY(k == 0 && src.shift != 0)) {
             const V first = hn::LoadU(d, src.values);
             lower = pickLanes<Up>(d, first, first);
             upper = hn::LoadU(d, src.values + L - 1);
@@ -306,23 +314,18 @@ HWY_INLINE void loadBins(Spectrum<const T> src, size_t columns, size_t k2, size_
             lower = hn::LoadU(d, src.pair(k));
             upper = hn::LoadU(d, src.pair(k) + L);
         }
-        im = pickLanes<PartOfPairs<0>>(d, lower, upper);
-        re = pickLanes<PartOfPairs<1>>(d, lower, upper);
+        return ComplexVec<T, L>{pickLanes<PartOfPairs<1>>(d, lower, upper), pickLanes<PartOfPairs<0>>(d, lower, upper)};
     } else {
         const T* const p = src.pair(kRows * (columns - k2) - (group + 1) * L);
         const V lower = hn::LoadU(d, p);
         const V upper = hn::LoadU(d, p + L);
-        im = pickLanes<MirrorPartOfPairs<0>>(d, lower, upper);
-        re = pickLanes<MirrorPartOfPairs<1>>(d, lower, upper);
-        if constexpr (!kIsFirst) {
+        V im = pickLanes<MirrorPartOfPairs<0>>(d, lower, upper);
+        V re = pickLanes<MirrorPartOfPairs<1>>(d, lower, upper);
+        if (group != 0) {
             im = withFirst(d, im, p + 2 * L);
             re = withFirst(d, re, p + 2 * L + 1);
         }
-        re = hn::Neg(re);
-    }
-    if constexpr (kIsFirst) {
-        im = withFirst(d, im, ends + k2);
-        re = withFirst(d, re, ends + columns + 1 + k2);
+        return ComplexVec<T, L>{hn::Neg(re), im};
     }
 }
 
@@ -369,41 +372,27 @@ HWY_INLINE void partEnds(const Bins& src, T* re, T* im, size_t columns, const T*
 }
 
 // Few bins one by one: they come from and go to single lanes.
-template <class T, class Step>
-HWY_INLINE void byLanes(size_t columns, Step step) {
-    constexpr size_t kVector = kVectorBytes / sizeof(T);
-    if (columns >= 2 * kVector) {
-        step(std::integral_constant<size_t, kVector>());
-    } else if (columns >= 8) {
-        step(std::integral_constant<size_t, smallest(4, kVector)>());
-    } else if (columns == 4) {
-        step(std::integral_constant<size_t, 1>());
-    }
-}
+template <size_t kColumns, class T>
+inline constexpr size_t kEndsLanes = kColumns < 8 ? 1 : smallest(kColumns / 2, kVectorBytes / sizeof(T));
 
-template <size_t kRows, class Bins, class T>
-HWY_INLINE void storeEnds(const Bins& dst, T* ends, size_t columns, const T* twiddles) {
+template <size_t kRows, size_t columns, class Bins, class T>
+HWY_INLINE void storeEnds(const Bins& dst, T* ends, const T* twiddles) {
     T* const re = ends;
     T* const im = ends + columns + 1;
     re[columns] = re[0];
     im[columns] = im[0];
-    byLanes<T>(columns, [&](auto lanes) ZVPS_INLINE_LAMBDA { joinEnds<lanes, kRows>(dst, re, im, columns, twiddles); });
+    joinEnds<kEndsLanes<columns, T>, kRows>(dst, re, im, columns, twiddles);
     T* const middle = dst.pair(columns / 2 * (kRows / 2));
     middle[0] = re[columns / 2];
     middle[1] = -im[columns / 2];
-    dst.values[0] = re[0] + im[0];
-    dst.values[dst.last] = re[0] - im[0];
-    if (dst.isCcs) {
-        dst.values[1] = 0;
-        dst.values[dst.last + 1] = 0;
-    }
+    dst.storeEnds(re[0] + im[0], re[0] - im[0]);
 }
 
-template <size_t kRows, class Bins, class T>
-HWY_INLINE void loadEnds(const Bins& src, T* ends, size_t columns, const T* twiddles) {
+template <size_t kRows, size_t columns, class Bins, class T>
+HWY_INLINE void loadEnds(const Bins& src, T* ends, const T* twiddles) {
     T* const re = ends;
     T* const im = ends + columns + 1;
-    byLanes<T>(columns, [&](auto lanes) ZVPS_INLINE_LAMBDA { partEnds<lanes, kRows>(src, re, im, columns, twiddles); });
+    partEnds<kEndsLanes<columns, T>, kRows>(src, re, im, columns, twiddles);
     const T* const middle = src.pair(columns / 2 * (kRows / 2));
     re[columns / 2] = middle[0] + middle[0];
     im[columns / 2] = -(middle[1] + middle[1]);
@@ -454,144 +443,206 @@ HWY_INLINE void tinyInverseRealFft(const T* src, T* dst, T factor) {
     unroll<N>([&](auto n) ZVPS_INLINE_LAMBDA { hn::StoreU(hn::Mul(x[n], hn::Set(d, factor)), d, dst + n); });
 }
 
-// Two passes, for up to 16 columns.
+// step(group, isFirst) for every group of a row.
+template <size_t kGroups, class Step>
+HWY_INLINE void forGroups(Step step) {
+    step(size_t{0}, std::true_type());
+    for (size_t group = 1; group < kGroups; ++group) {
+        step(group, std::false_type());
+    }
+}
+
+// What two passes, for up to 16 columns, keep between them. All columns at once keep the values of the ends in the
+// rows.
+template <size_t kRows, size_t kColumns, class T>
+struct ShortRealRows {
+    using Row = RowLanes<T, kRows>;
+    static constexpr size_t L = Row::kLanes;
+    static constexpr bool kHasHalves = kColumns > L;
+    static constexpr size_t kImag = kColumns + 1;
+
+    alignas(kVectorBytes) T rows[kColumns * kRows];
+    alignas(kVectorBytes) T halves[2 * kColumns];
+    alignas(kVectorBytes) T ends[2 * kImag];
+
+    // load(n, group, isFirst) and store(k, group, isFirst, x) for the transforms along the rows.
+    template <class Load, class Store>
+    static HWY_INLINE void transform(const Load& load, const Store& store) {
+        const auto step = [&](size_t group, auto isFirst) ZVPS_INLINE_LAMBDA {
+            Butterfly<T, L, kColumns>::run([&](auto n) ZVPS_INLINE_LAMBDA { return load(n, group, isFirst); },
+                                           [&](auto k, ComplexVec<T, L> x)
+                                               ZVPS_INLINE_LAMBDA { store(k, group, isFirst, x); });
+        };
+        step(size_t{0}, std::true_type());
+        for (size_t group = 1; group < Row::kGroups; ++group) {
+            step(group, std::false_type());
+        }
+    }
+};
+
 template <size_t kRows, size_t kColumns, class Source, class Bins, class T>
 HWY_INLINE void shortRealFft(Source src, const Bins& dst, T factor, const T* columnTwiddles, const T* endTwiddles) {
-    using Row = RowLanes<T, kRows>;
-    constexpr size_t L = Row::kLanes;
-    using C = ComplexVec<T, L>;
-    const typename Row::D d;
-    alignas(kVectorBytes) T rows[kColumns * kRows];
-    // All columns at once keep the values of the ends in the rows.
-    constexpr bool areInRows = kColumns <= L;
-    alignas(kVectorBytes) T halves[2 * kColumns];
-    alignas(kVectorBytes) T ends[2 * kColumns + 2];
-    transformColumns<kRows, kColumns>(src, rows, halves, kColumns, columnTwiddles);
+    using Rows = ShortRealRows<kRows, kColumns, T>;
+    using C = ComplexVec<T, Rows::L>;
+    const typename Rows::Row::D d;
+    Rows data;
+    transformColumns<kRows, kColumns>(src, data.rows, data.halves, kColumns, columnTwiddles);
     const auto scale = hn::Set(d, factor);
-    forGroups<Row::kGroups>([&](size_t group, auto isFirst) ZVPS_INLINE_LAMBDA {
-        Butterfly<T, L, kColumns>::run(
-            [&](auto n) ZVPS_INLINE_LAMBDA {
-                const T* const row = rows + n * kRows + group * 2 * L;
-                C x = {hn::LoadU(d, row), hn::LoadU(d, row + L)};
-                if constexpr (isFirst && !areInRows) {
-                    x.re = withFirst(d, x.re, halves + 2 * n);
-                    x.im = withFirst(d, x.im, halves + 2 * n + 1);
-                }
-                return x;
-            },
-            [&](auto k2, C x) ZVPS_INLINE_LAMBDA {
-                x.re = hn::Mul(x.re, scale);
-                x.im = hn::Mul(x.im, scale);
-                if constexpr (isFirst) {
-                    ends[k2] = hn::GetLane(x.re);
-                    ends[kColumns + 1 + k2] = hn::GetLane(x.im);
-                }
-                storeBins<kRows, 2 * k2 >= kColumns, isFirst>(dst, kColumns, k2, group, x.re, x.im);
-            });
-    });
-    storeEnds<kRows>(dst, ends, kColumns, endTwiddles);
+    Rows::transform(
+        [&](auto n, size_t group, auto isFirst) ZVPS_INLINE_LAMBDA {
+            C x = RowLoader<T, kRows>()(true, data.rows + n * kRows, n, group);
+            if constexpr (isFirst && Rows::kHasHalves) {
+                x.re = withFirst(d, x.re, data.halves + 2 * n);
+                x.im = withFirst(d, x.im, data.halves + 2 * n + 1);
+            }
+            return x;
+        },
+        [&](auto k2, size_t group, auto isFirst, C x) ZVPS_INLINE_LAMBDA {
+            x.re = hn::Mul(x.re, scale);
+            x.im = hn::Mul(x.im, scale);
+            if constexpr (isFirst) {
+                data.ends[k2] = hn::GetLane(x.re);
+                data.ends[Rows::kImag + k2] = hn::GetLane(x.im);
+            }
+            storeBins<kRows, 2 * k2 >= kColumns>(dst, kColumns, k2, group, x.re, x.im);
+        });
+    storeEnds<kRows, kColumns>(dst, data.ends, endTwiddles);
 }
 
 template <size_t kRows, size_t kColumns, class Bins, class T>
 HWY_INLINE void shortInverseRealFft(const Bins& src, T* dst, T factor, const T* columnTwiddles, const T* endTwiddles) {
-    using Row = RowLanes<T, kRows>;
-    constexpr size_t L = Row::kLanes;
-    using C = ComplexVec<T, L>;
-    const typename Row::D d;
-    alignas(kVectorBytes) T rows[kColumns * kRows];
-    // All columns at once keep the values of the ends in the rows.
-    constexpr bool areInRows = kColumns <= L;
-    alignas(kVectorBytes) T halves[2 * kColumns];
-    alignas(kVectorBytes) T ends[2 * kColumns + 2];
-    loadEnds<kRows>(src, ends, kColumns, endTwiddles);
-    forGroups<Row::kGroups>([&](size_t group, auto isFirst) ZVPS_INLINE_LAMBDA {
-        Butterfly<T, L, kColumns>::run(
-            [&](auto k2) ZVPS_INLINE_LAMBDA {
-                C x;
-                loadBins<kRows, 2 * k2 >= kColumns, isFirst>(src, kColumns, k2, group, ends, x.re, x.im);
-                return x;
-            },
-            [&](auto n, C x) ZVPS_INLINE_LAMBDA {
-                T* const row = rows + n * kRows + group * 2 * L;
-                hn::StoreU(x.re, d, row);
-                hn::StoreU(x.im, d, row + L);
-                if constexpr (isFirst && !areInRows) {
-                    halves[2 * n] = hn::GetLane(x.im);
-                    halves[2 * n + 1] = hn::GetLane(x.re);
-                }
-            });
-    });
-    inverseTransformColumns<kRows, kColumns>(rows, halves, dst, factor, kColumns, columnTwiddles,
+    using Rows = ShortRealRows<kRows, kColumns, T>;
+    using C = ComplexVec<T, Rows::L>;
+    const typename Rows::Row::D d;
+    Rows data;
+    loadEnds<kRows, kColumns>(src, data.ends, endTwiddles);
+    Rows::transform(
+        [&](auto k2, size_t group, auto isFirst) ZVPS_INLINE_LAMBDA {
+            C x = loadBins<kRows, 2 * k2 >= kColumns>(src, kColumns, k2, group);
+            if constexpr (isFirst) {
+                x.im = withFirst(d, x.im, data.ends + k2);
+                x.re = withFirst(d, x.re, data.ends + Rows::kImag + k2);
+            }
+            return x;
+        },
+        [&](auto n, size_t group, auto isFirst, C x) ZVPS_INLINE_LAMBDA {
+            T* const row = data.rows + n * kRows + group * 2 * Rows::L;
+            hn::StoreU(x.re, d, row);
+            hn::StoreU(x.im, d, row + Rows::L);
+            if constexpr (isFirst && Rows::kHasHalves) {
+                data.halves[2 * n] = hn::GetLane(x.im);
+                data.halves[2 * n + 1] = hn::GetLane(x.re);
+            }
+        });
+    inverseTransformColumns<kRows, kColumns>(data.rows, data.halves, dst, factor, kColumns, columnTwiddles,
                                              [](size_t n, auto i) { return n + i; });
 }
 
-// `rows` has room for all values, `ends` for those of the ends before and after the passes: two for each column and two
-// more.
+// ---- Long transforms ----
+
+// The plan and the places of the tables of an order: a transform of a microsecond has no time to find them.
+template <class T>
+struct LongRealFft {
+    RealFftPlan plan;
+    RealFftTables tables;
+};
+template <class T, int... i>
+inline const LongRealFft<T>& longRealFftOf(int order, std::integer_sequence<int, i...>) {
+    constexpr int kLeast = kMostShortRealOrder + 1;
+    static constexpr LongRealFft<T> all[] = {{realFftPlan<T>(kLeast + i), realFftTables<T>(kLeast + i)}...};
+    return all[order - kLeast];
+}
+template <class T>
+const LongRealFft<T>& longRealFftOf(int order) {
+    return longRealFftOf<T>(order, std::make_integer_sequence<int, kMostRealOrder - kMostShortRealOrder>());
+}
+
+// A transform of 2^order values, from the first order without a fixed routine to kMostRealOrder. `work` has room for
+// all values, `halves` for those of two rows; two passes need neither. The spectrum is described where it is used: its
+// description would be copied by vectors from single stores, which wait for each other.
+template <FftDirection direction, class T>
+void realFft(int order, const T* src, T* dst, RealFftLayout layout, T factor, const T* tables, T* work, T* halves);
+
+// The passes along the rows, and the ends: the bins k N1/2 are those of the transform of 2 N2 real values, the sums of
+// the columns over even samples and then over odd ones. It takes place in the memory of the rows, when they are not.
+template <FftDirection direction, class T>
+struct RowsOfReal {
+    const RealFftPlan& plan;
+    const T* twiddles[kMostRowsPasses - 1];
+    const T* inner;
+    T* rows;
+
+    RowsOfReal(int order, const T* tables, T* work) : plan(longRealFftOf<T>(order).plan), rows(work) {
+        const RealFftTables& places = longRealFftOf<T>(order).tables;
+        inner = tables + places.inner;
+        for (int i = 0; i < kMostRowsPasses - 1; ++i) {
+            twiddles[i] = tables + places.pass[i];
+        }
+    }
+
+    void transformEnds(const T* src, T* dst, T factor) const {
+        const size_t count = 2 * plan.columns;
+        realFft<direction>(plan.along.order + 1, src, dst, kFftPerm, factor, inner, rows + count, rows + 2 * count);
+    }
+};
+
+// The ends between the bins and an array that holds them in Perm layout.
+template <size_t kRows, class T>
+HWY_INLINE void storeJoinedEnds(const Spectrum<T>& dst, const T* ends, size_t columns) {
+    dst.storeEnds(ends[0], ends[1]);
+    for (size_t k = 1; k < columns; ++k) {
+        __builtin_memcpy(dst.pair(k * (kRows / 2)), ends + 2 * k, 2 * sizeof(T));
+    }
+}
+template <size_t kRows, class T>
+HWY_INLINE void loadJoinedEnds(const Spectrum<const T>& src, T* ends, size_t columns) {
+    ends[0] = src.values[0];
+    ends[1] = src.values[src.last];
+    for (size_t k = 1; k < columns; ++k) {
+        __builtin_memcpy(ends + 2 * k, src.pair(k * (kRows / 2)), 2 * sizeof(T));
+    }
+}
+
 template <size_t kRows, class Source, class Bins, class T>
-HWY_NOINLINE void longRealFft(Source src, const Bins& dst, T factor, const RealFftPlan& plan, const FftSpec<T>& spec,
-                              T* rows, T* ends) {
-    using Row = RowLanes<T, kRows>;
-    constexpr size_t L = Row::kLanes;
-    using C = ComplexVec<T, L>;
-    const size_t columns = plan.columns;
-    transformColumns<kRows, kMostRealColumns>(src, rows, ends, columns, spec.twiddles);
+HWY_INLINE void longRealFft(int order, Source src, Bins dst, T factor, const T* tables, T* work, T* halves) {
+    using X = ComplexVec<T, RowLanes<T, kRows>::kLanes>;
+    const RowsOfReal<kFftForward, T> rows(order, tables, work);
+    const size_t columns = rows.plan.columns;
+    transformColumns<kRows, kMostRealColumns>(src, work, halves, columns, tables);
     transformRows<kRows>(
-        rows, plan.along, spec.tables + 1,
-        [rows, ends](auto, auto isFirst, size_t n, size_t group) ZVPS_INLINE_LAMBDA {
-            const typename Row::D d;
-            const T* const row = rows + n * kRows + group * 2 * L;
-            C x = {hn::LoadU(d, row), hn::LoadU(d, row + L)};
-            if constexpr (isFirst) {
-                x.re = withFirst(d, x.re, ends + 2 * n);
-                x.im = withFirst(d, x.im, ends + 2 * n + 1);
-            }
-            return x;
-        },
-        [ends, columns, dst, factor](auto isUpper, auto isFirst, size_t k2, size_t group, C x) ZVPS_INLINE_LAMBDA {
-            const auto scale = hn::Set(typename Row::D(), factor);
-            x.re = hn::Mul(x.re, scale);
-            x.im = hn::Mul(x.im, scale);
-            if constexpr (isFirst) {
-                ends[k2] = hn::GetLane(x.re);
-                ends[columns + 1 + k2] = hn::GetLane(x.im);
-            }
-            storeBins<kRows, isUpper, isFirst>(dst, columns, k2, group, x.re, x.im);
+        work, rows.plan.along, rows.twiddles, RowLoader<T, kRows>(),
+        [columns, dst, factor](auto isUpper, auto, size_t k2, size_t group, X x) ZVPS_INLINE_LAMBDA {
+            const auto scale = hn::Set(typename RowLanes<T, kRows>::D(), factor);
+            storeBins<kRows, isUpper>(dst, columns, k2, group, hn::Mul(x.re, scale), hn::Mul(x.im, scale));
         });
-    storeEnds<kRows>(dst, ends, columns, spec.tables[0]);
+    rows.transformEnds(halves, work, factor);
+    storeJoinedEnds<kRows>(dst, work, columns);
 }
 
 template <size_t kRows, class Bins, class T>
-HWY_NOINLINE void longInverseRealFft(const Bins& src, T* dst, T factor, const RealFftPlan& plan, const FftSpec<T>& spec,
-                                     T* rows, T* ends) {
+HWY_INLINE void longInverseRealFft(int order, Bins src, T* dst, T factor, const T* tables, T* work, T* halves) {
     using Row = RowLanes<T, kRows>;
-    constexpr size_t L = Row::kLanes;
-    using C = ComplexVec<T, L>;
-    const size_t columns = plan.columns;
-    loadEnds<kRows>(src, ends, columns, spec.tables[0]);
+    using X = ComplexVec<T, Row::kLanes>;
+    const RowsOfReal<kFftInverse, T> rows(order, tables, work);
+    const size_t columns = rows.plan.columns;
+    loadJoinedEnds<kRows>(src, work, columns);
+    rows.transformEnds(work, halves, T{1});
     transformRows<kRows>(
-        rows, plan.along, spec.tables + 1,
-        [src, columns, ends](auto isUpper, auto isFirst, size_t k2, size_t group) ZVPS_INLINE_LAMBDA {
-            C x;
-            loadBins<kRows, isUpper, isFirst>(src, columns, k2, group, ends, x.re, x.im);
-            return x;
-        },
-        [rows, along = plan.along, ends](auto, auto isFirst, size_t n, size_t group, C x) ZVPS_INLINE_LAMBDA {
+        work, rows.plan.along, rows.twiddles,
+        [src, columns](auto isUpper, auto, size_t k2, size_t group)
+            ZVPS_INLINE_LAMBDA { return loadBins<kRows, isUpper>(src, columns, k2, group); },
+        [](auto, T* row, size_t, size_t group, X x) ZVPS_INLINE_LAMBDA {
             const typename Row::D d;
-            T* const row = rows + reversedRow(along, n) * kRows + group * 2 * L;
-            hn::StoreU(x.re, d, row);
-            hn::StoreU(x.im, d, row + L);
-            if constexpr (isFirst) {
-                ends[2 * n] = hn::GetLane(x.im);
-                ends[2 * n + 1] = hn::GetLane(x.re);
-            }
+            hn::StoreU(x.re, d, row + group * 2 * Row::kLanes);
+            hn::StoreU(x.im, d, row + group * 2 * Row::kLanes + Row::kLanes);
         });
-    size_t places[RowLanes<T, kRows>::kVector];
+    size_t places[Row::kVector];
     for (size_t i = 0; i < Row::kLanes; ++i) {
-        places[i] = reversedRow(plan.along, i);
+        places[i] = reversedRow(rows.plan.along, i);
     }
     inverseTransformColumns<kRows, kMostRealColumns>(
-        rows, ends, dst, factor, columns, spec.twiddles,
-        [&](size_t n, auto i) ZVPS_INLINE_LAMBDA { return reversedRow(plan.along, n) + places[i]; });
+        work, halves, dst, factor, columns, tables,
+        [&](size_t n, auto i) ZVPS_INLINE_LAMBDA { return reversedRow(rows.plan.along, n) + places[i]; });
 }
 
 } // namespace zvps::ZVPS_LEVEL

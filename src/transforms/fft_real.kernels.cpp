@@ -10,7 +10,7 @@ struct FixedTables {
     static constexpr RealFftPlan kPlan = realFftPlan<T>(order);
     static constexpr size_t kBlock = realFftBlock<T>(kPlan);
 
-    alignas(64) T columns[realFftTables(kPlan).columns];
+    alignas(64) T columns[realFftTables<T>(order).ends];
     T ends[kPlan.columns];
 
     constexpr FixedTables() : columns(), ends() {
@@ -30,19 +30,17 @@ template <class T, int order>
 inline constexpr FixedTables<T, order> kFixedTables;
 
 // The layouts and scalings of the larger ones share their code.
-template <class T, int order>
-HWY_NOINLINE void runFixed(const T* src, T* dst, RealFftLayout layout, T factor) {
+template <int order, FftDirection direction, class T>
+HWY_NOINLINE void runShort(const T* src, T* dst, RealFftLayout layout, T factor, const T* columnTables,
+                           const T* endTables) {
     constexpr RealFftPlan plan = realFftPlan<T>(order);
-    constexpr const FixedTables<T, order>& tables = kFixedTables<T, order>;
-    shortRealFft<plan.rows, plan.columns>(src, Spectrum<T>(dst, layout, size_t{1} << order), factor, tables.columns,
-                                          tables.ends);
-}
-template <class T, int order>
-HWY_NOINLINE void runFixedInverse(const T* src, T* dst, RealFftLayout layout, T factor) {
-    constexpr RealFftPlan plan = realFftPlan<T>(order);
-    constexpr const FixedTables<T, order>& tables = kFixedTables<T, order>;
-    shortInverseRealFft<plan.rows, plan.columns>(Spectrum<const T>(src, layout, size_t{1} << order), dst, factor,
-                                                 tables.columns, tables.ends);
+    constexpr size_t N = size_t{1} << order;
+    if constexpr (direction == kFftForward) {
+        shortRealFft<plan.rows, plan.columns>(src, Spectrum<T>(dst, layout, N), factor, columnTables, endTables);
+    } else {
+        shortInverseRealFft<plan.rows, plan.columns>(Spectrum<const T>(src, layout, N), dst, factor, columnTables,
+                                                     endTables);
+    }
 }
 
 template <class T, FftDirection direction, RealFftLayout layout, bool scales, int order>
@@ -56,50 +54,28 @@ ZvpStatus fixedReal(const T* src, T* dst, T factor) {
             tinyInverseRealFft<N, layout>(src, dst, factor);
         }
     } else {
-        if constexpr (direction == kFftForward) {
-            runFixed<T, order>(src, dst, layout, factor);
-        } else {
-            runFixedInverse<T, order>(src, dst, layout, factor);
-        }
+        constexpr const FixedTables<T, order>& tables = kFixedTables<T, order>;
+        runShort<order, direction>(src, dst, layout, factor, tables.columns, tables.ends);
     }
     return zvpStsOk;
 }
 
-// The spectrum is described where it is used: its description would be copied by vectors from single stores, which wait
-// for each other.
-
-// An order from 6 on that takes two passes.
-template <int order, FftDirection direction, class T>
-HWY_NOINLINE void runShort(const T* src, T* dst, RealFftLayout layout, T factor, const FftSpec<T>& spec) {
-    constexpr RealFftPlan plan = realFftPlan<T>(order);
-    constexpr size_t N = size_t{1} << order;
-    if constexpr (direction == kFftForward) {
-        shortRealFft<plan.rows, plan.columns>(src, Spectrum<T>(dst, layout, N), factor, spec.twiddles, spec.tables[0]);
-    } else {
-        shortInverseRealFft<plan.rows, plan.columns>(Spectrum<const T>(src, layout, N), dst, factor, spec.twiddles,
-                                                     spec.tables[0]);
-    }
-}
-
-template <size_t rows, FftDirection direction, class T>
-void runLongOf(const T* src, T* dst, RealFftLayout layout, T factor, const RealFftPlan& plan, const FftSpec<T>& spec,
-               T* work, T* ends) {
-    const size_t n = size_t{1} << spec.order;
-    if constexpr (direction == kFftForward) {
-        longRealFft<rows>(src, Spectrum<T>(dst, layout, n), factor, plan, spec, work, ends);
-    } else {
-        longInverseRealFft<rows>(Spectrum<const T>(src, layout, n), dst, factor, plan, spec, work, ends);
-    }
-}
-
+// Of an order without a fixed routine that takes two passes.
 template <FftDirection direction, class T>
-HWY_INLINE void runLong(const T* src, T* dst, RealFftLayout layout, T factor, const FftSpec<T>& spec, T* work,
-                        T* ends) {
-    const RealFftPlan plan = realFftPlan<T>(spec.order);
-    if (sizeof(T) == 8 && plan.rows == 16) {
-        runLongOf<16, direction>(src, dst, layout, factor, plan, spec, work, ends);
-    } else {
-        runLongOf<32, direction>(src, dst, layout, factor, plan, spec, work, ends);
+HWY_INLINE void runShort(int order, const T* src, T* dst, RealFftLayout layout, T factor, const T* tables) {
+    const auto run = [&](auto constant) ZVPS_INLINE_LAMBDA {
+        constexpr size_t kEnds = realFftTables<T>(constant).ends;
+        runShort<constant, direction>(src, dst, layout, factor, tables, tables + kEnds);
+    };
+    switch (order) {
+    case 6:
+        return run(std::integral_constant<int, 6>());
+    case 7:
+        return run(std::integral_constant<int, 7>());
+    case 8:
+        return run(std::integral_constant<int, 8>());
+    default:
+        return run(std::integral_constant<int, kMostShortRealOrder>());
     }
 }
 
@@ -107,35 +83,34 @@ HWY_INLINE void runLong(const T* src, T* dst, RealFftLayout layout, T factor, co
 template <class T>
 inline constexpr size_t kStackValues = 65536 / sizeof(T);
 
+template <size_t kRows, FftDirection direction, class T>
+HWY_NOINLINE void runLong(int order, const T* src, T* dst, RealFftLayout layout, T factor, const T* tables, T* work,
+                          T* halves) {
+    const size_t n = size_t{1} << order;
+    if constexpr (direction == kFftForward) {
+        longRealFft<kRows>(order, src, Spectrum<T>(dst, layout, n), factor, tables, work, halves);
+    } else {
+        longInverseRealFft<kRows>(order, Spectrum<const T>(src, layout, n), dst, factor, tables, work, halves);
+    }
+}
+
 template <FftDirection direction, class T>
 HWY_NOINLINE void runOnStack(const T* src, T* dst, RealFftLayout layout, T factor, const FftSpec<T>& spec) {
     alignas(kVectorBytes) T work[kStackValues<T>];
-    alignas(kVectorBytes) T ends[kStackValues<T> / 8 + 2];
-    runLong<direction>(src, dst, layout, factor, spec, work, ends);
+    alignas(kVectorBytes) T halves[kStackValues<T> / 8];
+    realFft<direction>(spec.order, src, dst, layout, factor, spec.twiddles, work, halves);
 }
 template <FftDirection direction, class T>
 HWY_NOINLINE void runInBuffer(const T* src, T* dst, RealFftLayout layout, T factor, const FftSpec<T>& spec, T* work) {
-    alignas(kVectorBytes) T ends[2 * kMostRealColumns + 2];
-    runLong<direction>(src, dst, layout, factor, spec, work, ends);
+    alignas(kVectorBytes) T halves[2 * kMostRealColumns];
+    realFft<direction>(spec.order, src, dst, layout, factor, spec.twiddles, work, halves);
 }
 
 template <class T, FftDirection direction, RealFftLayout layout>
-ZvpStatus realFft(const T* src, T* dst, T factor, const FftSpec<T>& spec, T* work) {
-    switch (spec.order) {
-    case 6:
-        runShort<6, direction>(src, dst, layout, factor, spec);
-        return zvpStsOk;
-    case 7:
-        runShort<7, direction>(src, dst, layout, factor, spec);
-        return zvpStsOk;
-    case 8:
-        runShort<8, direction>(src, dst, layout, factor, spec);
-        return zvpStsOk;
-    case 9:
-        runShort<9, direction>(src, dst, layout, factor, spec);
-        return zvpStsOk;
-    }
-    if (size_t{1} << spec.order <= kStackValues<T>) {
+ZvpStatus generalReal(const T* src, T* dst, T factor, const FftSpec<T>& spec, T* work) {
+    if (spec.order <= kMostShortRealOrder) {
+        runShort<direction>(spec.order, src, dst, layout, factor, spec.twiddles);
+    } else if (size_t{1} << spec.order <= kStackValues<T>) {
         runOnStack<direction>(src, dst, layout, factor, spec);
     } else if (spec.order <= kMostRealOrder) {
         runInBuffer<direction>(src, dst, layout, factor, spec, work);
@@ -149,6 +124,25 @@ ZvpStatus realFft(const T* src, T* dst, T factor, const FftSpec<T>& spec, T* wor
 
 } // namespace
 
+template <FftDirection direction, class T>
+void realFft(int order, const T* src, T* dst, RealFftLayout layout, T factor, const T* tables, T* work, T* halves) {
+    if (order <= kMostShortRealOrder) return runShort<direction>(order, src, dst, layout, factor, tables);
+    if constexpr (sizeof(T) == 8) {
+        if (longRealFftOf<T>(order).plan.rows == 16) {
+            return runLong<16, direction>(order, src, dst, layout, factor, tables, work, halves);
+        }
+    }
+    runLong<32, direction>(order, src, dst, layout, factor, tables, work, halves);
+}
+// Other kernels use them too.
+#define ZVPS_REAL_FFT(DIRECTION, T)                                                                                    \
+    template void realFft<DIRECTION>(int, const T*, T*, RealFftLayout, T, const T*, T*, T*);
+ZVPS_REAL_FFT(kFftForward, float)
+ZVPS_REAL_FFT(kFftForward, double)
+ZVPS_REAL_FFT(kFftInverse, float)
+ZVPS_REAL_FFT(kFftInverse, double)
+#undef ZVPS_REAL_FFT
+
 #define ZVPS_ORDERS(...)                                                                                               \
     {                                                                                                                  \
         fixedReal<__VA_ARGS__, 0>, fixedReal<__VA_ARGS__, 1>, fixedReal<__VA_ARGS__, 2>, fixedReal<__VA_ARGS__, 3>,    \
@@ -159,7 +153,7 @@ ZvpStatus realFft(const T* src, T* dst, T factor, const FftSpec<T>& spec, T* wor
 #define ZVPS_FIXED_LAYOUTS(...)                                                                                        \
     { ZVPS_FIXED(__VA_ARGS__, kFftPerm), ZVPS_FIXED(__VA_ARGS__, kFftPack), ZVPS_FIXED(__VA_ARGS__, kFftCcs) }
 #define ZVPS_LAYOUTS(...)                                                                                              \
-    { realFft<__VA_ARGS__, kFftPerm>, realFft<__VA_ARGS__, kFftPack>, realFft<__VA_ARGS__, kFftCcs> }
+    { generalReal<__VA_ARGS__, kFftPerm>, generalReal<__VA_ARGS__, kFftPack>, generalReal<__VA_ARGS__, kFftCcs> }
 #define ZVPS_REAL_FFT_KERNELS(T)                                                                                       \
     {                                                                                                                  \
         {ZVPS_FIXED_LAYOUTS(T, kFftForward), ZVPS_FIXED_LAYOUTS(T, kFftInverse)},                                      \

@@ -33,24 +33,38 @@ constexpr size_t realFftBlock(const RealFftPlan& plan) {
     return plan.columns < block ? plan.columns : block;
 }
 
-// The tables, one behind the other, by their numbers of values: cos and sin of 2 pi n k / N for column n and row
-// k = 1 .. rows/2 - 1; those that join the real values of the rows 0 and N1/2, cosines then sines; and those along the
-// rows.
+// Up to this order there are two passes, and no more tables than those of the columns and of the ends.
+inline constexpr int kMostShortRealOrder = 9;
+
+// Where the tables start, in values. Those of the columns, cos and sin of 2 pi n k / N for column n and row
+// k = 1 .. rows/2 - 1, are at 0. Behind them those that join the real values of the rows 0 and N1/2, cosines then
+// sines; or those along the rows and those of the transform of the values of these two rows.
 struct RealFftTables {
-    size_t columns;
     size_t ends;
     size_t pass[kMostRowsPasses - 1];
-
-    constexpr size_t values() const { return columns + ends + pass[0] + pass[1] + pass[2]; }
+    size_t inner;
+    size_t values;
 };
 
-constexpr RealFftTables realFftTables(const RealFftPlan& plan) {
-    RealFftTables tables = {2 * plan.columns * (plan.rows / 2 - 1), plan.columns, {}};
-    int order = plan.along.order;
-    for (int pass = 0; pass < kMostRowsPasses - 1; ++pass) {
-        tables.pass[pass] = rowsTwiddles(plan.along, pass, order);
-        order -= plan.along.orders[pass];
+template <class T>
+constexpr RealFftTables realFftTables(int order) {
+    const RealFftPlan plan = realFftPlan<T>(order);
+    RealFftTables tables = {};
+    size_t place = 2 * plan.columns * (plan.rows / 2 - 1);
+    if (order <= kMostShortRealOrder) {
+        tables.ends = place;
+        place += plan.columns;
+    } else {
+        int remaining = plan.along.order;
+        for (int pass = 0; pass < kMostRowsPasses - 1; ++pass) {
+            tables.pass[pass] = place;
+            place += rowsTwiddles(plan.along, pass, remaining);
+            remaining -= plan.along.orders[pass];
+        }
+        tables.inner = place;
+        place += realFftTables<T>(plan.along.order + 1).values;
     }
+    tables.values = place;
     return tables;
 }
 

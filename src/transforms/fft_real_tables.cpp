@@ -41,12 +41,29 @@ void storeJoining(int order, Wave<T> wave, T* p) {
     }
 }
 
+template <class T>
+void storeTables(int order, Wave<T> wave, T* base) {
+    const RealFftPlan plan = realFftPlan<T>(order);
+    const RealFftTables tables = realFftTables<T>(order);
+    storeColumns(order, plan, wave, base);
+    if (order <= kMostShortRealOrder) {
+        storeEnds(plan.along.order, wave, base + tables.ends);
+        return;
+    }
+    int remaining = plan.along.order;
+    for (int pass = 0; plan.along.orders[pass] < remaining; ++pass) {
+        storeRowsPass(remaining, plan.along.orders[pass], wave, base + tables.pass[pass]);
+        remaining -= plan.along.orders[pass];
+    }
+    storeTables(plan.along.order + 1, wave, base + tables.inner);
+}
+
 } // namespace
 
 template <class T>
 size_t realFftTableBytes(int order) {
     if (order > kMostRealOrder) return joiningValues<T>(order) * sizeof(T) + largeFftTableBytes<T>(order - 1);
-    return realFftTables(realFftPlan<T>(order)).values() * sizeof(T);
+    return realFftTables<T>(order).values * sizeof(T);
 }
 
 template <class T>
@@ -61,19 +78,7 @@ void buildRealFftTables(int order, FftSpec<T>& spec, unsigned char* area, const 
         buildLargeFftTables(order - 1, half, quarterWave, quarterWaveOrder);
         return;
     }
-    const RealFftPlan plan = realFftPlan<T>(order);
-    const RealFftTables tables = realFftTables(plan);
-    storeColumns(order, plan, wave, p);
-    spec.tables[0] = p += tables.columns;
-    storeEnds(plan.along.order, wave, p);
-    p += tables.ends;
-    int remaining = plan.along.order;
-    for (int pass = 0; pass < kMostRowsPasses - 1; ++pass) {
-        spec.tables[1 + pass] = p;
-        if (tables.pass[pass] != 0) storeRowsPass(remaining, plan.along.orders[pass], wave, p);
-        remaining -= plan.along.orders[pass];
-        p += tables.pass[pass];
-    }
+    storeTables(order, wave, p);
 }
 
 #define ZVPS_TABLES(T)                                                                                                 \

@@ -93,17 +93,8 @@ HWY_INLINE hn::Vec<D> joined(D d, const V* v) {
     }
 }
 
-// step(group, isFirst) for every group of a row.
-template <size_t kGroups, class Step>
-HWY_INLINE void forGroups(Step step) {
-    step(size_t{0}, std::true_type());
-    for (size_t group = 1; group < kGroups; ++group) {
-        step(group, std::false_type());
-    }
-}
-
 // A complex pass in place, but the last: transforms over the rows n, n + step, n + 2 step, ... for every n < step,
-// whose values load(isUpper, isFirst, row, group) gives.
+// whose values load(isUpper, row, n, group) gives, where `row` is row n in memory.
 template <size_t kWidth, size_t R, class T, class Load>
 HWY_NOINLINE void rowsPass(T* rows, size_t step, const T* twiddles, Load load) {
     using Row = RowLanes<T, kWidth>;
@@ -111,10 +102,12 @@ HWY_NOINLINE void rowsPass(T* rows, size_t step, const T* twiddles, Load load) {
     using C = ComplexVec<T, L>;
     const typename Row::D d;
     for (size_t n = 0; n < step; ++n, twiddles += 2 * (R - 1)) {
-        forGroups<Row::kGroups>([&](size_t group, auto isFirst) ZVPS_INLINE_LAMBDA {
+        for (size_t group = 0; group < Row::kGroups; ++group) {
             Butterfly<T, L, R>::run(
-                [&](auto i)
-                    ZVPS_INLINE_LAMBDA { return load(std::bool_constant<2 * i >= R>(), isFirst, n + i * step, group); },
+                [&](auto i) ZVPS_INLINE_LAMBDA {
+                    const size_t row = n + i * step;
+                    return load(std::bool_constant<2 * i >= R>(), rows + row * kWidth, row, group);
+                },
                 [&](auto k, C x) ZVPS_INLINE_LAMBDA {
                     T* const row = rows + (n + k * step) * kWidth + group * 2 * L;
                     if constexpr (k == 0) {
@@ -127,28 +120,29 @@ HWY_NOINLINE void rowsPass(T* rows, size_t step, const T* twiddles, Load load) {
                         hn::StoreU(turned.im, d, row + L);
                     }
                 });
-        });
+        }
     }
 }
 
 // The last pass: `count` times R neighbouring rows to bins k2, k2 + step, ..., where k2 grows by binStep from time to
-// time; bin(isUpper, isFirst, k2, group, x) takes them.
+// time; bin(isUpper, row, k2, group, x) takes them, where `row` is where they would be in place.
 template <size_t kWidth, size_t R, class T, class Bin>
-HWY_NOINLINE void lastRowsPass(const T* rows, size_t count, size_t k2, size_t binStep, size_t step, Bin bin) {
+HWY_NOINLINE void lastRowsPass(T* rows, size_t count, size_t k2, size_t binStep, size_t step, Bin bin) {
     using Row = RowLanes<T, kWidth>;
     constexpr size_t L = Row::kLanes;
     using C = ComplexVec<T, L>;
     const typename Row::D d;
     for (size_t m = 0; m < count; ++m, rows += R * kWidth, k2 += binStep) {
-        forGroups<Row::kGroups>([&](size_t group, auto isFirst) ZVPS_INLINE_LAMBDA {
+        for (size_t group = 0; group < Row::kGroups; ++group) {
             Butterfly<T, L, R>::run(
                 [&](auto i) ZVPS_INLINE_LAMBDA {
                     const T* const row = rows + i * kWidth + group * 2 * L;
                     return C{hn::LoadU(d, row), hn::LoadU(d, row + L)};
                 },
-                [&](auto k, C x)
-                    ZVPS_INLINE_LAMBDA { bin(std::bool_constant<2 * k >= R>(), isFirst, k2 + k * step, group, x); });
-        });
+                [&](auto k, C x) ZVPS_INLINE_LAMBDA {
+                    bin(std::bool_constant<2 * k >= R>(), rows + k * kWidth, k2 + k * step, group, x);
+                });
+        }
     }
 }
 
@@ -161,17 +155,15 @@ HWY_INLINE void byRadix(size_t radix, Step step) {
     step(Index<least>());
 }
 
-// The values of row n, as passes after the first one read them.
+// The values of a row in memory.
 template <class T, size_t kWidth>
 struct RowLoader {
-    const T* rows;
-
-    template <class IsUpper, class IsFirst>
-    HWY_INLINE auto operator()(IsUpper, IsFirst, size_t n, size_t group) const {
+    template <class IsUpper>
+    HWY_INLINE auto operator()(IsUpper, const T* row, size_t, size_t group) const {
         using Row = RowLanes<T, kWidth>;
         const typename Row::D d;
-        const T* const row = rows + n * kWidth + group * 2 * Row::kLanes;
-        return ComplexVec<T, Row::kLanes>{hn::LoadU(d, row), hn::LoadU(d, row + Row::kLanes)};
+        const T* const values = row + group * 2 * Row::kLanes;
+        return ComplexVec<T, Row::kLanes>{hn::LoadU(d, values), hn::LoadU(d, values + Row::kLanes)};
     }
 };
 
@@ -191,7 +183,7 @@ HWY_NOINLINE void transformParts(T* rows, const RowsPlan& plan, int order, size_
         for (size_t m = 0; m < parts; ++m) {
             T* const part = rows + (m * kWidth << order);
             byRadix<pass <= 1 ? 4 : 8>(radix, [&](auto constant) ZVPS_INLINE_LAMBDA {
-                rowsPass<kWidth, constant>(part, size_t{1} << rest, twiddles[pass], RowLoader<T, kWidth>{part});
+                rowsPass<kWidth, constant>(part, size_t{1} << rest, twiddles[pass], RowLoader<T, kWidth>());
             });
             transformParts<kWidth, pass + 1>(part, plan, rest, radix, k + m * binStep, step, step * radix, twiddles,
                                              bin);
@@ -199,8 +191,8 @@ HWY_NOINLINE void transformParts(T* rows, const RowsPlan& plan, int order, size_
     }
 }
 
-// All passes. The first one reads through load(isUpper, isFirst, row, group) and writes to rows, the last one gives the
-// bins to bin(isUpper, isFirst, bin, group, value).
+// All passes. The first one reads through load(isUpper, row, n, group) and writes to rows, the last one gives the bins
+// to bin(isUpper, row, bin, group, value).
 template <size_t kWidth, class T, class Load, class Bin>
 HWY_INLINE void transformRows(T* rows, const RowsPlan& plan, const T* const* twiddles, const Load& load,
                               const Bin& bin) {

@@ -54,25 +54,31 @@ constexpr auto makeCoarseSines() {
 }
 constexpr auto kCoarseSines = makeCoarseSines();
 
-// sines[k] = sin(2 pi k / 2^order) for k = 0..2^order / 4, each rounded once: the products and sums are in extended
-// precision.
+// sines[k] = sin(2 pi k / 2^order) for k = 0..2^order / 4, correctly rounded: for singles products and sums in double
+// precision are enough, as a comparison of all sines of all orders has shown.
 template <class T>
 void computeSines(int order, T* sines) {
+    using Wide = std::conditional_t<sizeof(T) == 4, double, long double>;
     constexpr int kMostBlock = 6;
     const auto quarter = static_cast<size_t>(pointsOf(order)) / 4;
     const long double step = kTurn / static_cast<long double>(pointsOf(order));
     const bool areStored = order - kStoredOrder <= kMostBlock; // the sines that blocks begin with
     const size_t block = size_t{1} << (areStored ? order - kStoredOrder : kMostBlock);
-    SineCosine within[size_t{1} << kMostBlock];
-    for (size_t k = 0; k < block; ++k)
-        within[k] = sineCosine(step * static_cast<long double>(k));
+    Wide sinesWithin[size_t{1} << kMostBlock];
+    Wide cosinesWithin[size_t{1} << kMostBlock];
+    for (size_t k = 0; k < block; ++k) {
+        const SineCosine value = sineCosine(step * static_cast<long double>(k));
+        sinesWithin[k] = static_cast<Wide>(value.sine);
+        cosinesWithin[k] = static_cast<Wide>(value.cosine);
+    }
     for (size_t begin = 0; begin <= quarter / 2; begin += block) {
         const SineCosine start =
             areStored ? kCoarseSines[begin / block] : sineCosine(step * static_cast<long double>(begin));
-        for (size_t k = begin; k < begin + block && k <= quarter / 2; ++k) {
-            const SineCosine& rest = within[k - begin];
-            sines[k] = static_cast<T>(start.sine * rest.cosine + start.cosine * rest.sine);
-            sines[quarter - k] = static_cast<T>(start.cosine * rest.cosine - start.sine * rest.sine);
+        const Wide sine = static_cast<Wide>(start.sine);
+        const Wide cosine = static_cast<Wide>(start.cosine);
+        for (size_t k = 0; k < block && begin + k <= quarter / 2; ++k) {
+            sines[begin + k] = static_cast<T>(sine * cosinesWithin[k] + cosine * sinesWithin[k]);
+            sines[quarter - begin - k] = static_cast<T>(cosine * cosinesWithin[k] - sine * sinesWithin[k]);
         }
     }
 }
@@ -104,7 +110,7 @@ Room complexRoom(int order) {
     if (order > kLargeOrder) room.work = std::max<int64_t>(room.work, 65536);
     // Room for all points and a block of columns, but in the last order, where those of integers would pass 2^31 bytes
     // with it.
-    if (kIsDouble && order <= 25) room.work = bytes + kPart * static_cast<int64_t>(largeFftBlock<T>(order));
+    if (kIsDouble && order <= 25) room.work = kPart * static_cast<int64_t>(largeFftWork<T>(order));
     return room;
 }
 

@@ -11,21 +11,53 @@ namespace zvps {
 inline constexpr int kLastFftPlan = 17;
 inline constexpr int kMaxFftPasses = 4;
 
-// The radices of the passes, as powers of two, in their order.
+// The radices of the passes, as powers of two, in their order. Four passes run as two pairs, each in the first-level
+// cache; of three, those that are joined run the last two as a pair.
 struct FftPlan {
     int passes;
     int orders[kMaxFftPasses];
+    bool areJoined;
 };
 
-// For orders from 6 to kLastFftPlan. Four passes run as two pairs, each in the first-level cache.
+// Up to this order a transform takes two passes.
+inline constexpr int kLastShortFft = 8;
+
+// The radices there are kernels for.
+inline constexpr int kLeastMiddleOrder = 3;
+inline constexpr int kMostMiddleOrder = 5;
+inline constexpr int kLeastLastOrder = 2;
+inline constexpr int kMostLastOrder = 4;
+
+// For orders from 6 to kLastFftPlan, in single and in double precision.
+constexpr FftPlan kFftPlans[2][kLastFftPlan - 5] = {
+    {{2, {3, 3}, false},
+     {2, {4, 3}, false},
+     {2, {4, 4}, false},
+     {3, {4, 3, 2}, true},
+     {3, {4, 3, 3}, true},
+     {3, {4, 3, 4}, false},
+     {3, {4, 4, 4}, false},
+     {4, {4, 3, 4, 2}, false},
+     {4, {4, 4, 4, 2}, false},
+     {4, {4, 4, 3, 4}, false},
+     {4, {4, 4, 5, 3}, false},
+     {4, {4, 4, 5, 4}, false}},
+    {{2, {3, 3}, false},
+     {2, {3, 4}, false},
+     {2, {4, 4}, false},
+     {3, {4, 3, 2}, true},
+     {3, {4, 3, 3}, true},
+     {3, {4, 4, 3}, false},
+     {4, {3, 4, 3, 2}, false},
+     {4, {3, 4, 4, 2}, false},
+     {4, {3, 4, 3, 4}, false},
+     {4, {3, 4, 4, 4}, false},
+     {4, {3, 4, 5, 4}, false},
+     {4, {4, 5, 4, 4}, false}},
+};
 template <class T>
-constexpr FftPlan fftPlan(int order) {
-    constexpr FftPlan plans[] = {
-        {2, {3, 3}},    {2, {4, 3}},       {2, {4, 4}},       {2, {4, 5}},       {3, {4, 3, 3}},    {3, {4, 4, 3}},
-        {3, {4, 4, 4}}, {4, {4, 3, 3, 3}}, {4, {4, 3, 4, 3}}, {4, {4, 4, 4, 3}}, {4, {4, 4, 4, 4}}, {4, {4, 4, 4, 5}},
-    };
-    if (sizeof(T) == 8 && order == 12) return {4, {4, 3, 3, 2}};
-    return plans[order - 6];
+[[gnu::always_inline]] constexpr const FftPlan& fftPlan(int order) {
+    return kFftPlans[sizeof(T) == 8][order - 6];
 }
 
 // The values in a block of the data between the passes: a vector of 64 bytes, or as many as the first pass has numbers

@@ -1,4 +1,4 @@
-// What the tests of FIR filters share: operands, guarded vectors, and what results may be.
+// What the tests of FIR filters and correlations share: operands, guarded vectors, and what results may be.
 #pragma once
 
 #include "framework/call.hpp"
@@ -69,18 +69,18 @@ bool sameBits(const std::vector<T>& a, const std::vector<T>& b) {
     return a.size() == b.size() && (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(T)) == 0);
 }
 
-// A vector that ends where a protected page begins.
+// A vector between protected pages, beside the one behind it or the one before.
 template <class T>
 class Guarded {
   public:
-    explicit Guarded(const std::vector<T>& contents) : n_(contents.size()) {
+    explicit Guarded(const std::vector<T>& contents, bool atEnd = true) : n_(contents.size()) {
         const size_t bytes = (n_ * sizeof(T) + kPage - 1) / kPage * kPage;
-        size_ = bytes + kPage;
-        void* block = mmap(nullptr, size_, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        size_ = bytes + 2 * kPage;
+        void* block = mmap(nullptr, size_, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
         if (block == MAP_FAILED) throw std::bad_alloc();
         block_ = static_cast<unsigned char*>(block);
-        if (mprotect(block_ + bytes, kPage, PROT_NONE) != 0) throw std::bad_alloc();
-        data_ = reinterpret_cast<T*>(block_ + bytes) - n_;
+        if (bytes > 0 && mprotect(block_ + kPage, bytes, PROT_READ | PROT_WRITE) != 0) throw std::bad_alloc();
+        data_ = reinterpret_cast<T*>(block_ + kPage + (atEnd ? bytes - n_ * sizeof(T) : 0));
         std::copy(contents.begin(), contents.end(), data_);
     }
     ~Guarded() { munmap(block_, size_); }
@@ -152,4 +152,23 @@ testing::AssertionResult isResult(const D& actual, const Sum& sum, long double e
     return testing::AssertionSuccess();
 }
 
+// ---- Functions ----
+
+constexpr int kTapsFactor = -5;
+
 } // namespace zvps::test
+
+// The functions of a kind of states, all called alike. FACTOR: of NONE, taps as they are; of FACTOR, taps that come
+// with kTapsFactor and go with the scale in use. SCALED functions take a scale factor, PLAIN ones are given one in
+// vain.
+#define ZVPS_TEST_FIR_TAPS_NONE(NAME, END)                                                                             \
+    [](const auto* s, auto* taps, int*) { return zvpsFIRGetTaps##NAME(s, taps); }, zvpsFIRSetTaps##NAME##END
+#define ZVPS_TEST_FIR_TAPS_FACTOR(NAME, END)                                                                           \
+    zvpsFIRGetTaps##NAME, [](const auto* taps, auto* s) { return zvpsFIRSetTaps##NAME(taps, s, kTapsFactor); }
+#define ZVPS_TEST_FIR_TAPS_FLOAT(NAME, END) zvpsFIRGetTaps##NAME, zvpsFIRSetTaps##NAME##END
+#define ZVPS_TEST_FIR_PAST(NAME) zvpsFIRGetDlyLine##NAME, zvpsFIRSetDlyLine##NAME
+#define ZVPS_TEST_FIR_RUN_SCALED(NAME) zvpsFIR##NAME##_Sfs, zvpsFIR##NAME##_ISfs, zvpsFIROne##NAME##_Sfs
+#define ZVPS_TEST_FIR_RUN_PLAIN(NAME)                                                                                  \
+    [](const auto* src, auto* dst, int n, auto* s, int) { return zvpsFIR##NAME(src, dst, n, s); },                     \
+        [](auto* srcDst, int n, auto* s, int) { return zvpsFIR##NAME##_I(srcDst, n, s); },                             \
+        [](auto src, auto* dst, auto* s, int) { return zvpsFIROne##NAME(src, dst, s); }
