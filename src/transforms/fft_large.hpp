@@ -282,10 +282,11 @@ struct TileLoader {
     size_t step;
     bool prefetches;
 
-    template <class IsUpper, class IsFirst>
-    HWY_INLINE auto operator()(IsUpper isUpper, IsFirst isFirst, size_t n, size_t group) const {
+    template <class IsUpper>
+    HWY_INLINE auto operator()(IsUpper isUpper, const T*, size_t n, size_t group) const {
         if (prefetches && group == 0) prefetchValues<kTileColumns, true>(to, start + n * step);
-        return RowLoader<T, 2 * kTileColumns>{tile}(isUpper, isFirst, n, group);
+        constexpr size_t kWidth = 2 * kTileColumns;
+        return RowLoader<T, kWidth>()(isUpper, tile + n * kWidth, n, group);
     }
 };
 
