@@ -147,18 +147,20 @@ HWY_INLINE Vec<T, L> loadSamples(Lanes<T, L> d, const T* src, size_t i) {
     return hn::LoadU(d, src + i);
 }
 
-// The columns' transforms, several columns at once: from src to rows, and their sums over even and over odd samples to
-// halves.
+// The transforms of `count` columns from number `begin` on, several at once: from src, where they start and whose rows
+// are `step` apart, to rows, and their sums over even and over odd samples to halves.
 template <size_t kRows, size_t kMaxColumns, class Source, class T>
-HWY_INLINE void transformColumns(Source src, T* rows, T* halves, size_t columns, const T* twiddles) {
+HWY_INLINE void transformColumns(Source src, size_t step, T* rows, T* halves, size_t columns, size_t begin,
+                                 size_t count, const T* twiddles) {
     using Row = RowLanes<T, kRows>;
     constexpr size_t L = smallest(Row::kLanes, kMaxColumns);
     constexpr size_t kBlock = smallest(kMaxColumns, kTwiddleBlockBytes / sizeof(T));
     const Lanes<T, L> d;
     using V = Vec<T, L>;
-    for (size_t c = 0; c < columns; c += L) {
+    for (size_t c = begin; c < begin + count; c += L) {
         V x[kRows], re[kRows / 2 + 1], im[kRows / 2 + 1];
-        unroll<kRows>([&](auto i) ZVPS_INLINE_LAMBDA { x[i] = loadSamples<2 * i >= kRows>(d, src, i * columns + c); });
+        unroll<kRows>([&](auto i)
+                          ZVPS_INLINE_LAMBDA { x[i] = loadSamples<2 * i >= kRows>(d, src, i * step + (c - begin)); });
         realDft<kRows, true>(d, x, re, im);
         if constexpr (L == kMaxColumns) {
             im[0] = pickLanes<PartOfPairs<1>>(d, re[0], re[kRows / 2]);
@@ -189,6 +191,48 @@ HWY_INLINE void transformColumns(Source src, T* rows, T* halves, size_t columns,
                 hn::StoreU(joined<Row::kLanes / L>(rowLanes, im + k), rowLanes, row + Row::kLanes);
             });
         });
+    }
+}
+
+// Compiled once for each number of rows.
+template <size_t kRows, class T>
+HWY_NOINLINE void compiledColumns(const T* src, size_t step, T* rows, T* halves, size_t columns, size_t begin,
+                                  size_t count, const T* twiddles) {
+    transformColumns<kRows, kMostRealColumns>(src, step, rows, halves, columns, begin, count, twiddles);
+}
+
+// The same for all columns, by way of some of them in lines of their own.
+template <size_t kRows, class T>
+HWY_NOINLINE void transformStagedColumns(const T* src, T* rows, T* halves, size_t columns, const T* twiddles) {
+    const Lanes<T, kVectorBytes / sizeof(T)> d;
+    constexpr size_t kVectors = 512 / kVectorBytes;
+    constexpr size_t kCount = 512 / sizeof(T);
+    alignas(64) T staged[kRows * kCount];
+    for (size_t c = 0; c < columns; c += kCount) {
+        for (size_t row = 0; row < kRows; ++row) {
+            unroll<kVectors>([&](auto i) ZVPS_INLINE_LAMBDA {
+                constexpr size_t kPlace = i * (kCount / kVectors);
+                const auto x = hn::LoadU(d, src + row * columns + c + kPlace);
+                hn::Store(x, d, staged + row * kCount + kPlace);
+            });
+        }
+        compiledColumns<kRows>(staged, kCount, rows, halves, columns, c, kCount, twiddles);
+    }
+}
+
+template <size_t kRows, class Source, class T>
+HWY_INLINE void transformAllColumns(Source src, T* rows, T* halves, size_t columns, const T* twiddles) {
+    transformColumns<kRows, kMostRealColumns>(src, columns, rows, halves, columns, 0, columns, twiddles);
+}
+template <size_t kRows, class T>
+HWY_INLINE void transformAllColumns(const T* src, T* rows, T* halves, size_t columns, const T* twiddles) {
+    // Long rows share few sets of the first-level cache: lines crowd each other out, and one that straddling vectors
+    // have in common would be gone before the neighbouring columns come.
+    const bool isAligned = reinterpret_cast<uintptr_t>(src) % kVectorBytes == 0;
+    if (columns * kRows * sizeof(T) >= (isAligned ? 131072 : 65536)) {
+        transformStagedColumns<kRows>(src, rows, halves, columns, twiddles);
+    } else {
+        compiledColumns<kRows>(src, columns, rows, halves, columns, 0, columns, twiddles);
     }
 }
 
@@ -486,7 +530,7 @@ HWY_INLINE void shortRealFft(Source src, const Bins& dst, T factor, const T* col
     using C = ComplexVec<T, Rows::L>;
     const typename Rows::Row::D d;
     Rows data;
-    transformColumns<kRows, kColumns>(src, data.rows, data.halves, kColumns, columnTwiddles);
+    transformColumns<kRows, kColumns>(src, kColumns, data.rows, data.halves, kColumns, 0, kColumns, columnTwiddles);
     const auto scale = hn::Set(d, factor);
     Rows::transform(
         [&](auto n, size_t group, auto isFirst) ZVPS_INLINE_LAMBDA {
@@ -608,7 +652,7 @@ HWY_INLINE void longRealFft(int order, Source src, Bins dst, T factor, const T* 
     using X = ComplexVec<T, RowLanes<T, kRows>::kLanes>;
     const RowsOfReal<kFftForward, T> rows(order, tables, work);
     const size_t columns = rows.plan.columns;
-    transformColumns<kRows, kMostRealColumns>(src, work, halves, columns, tables);
+    transformAllColumns<kRows>(src, work, halves, columns, tables);
     transformRows<kRows>(
         work, rows.plan.along, rows.twiddles, RowLoader<T, kRows>(),
         [columns, dst, factor](auto isUpper, auto, size_t k2, size_t group, X x) ZVPS_INLINE_LAMBDA {
