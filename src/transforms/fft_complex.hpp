@@ -129,6 +129,14 @@ HWY_NOINLINE void compiledLastPass(const T* src, size_t inStep, const Storer& st
     lastPass<T, kFullVector<T>, kFullBlock<T>, R>(src, inStep, storer, k, out, count, twiddles);
 }
 
+// Whether the last two passes take two blocks of numbers at a time: where results are so far apart that a line which
+// neighbouring blocks share would have left the cache before the second block comes.
+template <class T>
+constexpr bool areLastBlocksPaired(const FftPlan& plan) {
+    const size_t apart = 2 * sizeof(T) << (plan.orders[0] + plan.orders[1]);
+    return plan.passes == 4 && plan.orders[3] <= 3 && apart >= 2048;
+}
+
 template <class T, class Loader, class Storer>
 struct LongTransform {
     static constexpr size_t B = kFullBlock<T>;
@@ -178,9 +186,20 @@ struct LongTransform {
         const size_t r1 = radix(pass);
         const size_t r2 = radix(pass + 1);
         const T* const lastTwiddles = w + 2 * s * (r1 - 1);
-        for (size_t k = 0; k < s; k += B) {
-            middle(pass, src + 2 * k, Strides{s, r2 * s}, scratch, Strides{r1 * B, B}, r2, B, w + 2 * k * (r1 - 1));
-            last(scratch, r1 * B, k, Strides{s, r1 * s}, r1, lastTwiddles);
+        const bool isPaired = areLastBlocksPaired<T>(plan);
+        const size_t width = isPaired ? 2 * B : B;
+        for (size_t k = 0; k < s; k += width) {
+            for (size_t i = 0; i < width; i += B) {
+                middle(pass, src + 2 * (k + i), Strides{s, r2 * s}, scratch + 2 * i, Strides{r1 * width, width}, r2, B,
+                       w + 2 * (k + i) * (r1 - 1));
+            }
+            if (isPaired) {
+                for (size_t n = 0; n < r1; ++n) {
+                    last(scratch + 2 * n * width, r1 * width, k + n * s, Strides{B, r1 * s}, 2, lastTwiddles);
+                }
+            } else {
+                last(scratch, r1 * B, k, Strides{s, r1 * s}, r1, lastTwiddles);
+            }
         }
     }
 
@@ -218,7 +237,8 @@ constexpr size_t scratchValues(int order) {
     const FftPlan& plan = fftPlan<T>(order);
     if (plan.passes == 3 && !plan.areJoined) return size_t{2} << order;
     const int firstTwo = plan.passes == 4 ? plan.orders[0] + plan.orders[1] : 0;
-    const int lastTwo = plan.orders[plan.passes - 2] + plan.orders[plan.passes - 1];
+    const int lastTwo =
+        plan.orders[plan.passes - 2] + plan.orders[plan.passes - 1] + (areLastBlocksPaired<T>(plan) ? 1 : 0);
     return 2 * kFullBlock<T> << (firstTwo > lastTwo ? firstTwo : lastTwo);
 }
 
@@ -232,6 +252,17 @@ constexpr size_t mostStackValues() {
     return most;
 }
 
+// A load waits for an earlier store whose address has the same last 12 bits, be it another one: what is read for a
+// result had better not be just ahead of its place. From `room` on the first address some lines behind `data` by these
+// bits.
+inline constexpr size_t kPageBytes = 4096;
+
+template <class T>
+HWY_INLINE T* behindInPages(T* room, const T* data) {
+    const uintptr_t way = reinterpret_cast<uintptr_t>(data) + 256 + 63 - reinterpret_cast<uintptr_t>(room);
+    return room + way % kPageBytes / 64 * 64 / sizeof(T);
+}
+
 // `data`: where the result goes, for the passes to work in, or null. They do so only where vectors do not straddle
 // lines.
 template <class T, class Loader, class Storer>
@@ -239,7 +270,8 @@ HWY_NOINLINE void longTransform(const Loader& loader, const Storer& storer, T* d
                                 const FftSpec<T>& spec, T* work) {
     const LongTransform<T, Loader, Storer> transform = {fftPlan<T>(spec.order), size_t{1} << spec.order, loader, storer,
                                                         spec.twiddles};
-    alignas(64) T stack[mostStackValues<T>()];
+    alignas(64) T room[mostStackValues<T>() + kPageBytes / sizeof(T)];
+    T* const stack = behindInPages(room, data);
     const bool onStack = isOnStack<T>(spec.order);
     T* const scratch = onStack ? stack + 2 * transform.length : stack;
     const bool isAligned = data != nullptr && reinterpret_cast<uintptr_t>(data) % 64 == 0;
