@@ -179,23 +179,23 @@ struct LongTransform {
         }
     }
 
-    // The last two passes after s numbers, for a block of numbers at a time, through `scratch`. The storer may work on
-    // the memory of the source.
+    // The last two passes after s numbers, for a block of numbers at a time or two, through `scratch`. The storer may
+    // work on the memory of the source.
+    template <bool isPaired>
     HWY_INLINE void lastTwo(const T* src, size_t s, T* scratch, const T* w) const {
         const int pass = plan.passes - 2;
         const size_t r1 = radix(pass);
         const size_t r2 = radix(pass + 1);
         const T* const lastTwiddles = w + 2 * s * (r1 - 1);
-        const bool isPaired = areLastBlocksPaired<T>(plan);
-        const size_t width = isPaired ? 2 * B : B;
-        for (size_t k = 0; k < s; k += width) {
-            for (size_t i = 0; i < width; i += B) {
-                middle(pass, src + 2 * (k + i), Strides{s, r2 * s}, scratch + 2 * i, Strides{r1 * width, width}, r2, B,
-                       w + 2 * (k + i) * (r1 - 1));
+        constexpr size_t kWidth = isPaired ? 2 * B : B;
+        for (size_t k = 0; k < s; k += kWidth) {
+            for (size_t i = 0; i < kWidth; i += B) {
+                middle(pass, src + 2 * (k + i), Strides{s, r2 * s}, scratch + 2 * i, Strides{r1 * kWidth, kWidth}, r2,
+                       B, w + 2 * (k + i) * (r1 - 1));
             }
-            if (isPaired) {
+            if constexpr (isPaired) {
                 for (size_t n = 0; n < r1; ++n) {
-                    last(scratch + 2 * n * width, r1 * width, k + n * s, Strides{B, r1 * s}, 2, lastTwiddles);
+                    last(scratch + 2 * n * kWidth, r1 * kWidth, k + n * s, Strides{B, r1 * s}, 2, lastTwiddles);
                 }
             } else {
                 last(scratch, r1 * B, k, Strides{s, r1 * s}, r1, lastTwiddles);
@@ -208,12 +208,14 @@ struct LongTransform {
         const size_t s = radix(0);
         if (plan.passes == 4) {
             firstTwo(between, scratch);
-            lastTwo(between, s * radix(1), scratch, twiddles + 2 * s * (radix(1) - 1));
-            return;
+            const size_t numbers = s * radix(1);
+            const T* const w = twiddles + 2 * s * (radix(1) - 1);
+            if (areLastBlocksPaired<T>(plan)) return lastTwo<true>(between, numbers, scratch, w);
+            return lastTwo<false>(between, numbers, scratch, w);
         }
         first(0, length / s, between);
         if (plan.areJoined) {
-            lastTwo(between, s, scratch, twiddles);
+            lastTwo<false>(between, s, scratch, twiddles);
         } else {
             const size_t m = length / (s * radix(1));
             middle(1, between, Strides{s, m * s}, spare, Strides{radix(1) * s, s}, m, s, twiddles);
