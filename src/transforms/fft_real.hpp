@@ -33,14 +33,24 @@ HWY_INLINE void realDft(D d, const V* x, V* re, V* im) {
         re[N / 2] = areHalves ? oddRe[0] : hn::Sub(evenRe[0], oddRe[0]);
         if constexpr (N >= 4) {
             re[N / 4] = evenRe[N / 4];
-            im[N / 4] = hn::Neg(oddRe[N / 4]);
+            im[N / 4] = N == 4 ? hn::Sub(x[3 * kStride], x[kStride]) : hn::Neg(oddRe[N / 4]);
             unroll<N / 4 - 1>([&](auto i) ZVPS_INLINE_LAMBDA {
                 constexpr size_t k = i + 1;
-                const auto odd = rotated(oddRe[k], oddIm[k], hn::Set(d, kCosine<N, k, T>), hn::Set(d, kSine<N, k, T>));
-                re[k] = hn::Add(evenRe[k], odd.re);
-                im[k] = hn::Add(evenIm[k], odd.im);
-                re[N / 2 - k] = hn::Sub(evenRe[k], odd.re);
-                im[N / 2 - k] = hn::Sub(odd.im, evenIm[k]);
+                const auto cos = hn::Set(d, kCosine<N, k, T>);
+                if constexpr (N == 8) {
+                    const V oddSum = hn::Add(oddRe[k], oddIm[k]);
+                    const V oddDifference = hn::Sub(oddIm[k], oddRe[k]);
+                    re[k] = hn::MulAdd(oddSum, cos, evenRe[k]);
+                    im[k] = hn::MulAdd(oddDifference, cos, evenIm[k]);
+                    re[N / 2 - k] = hn::NegMulAdd(oddSum, cos, evenRe[k]);
+                    im[N / 2 - k] = hn::MulSub(oddDifference, cos, evenIm[k]);
+                } else {
+                    const auto odd = rotated(oddRe[k], oddIm[k], cos, hn::Set(d, kSine<N, k, T>));
+                    re[k] = hn::Add(evenRe[k], odd.re);
+                    im[k] = hn::Add(evenIm[k], odd.im);
+                    re[N / 2 - k] = hn::Sub(evenRe[k], odd.re);
+                    im[N / 2 - k] = hn::Sub(odd.im, evenIm[k]);
+                }
             });
         }
     }
