@@ -219,6 +219,11 @@ struct ScaledStorer {
     HWY_INLINE void storeFour(size_t i, W x) const {
         storer.storeFour(i, hn::Mul(x, hn::Set(Lanes<T, 8>(), factor)));
     }
+    // Of one or two.
+    template <class W>
+    HWY_INLINE void storePairs(size_t i, W x) const {
+        storer.storePairs(i, hn::Mul(x, hn::Set(hn::DFromV<W>(), factor)));
+    }
 };
 
 // ---- Passes ----

@@ -1,15 +1,22 @@
-// Complex transforms of 8, 16 and 32 points in registers of 8 lanes: 32 bytes of single precision, 64 of double.
+// Complex transforms of 8, 16 and 32 points in registers of 8 lanes, 32 bytes of single precision, 64 of double; of 4
+// and 8 points in registers of 16 bytes.
 #pragma once
 
 #include "transforms/fft_passes.hpp"
 
 namespace zvps::ZVPS_LEVEL {
 
-// Whether a transform is one of these: registers have the 8 lanes, and passes are not as fast. Eight points in double
-// precision so differ from the other levels' in the last bit.
+// Whether a transform is one of these: registers have the 8 lanes, and passes are not as fast. Eight points of double
+// precision in two planes so differ from the other levels' in the last bit.
 template <class T>
 constexpr bool isInRegisters(int order) {
     return kVectorBytes >= 8 * sizeof(T) && order >= 3 && (sizeof(T) == 4 || order == 3);
+}
+
+// Whether interleaved values stay so.
+template <class T>
+constexpr bool isInPairs(int order) {
+    return HWY_TARGET <= HWY_AVX2 && (order == 2 || (order == 3 && sizeof(T) == 8));
 }
 
 #if HWY_TARGET <= HWY_AVX2
@@ -122,21 +129,21 @@ struct SplitFours {
     }
 };
 
-// Constants of 8 lanes from a function of the place.
-template <class T, class F>
-struct EightValues {
-    alignas(64) T values[kEight];
+// Constants of N lanes from a function of the place.
+template <class T, class F, size_t N>
+struct LaneValues {
+    alignas(64) T values[N];
 
-    constexpr EightValues() : values() {
-        for (size_t i = 0; i < kEight; ++i) {
+    constexpr LaneValues() : values() {
+        for (size_t i = 0; i < N; ++i) {
             values[i] = static_cast<T>(F::at(i));
         }
     }
 };
-template <class T, class F>
-HWY_INLINE Eight<T> constant() {
-    static constexpr EightValues<T, F> kValues;
-    return hn::Load(Lanes<T, kEight>(), kValues.values);
+template <class T, class F, size_t N = kEight>
+HWY_INLINE Vec<T, N> constant() {
+    static constexpr LaneValues<T, F, N> kValues;
+    return hn::Load(Lanes<T, N>(), kValues.values);
 }
 
 // Of exp(-2 pi i step l / 32) for lanes l < 4: the real parts in both halves, and the imaginary ones, first negated.
@@ -214,6 +221,91 @@ HWY_INLINE void transformOf16(const Source& src, const Result& dst) {
     unroll<4>([&](auto k) ZVPS_INLINE_LAMBDA { dst.storeFour(4 * k, result.x[k]); });
 }
 
+// ---- One or two complex values in a register as they lie in memory: no shuffles on the way in and out ----
+
+// Signs that are left of a product with -i, the inverse's with i, after the parts have changed places: from pair kFirst
+// on.
+template <size_t kFirst, bool kInverse>
+struct QuarterTurn {
+    static constexpr double at(size_t i) { return i / 2 < kFirst || i % 2 == kInverse ? 1 : -1; }
+};
+
+// For butterflies. The inverse's have i and -i exchanged.
+template <class T, bool kInverse>
+struct InterleavedValue {
+    Vec<T, 2> pair;
+};
+
+template <class T, bool kInverse>
+HWY_INLINE InterleavedValue<T, kInverse> add(InterleavedValue<T, kInverse> a, InterleavedValue<T, kInverse> b) {
+    return {hn::Add(a.pair, b.pair)};
+}
+template <class T, bool kInverse>
+HWY_INLINE InterleavedValue<T, kInverse> sub(InterleavedValue<T, kInverse> a, InterleavedValue<T, kInverse> b) {
+    return {hn::Sub(a.pair, b.pair)};
+}
+template <class T, bool kInverse>
+HWY_INLINE InterleavedValue<T, kInverse> addI(InterleavedValue<T, kInverse> a, InterleavedValue<T, kInverse> b) {
+    const auto turned = hn::Reverse2(Lanes<T, 2>(), b.pair);
+    return {hn::NegMulAdd(turned, constant<T, QuarterTurn<0, kInverse>, 2>(), a.pair)};
+}
+template <class T, bool kInverse>
+HWY_INLINE InterleavedValue<T, kInverse> subI(InterleavedValue<T, kInverse> a, InterleavedValue<T, kInverse> b) {
+    const auto turned = hn::Reverse2(Lanes<T, 2>(), b.pair);
+    return {hn::MulAdd(turned, constant<T, QuarterTurn<0, kInverse>, 2>(), a.pair)};
+}
+template <class T, bool kInverse>
+HWY_INLINE InterleavedValue<T, kInverse> add(InterleavedValue<T, kInverse> a, InterleavedValue<T, kInverse> b,
+                                             Vec<T, 2> factor) {
+    return {hn::MulAdd(b.pair, factor, a.pair)};
+}
+template <class T, bool kInverse>
+HWY_INLINE InterleavedValue<T, kInverse> sub(InterleavedValue<T, kInverse> a, InterleavedValue<T, kInverse> b,
+                                             Vec<T, 2> factor) {
+    return {hn::NegMulAdd(b.pair, factor, a.pair)};
+}
+
+template <class T>
+struct PairsStorer {
+    T* p;
+
+    template <class W>
+    HWY_INLINE void storePairs(size_t i, W x) const {
+        hn::StoreU(x, hn::DFromV<W>(), p + 2 * i);
+    }
+};
+
+// The lanes of x and y (from 4 on) at the places i...
+template <int... i, class W>
+HWY_INLINE W picked(W x, W y) {
+    return W{__builtin_shufflevector(x.raw, y.raw, i...)};
+}
+
+template <class T, int order, bool kInverse, class Storer>
+HWY_INLINE void transformPairs(const T* src, const Storer& storer) {
+    if constexpr (sizeof(T) == 8) {
+        using Value = InterleavedValue<T, kInverse>;
+        Value x[size_t{1} << order];
+        unroll<(size_t{1} << order)>([&](auto n)
+                                         ZVPS_INLINE_LAMBDA { x[n].pair = hn::LoadU(Lanes<T, 2>(), src + 2 * n); });
+        Butterfly<T, 2, (size_t{1} << order)>::run([&](auto n) ZVPS_INLINE_LAMBDA { return x[n]; },
+                                                   [&](auto k, Value value)
+                                                       ZVPS_INLINE_LAMBDA { storer.storePairs(k, value.pair); });
+    } else {
+        static_assert(order == 2);
+        const Lanes<T, 4> d;
+        const auto x01 = hn::LoadU(d, src);
+        const auto x23 = hn::LoadU(d, src + 4);
+        const auto sum = hn::Add(x01, x23);
+        const auto difference = hn::Sub(x01, x23);
+        const auto even = picked<0, 1, 4, 5>(sum, difference);
+        const auto odd = picked<2, 3, 7, 6>(sum, difference);
+        const auto signs = constant<T, QuarterTurn<1, kInverse>, 4>();
+        storer.storePairs(0, hn::MulAdd(odd, signs, even));
+        storer.storePairs(2, hn::NegMulAdd(odd, signs, even));
+    }
+}
+
 // ---- Eight complex values in two registers ----
 
 // The cosine, or with a shift of 8 the negated sine, of 2 pi step l / 32 for lane l; and of 2 pi step / 32 for the
@@ -280,6 +372,10 @@ HWY_INLINE void transformInRegisters(const Source& src, const Result& dst, const
 
 #else
 
+template <class T>
+struct PairsStorer;
+template <class T, int order, bool kInverse, class Storer>
+void transformPairs(const T* src, const Storer& storer);
 template <class T, bool kInverse>
 struct InterleavedFours;
 template <class T>
