@@ -235,10 +235,10 @@ def fft_table(results):
     kinds = [row for row in results.rows(is_fft) if re.fullmatch(r"FFT_[CR]_\d+fc?", row)]
     if not kinds:
         return []
-    lines = ["Fourier transforms of 2^order points against FFTW: GFLOP/s (5 N log2 N / t, real 2.5) and their share of",
-             "the core's peak of multiply-adds, the times that copying the source to the result fits into ours (trips),",
-             "FFTW's time over ours, our unaligned time over that of aligned data, and relative errors of both in units",
-             "of 2^-24 or 2^-53; <: above FFTW's"]
+    lines = ["Fourier transforms of 2^order points against FFTW: GFLOP/s (5 N log2 N / t, real 2.5) and their share",
+             "of the core's peak of multiply-adds, the times that copying the source to the result fits into ours",
+             "(trips), FFTW's time over ours, our unaligned time over that of aligned data, and relative errors of",
+             "both in units of 2^-24 or 2^-53; <: above FFTW's"]
     passes = results.times["machine"]["pass"]
     for kind in kinds:
         part = "64f" if "64" in kind else "32f"
