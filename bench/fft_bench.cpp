@@ -5,19 +5,22 @@
 
 #include <fftw3.h>
 
+#include <algorithm>
 #include <cmath>
 #include <functional>
 #include <map>
 #include <memory>
 
-// Rows FFT_<type><form>: transforms of LENGTH points against FFTW's plans from FFTW_MEASURE on the same arrays. Real
-// spectra are in CCS layout, which is FFTW's. Counter `error`: the root of the mean square error over that of the
-// result, against FFTW in long double.
+// Rows FFT_<type><form>: transforms of LENGTH points against FFTW's plans from FFTW_MEASURE on the same arrays,
+// unaligned ones one element off. Real spectra are in CCS layout, which is FFTW's. Counter `error`: the root of the
+// mean square error over that of the result, against FFTW in long double, over as many vectors of data as make 2^16
+// points. Rows machine/pass/LENGTH: a copy of that many bytes.
 namespace bench {
 namespace {
 
 constexpr int kLeastOrder = 2;
 constexpr int kMostOrder = 22;
+constexpr int kErrorOrder = 16;
 
 enum class Form { outOfPlace, inPlace, unaligned, inverse };
 const std::map<Form, const char*> kForms = {
@@ -25,12 +28,18 @@ const std::map<Form, const char*> kForms = {
 
 // ---- Arrays ----
 
-// Room for the longest transform twice, one element more for misaligned ones.
+// Room for the longest transform twice, and for misaligned ones.
 template <class T>
 struct Arrays {
     T* src;
     T* dst;
 
+    static const Arrays& get() {
+        static const Arrays arrays;
+        return arrays;
+    }
+
+  private:
     Arrays() {
         constexpr size_t kBytes = ((2 * sizeof(T)) << kMostOrder) + 4096;
         constexpr size_t kApart = 1088; // out of each other's cache sets
@@ -47,17 +56,19 @@ struct Operands {
     T* src;
     T* dst;
 
-    Operands(Form form, size_t parts) {
-        static const Arrays<T> arrays;
-        const size_t offset = form == Form::unaligned ? 1 : 0;
+    Operands(bool isReal, Form form) {
+        const Arrays<T>& arrays = Arrays<T>::get();
+        const size_t offset = form != Form::unaligned ? 0 : isReal ? 1 : 2;
         src = (form == Form::inPlace ? arrays.dst : arrays.src) + offset;
         dst = arrays.dst + offset;
+    }
+
+    void fill(Form form, size_t parts) const {
+        std::fill_n(dst, parts, T{0});
+        if (form == Form::inPlace) return;
         Values values;
-        const bool isZero = form == Form::inPlace || form == Form::inverse;
-        for (size_t i = 0; i < parts; ++i) {
-            src[i] = isZero ? T{0} : values.operand<T>();
-            if (src != dst) dst[i] = 0;
-        }
+        for (size_t i = 0; i < parts; ++i)
+            src[i] = form == Form::inverse ? T{0} : values.operand<T>();
     }
 };
 
@@ -128,7 +139,7 @@ typename Fftw<T>::Plan measuredPlan(bool isReal, Form form, int order) {
     static std::map<std::tuple<bool, Form, int>, typename Fftw<T>::Plan> plans;
     auto& plan = plans[{isReal, form, order}];
     if (plan == nullptr) {
-        const Operands<T> operands(form, 0);
+        const Operands<T> operands(isReal, form);
         plan = Fftw<T>::plan(isReal, form == Form::inverse, order, operands.src, operands.dst, FFTW_MEASURE);
     }
     return plan;
@@ -136,41 +147,43 @@ typename Fftw<T>::Plan measuredPlan(bool isReal, Form form, int order) {
 
 // ---- Accuracy ----
 
-template <class T>
-double relativeError(bool isReal, int order, const Operands<T>& operands) {
+// Measured once a name, on the same data for all peers.
+template <class T, class Call>
+double relativeError(const std::string& name, bool isReal, int order, const Operands<T>& operands, Call call) {
+    static std::map<std::string, double> measured;
+    const auto [entry, isNew] = measured.try_emplace(name, 0);
+    if (!isNew) return entry->second;
     const size_t count = partsOf(isReal, order);
-    using Reference = std::vector<long double>;
-    static std::map<std::pair<bool, int>, Reference> references;
-    Reference& reference = references[{isReal, order}];
-    if (reference.empty()) {
-        Reference src(operands.src, operands.src + count);
-        reference.resize(count);
-        const auto plan = Fftw<long double>::plan(isReal, false, order, src.data(), reference.data(), FFTW_ESTIMATE);
-        Fftw<long double>::execute(plan);
-        Fftw<long double>::destroy(plan);
-    }
+    std::vector<long double> src(count);
+    std::vector<long double> exact(count);
+    const auto plan = Fftw<long double>::plan(isReal, false, order, src.data(), exact.data(), FFTW_ESTIMATE);
+    Values values;
     long double errors = 0;
-    long double values = 0;
-    for (size_t i = 0; i < count; ++i) {
-        const long double error = operands.dst[i] - reference[i];
-        errors += error * error;
-        values += reference[i] * reference[i];
+    long double squares = 0;
+    for (int vectors = order < kErrorOrder ? 1 << (kErrorOrder - order) : 1; vectors > 0; --vectors) {
+        std::generate_n(operands.src, count, [&] { return values.operand<T>(); });
+        std::copy_n(operands.src, count, src.begin());
+        call(operands);
+        Fftw<long double>::execute(plan);
+        for (size_t i = 0; i < count; ++i) {
+            const long double error = operands.dst[i] - exact[i];
+            errors += error * error;
+            squares += exact[i] * exact[i];
+        }
     }
-    return static_cast<double>(std::sqrt(errors / values));
+    Fftw<long double>::destroy(plan);
+    return entry->second = static_cast<double>(std::sqrt(errors / squares));
 }
 
 // ---- Rows ----
 
 template <class T, class Call>
 void run(benchmark::State& state, const std::string& name, bool isReal, Form form, int order, Call call) {
-    const Operands<T> operands(form, partsOf(isReal, order));
+    const Operands<T> operands(isReal, form);
+    if (form == Form::outOfPlace) state.counters["error"] = relativeError(name, isReal, order, operands, call);
+    operands.fill(form, partsOf(isReal, order));
     for (int i = 0; i != kWarmUpCalls; ++i)
         call(operands);
-    if (form == Form::outOfPlace) {
-        static std::map<std::string, double> errors;
-        if (errors.find(name) == errors.end()) errors[name] = relativeError(isReal, order, operands);
-        state.counters["error"] = errors[name];
-    }
     for ([[maybe_unused]] auto _ : state) {
         call(operands);
         benchmark::ClobberMemory();
@@ -204,6 +217,23 @@ void transforms(const std::string& type) {
     }
 }
 
+// For each size of a transform's source from order 14 on.
+void passes() {
+    const Arrays<Zvp64f>& arrays = Arrays<Zvp64f>::get();
+    for (size_t bytes = size_t{4} << 14; bytes <= size_t{16} << kMostOrder; bytes *= 2) {
+        const std::string name = "machine/pass/" + std::to_string(bytes);
+        benchmark::RegisterBenchmark(name.c_str(), [&arrays, bytes](benchmark::State& state) {
+            for ([[maybe_unused]] auto _ : state) {
+                plain::copy(reinterpret_cast<const float*>(arrays.src), reinterpret_cast<float*>(arrays.dst),
+                            static_cast<int>(bytes / sizeof(float)));
+                benchmark::ClobberMemory();
+            }
+            state.counters["traffic"] = 2;
+            state.counters["bytes"] = static_cast<double>(2 * bytes);
+        });
+    }
+}
+
 // The spectra of half as many samples as the vectors have elements, so that the expanded ones fit.
 template <class T, class Complex>
 void expansion(const char* row, ZvpStatus (*expand)(const T*, Complex*, int)) {
@@ -226,6 +256,7 @@ void spectra() {
 } // namespace
 
 void registerFft() {
+    passes();
     spectra();
     transforms<OursC_32fc>("C_32fc");
     transforms<OursR_32f>("R_32f");

@@ -14,8 +14,10 @@ Lengths shortLengths() {
 
 namespace {
 
-// What this machine's memory gives: the measure of the large rows.
+// What this machine's memory gives, the measure of the large rows, and its core: of LENGTH multiply-adds.
 void registerMachine() {
+    Row<Zvp32f>("machine", 1, {kLarge}).with("fma_32f", BENCH_CALL(v.dst[0] = plain::multiplyAdds(v.a, v.n)));
+    Row<Zvp64f>("machine", 1, {kLarge}).with("fma_64f", BENCH_CALL(v.dst[0] = plain::multiplyAdds(v.a, v.n)));
     Row<Zvp32f>("machine", 2, {kLarge}).with("copy", BENCH_CALL(plain::copy(v.a, v.dst, v.n)));
     Row<Zvp32f>("machine", 3, {kLarge}).with("triad", BENCH_CALL(plain::triad(v.a, v.b, v.val, v.dst, v.n)));
 }

@@ -85,6 +85,9 @@ void toHalf(const float* a, uint16_t* dst, int n);
 
 void copy(const float* a, float* dst, int n);
 void triad(const float* a, const float* b, float val, float* dst, int n);
+// n fused multiply-adds of elements in registers, as fast as the core does them.
+template <class T>
+T multiplyAdds(const T* a, int n);
 
 // Elements above the level, or of a magnitude above it, become the level.
 template <class T, class Level>

@@ -140,6 +140,27 @@ void triad(const float* __restrict a, const float* __restrict b, float val, floa
         dst[i] = a[i] + val * b[i];
 }
 
+template <class T>
+T multiplyAdds(const T* a, int n) {
+    constexpr int kBytes = 32;
+    constexpr int kLanes = kBytes / sizeof(T);
+    constexpr int kChains = 12; // more than two pipes take in the time of one operation
+    using Vector [[gnu::vector_size(kBytes)]] = T;
+    Vector sums[kChains];
+    for (int j = 0; j < kChains; ++j)
+        sums[j] = a[j] - Vector{};
+    const Vector factor = a[kChains] / 4 - Vector{};
+    for (int i = 0; i < n; i += kChains * kLanes) {
+#pragma GCC unroll 12
+        for (Vector& sum : sums)
+            sum = sum * factor + factor;
+    }
+    Vector total{};
+    for (const Vector& sum : sums)
+        total += sum;
+    return total[0];
+}
+
 #define PLAIN_FLOATING(T)                                                                                              \
     template void add(const T*, const T*, T*, int);                                                                    \
     template void subtract(const T*, const T*, T*, int);                                                               \
@@ -151,6 +172,8 @@ void triad(const float* __restrict a, const float* __restrict b, float val, floa
 PLAIN_FLOATING(Zvp32f)
 PLAIN_FLOATING(Zvp64f)
 PLAIN_FLOATING(Zvp32fc)
+template Zvp32f multiplyAdds(const Zvp32f*, int);
+template Zvp64f multiplyAdds(const Zvp64f*, int);
 template void absolute(const Zvp32f*, Zvp32f*, int);
 template void absolute(const Zvp64f*, Zvp64f*, int);
 

@@ -39,7 +39,7 @@ class Results:
             lengths = self.times[row][peer]
             lengths[length] = min(run["cpu_time"], lengths.get(length, math.inf))
             self.traffic[row] = int(run["traffic"])
-            self.bytes[row, length] = run["bytes"]
+            self.bytes[row, peer, length] = run["bytes"]
             if "error" in run:
                 self.error[row, peer, length] = run["error"]
 
@@ -59,7 +59,7 @@ class Results:
     def speed(self, row, peer, length=LARGE):
         """GB/s, or None."""
         time = self.times[row].get(peer, {}).get(length)
-        return self.bytes[row, length] / time if time else None
+        return self.bytes[row, peer, length] / time if time else None
 
     def vector_lanes(self, row):
         """Elements a vector of this machine."""
@@ -228,23 +228,33 @@ def misaligned_table(results):
 
 
 FFT_FORMS = (("", "out"), ("_I", "in place"), ("@all", "unaligned"), ("_Inv", "inverse"))
+FFT_LEAST_TRIPS = 14
 
 
 def fft_table(results):
     kinds = [row for row in results.rows(is_fft) if re.fullmatch(r"FFT_[CR]_\d+fc?", row)]
     if not kinds:
         return []
-    lines = ["Fourier transforms of 2^order points against FFTW: GFLOP/s (5 N log2 N / t, real 2.5), FFTW's time over ours,",
-             "our unaligned time over that of aligned data, and relative errors of both in units of 2^-24 or 2^-53"]
+    lines = ["Fourier transforms of 2^order points against FFTW: GFLOP/s (5 N log2 N / t, real 2.5) and their share",
+             "of the core's peak of multiply-adds, the times that copying the source to the result fits into ours",
+             "(trips), FFTW's time over ours, our unaligned time over that of aligned data, and relative errors of",
+             "both in units of 2^-24 or 2^-53; <: above FFTW's"]
+    passes = results.times["machine"]["pass"]
     for kind in kinds:
-        unit = 2.0 ** (-53 if "64" in kind else -24)
-        lines += ["", f"{kind:8}order        ns GFLOP/s" + "".join(title.rjust(11) for _, title in FFT_FORMS) +
+        part = "64f" if "64" in kind else "32f"
+        parts = 1 if "_R_" in kind else 2
+        unit = 2.0 ** (-53 if part == "64f" else -24)
+        peak = next((2 * n / time for n, time in results.times["machine"][f"fma_{part}"].items()), None)
+        lines += ["", kind + (f": the peak is {peak:.0f} GFLOP/s" if peak else ""),
+                  "order        ns GFLOP/s  peak trips" + "".join(title.rjust(11) for _, title in FFT_FORMS) +
                   "  @/aligned   ours    fftw"]
         ratios = defaultdict(list)
         for length, ours in sorted(results.times[kind]["ours"].items()):
             order = length.bit_length() - 1
-            flops = (2.5 if "_R_" in kind else 5) * length * order
-            line = f"{order:13}{ours:10.0f}{flops / ours:8.1f}"
+            flops = 2.5 * parts * length * order
+            once = passes.get(length * parts * int(part[:2]) // 8) if order >= FFT_LEAST_TRIPS else None
+            line = f"{order:5}{ours:10.0f}{flops / ours:8.1f}" + cell(peak and flops / ours / peak)
+            line += cell(once and ours / once, "{:.1f}")
             for suffix, title in FFT_FORMS:
                 ratio = results.ratio(kind + suffix, "fftw", length) if kind + suffix in results.times else None
                 line += (cell(ratio, width=10) + ("<" if ratio and ratio < 1 else " "))
@@ -252,12 +262,11 @@ def fft_table(results):
                     ratios[title].append(ratio)
             unaligned = results.times[kind + "@all"]["ours"].get(length) if kind + "@all" in results.times else None
             line += cell(unaligned and unaligned / ours, width=11)
-            for peer in ("ours", "fftw"):
-                error = results.error.get((kind, peer, length))
-                line += cell(error and error / unit, width=8)
-            lines.append(line)
+            errors = [results.error.get((kind, peer, length)) for peer in ("ours", "fftw")]
+            line += "".join(cell(error and error / unit, width=8) for error in errors)
+            lines.append(line + (" <" if all(errors) and errors[0] > errors[1] else ""))
         if ratios:
-            lines.append("geometric mean".ljust(31) +
+            lines.append("geometric mean".ljust(35) +
                          "".join((cell(geometric_mean(ratios[title]), width=10) if title in ratios else " " * 10) + " "
                                  for _, title in FFT_FORMS))
     return lines

@@ -1,5 +1,6 @@
 // Correlation and convolution against their sums in higher precision.
 #include "framework/filters.hpp"
+#include "framework/memory.hpp"
 #include "zvpcore.h"
 
 #include <climits>
@@ -88,9 +89,9 @@ std::vector<D> resultsOf(const F& f, const std::vector<S>& a, const std::vector<
                          bool atEnd = true) {
     const Guarded<S> src1(a, atEnd), src2(b, atEnd);
     const Guarded<D> dst(std::vector<D>(static_cast<size_t>(shape.count)), atEnd);
-    const int before = blocksInUse;
+    const size_t before = blocks.size();
     EXPECT_EQ(f.call(src1.data(), src2.data(), dst.data(), shape), zvpStsOk) << f.name;
-    EXPECT_EQ(blocksInUse, before) << f.name;
+    EXPECT_EQ(blocks.size(), before) << f.name;
     return dst.contents();
 }
 
@@ -287,14 +288,14 @@ TEST(Correlation, RefusedMemoryLeavesNothingBehind) {
             const auto a = randomSource<typename F::Source>(shape.length1, random);
             const auto b = randomSource<typename F::Source>(shape.length2, random);
             std::vector<typename F::Result> dst(static_cast<size_t>(shape.count));
-            const int inUse = blocksInUse;
+            const size_t inUse = blocks.size();
             int allowed = 0;
             ZvpStatus status = zvpStsNoMemory;
             for (; status == zvpStsNoMemory; ++allowed) {
-                refuseAfter = allowed;
+                allocationsLeft = allowed;
                 status = f.call(a.data(), b.data(), dst.data(), shape);
-                refuseAfter = -1;
-                EXPECT_EQ(blocksInUse, inUse) << f.name;
+                allocationsLeft = -1;
+                EXPECT_EQ(blocks.size(), inUse) << f.name;
             }
             EXPECT_EQ(status, zvpStsOk) << f.name;
             EXPECT_GT(allowed, 1) << f.name << ' ' << shape.length1;

@@ -1,5 +1,6 @@
 // FIR filters of several rates: every form of every type against the filtered upsampled signal in higher precision.
 #include "framework/filters.hpp"
+#include "framework/memory.hpp"
 #include "zvpcore.h"
 
 #include <omp.h>
@@ -426,12 +427,12 @@ TEST(FirMultirate, RefusedMemoryLeavesNothingBehind) {
         constexpr int kTaps = 12000; // too many for the windows on the stack
         const auto taps = randomVector<typename F::Taps>(kTaps, random);
         const auto past = randomVector<D>(pastOf(kTaps, r), random);
-        const int before = blocksInUse;
+        const size_t before = blocks.size();
         typename F::State* state = nullptr;
-        refuseAfter = 0;
+        allocationsLeft = 0;
         EXPECT_EQ(family.initAlloc(&state, taps.data(), kTaps, r, nullptr), zvpStsNoMemory);
         EXPECT_EQ(state, nullptr);
-        refuseAfter = -1;
+        allocationsLeft = -1;
         const auto x = randomVector<D>(3 * 3000, random);
         auto y = x;
         {
@@ -439,10 +440,10 @@ TEST(FirMultirate, RefusedMemoryLeavesNothingBehind) {
             int allocations = 0;
             const auto tryRun = [&](auto run) {
                 for (allocations = 0;; ++allocations) {
-                    refuseAfter = allocations;
+                    allocationsLeft = allocations;
                     const ZvpStatus status = run();
-                    refuseAfter = -1;
-                    EXPECT_EQ(blocksInUse, before + 1) << family.name;
+                    allocationsLeft = -1;
+                    EXPECT_EQ(blocks.size(), before + 1) << family.name;
                     if (status == zvpStsOk) return;
                     ASSERT_EQ(status, zvpStsNoMemory);
                     EXPECT_TRUE(sameBits(x, y) && sameBits(filter.line(), past)) << family.name;
@@ -458,7 +459,7 @@ TEST(FirMultirate, RefusedMemoryLeavesNothingBehind) {
                 EXPECT_EQ(allocations, 3) << family.name;
             }
         }
-        EXPECT_EQ(blocksInUse, before);
+        EXPECT_EQ(blocks.size(), before);
     });
     // A state of 1 tap needs little memory, whatever its factors.
     const Zvp32f tap = 3;

@@ -1,5 +1,6 @@
 // FIR filters of one rate: every form of every type against sums in higher precision, and against each other.
 #include "framework/filters.hpp"
+#include "framework/memory.hpp"
 #include "zvpcore.h"
 
 #include <omp.h>
@@ -526,12 +527,12 @@ TEST(Fir, RefusedMemoryLeavesNothingBehind) {
         constexpr int kTaps = 3000;
         const auto taps = randomVector<typename F::Taps>(kTaps, random);
         const auto x = randomVector<D>(7000, random);
-        const int before = blocksInUse;
+        const size_t before = blocks.size();
         typename F::State* state = nullptr;
         const auto refused = [&](auto call) {
-            refuseAfter = 0;
+            allocationsLeft = 0;
             EXPECT_EQ(call(), zvpStsNoMemory) << family.name;
-            refuseAfter = -1;
+            allocationsLeft = -1;
         };
         refused([&] { return family.initAlloc(&state, taps.data(), kTaps, nullptr); });
         EXPECT_EQ(state, nullptr);
@@ -542,7 +543,7 @@ TEST(Fir, RefusedMemoryLeavesNothingBehind) {
             EXPECT_TRUE(sameBits(x, y)) << family.name;
             // As if the refused call had not been.
             EXPECT_TRUE(sameBits(filtered(family, fresh.get(), x, {}, 9), filtered(family, good.get(), x, {}, 9)));
-            EXPECT_EQ(blocksInUse, before + 2);
+            EXPECT_EQ(blocks.size(), before + 2);
             auto line = randomVector<D>(2 * kTaps, random);
             const auto lineBefore = line;
             int index = 17;
@@ -553,7 +554,7 @@ TEST(Fir, RefusedMemoryLeavesNothingBehind) {
             }
             EXPECT_TRUE(index == 17 && sameBits(line, lineBefore) && sameBits(x, y)) << family.name;
         }
-        EXPECT_EQ(before, blocksInUse);
+        EXPECT_EQ(before, blocks.size());
     });
 }
 

@@ -2,6 +2,7 @@
 #include "filters/iir_state.hpp"
 #include "framework/arena.hpp"
 #include "framework/filters.hpp"
+#include "framework/memory.hpp"
 
 #include <climits>
 #include <cmath>
@@ -498,14 +499,14 @@ TEST(Iir, StatesAndStatuses) {
             zero[zero.size() - 6] = {}; // the last B0
             EXPECT_EQ(c.f.initAlloc[c.kind](&state, zero.data(), c.n, 0, nullptr), zvpStsDivByZeroErr);
         }
-        refuseAfter = 0;
+        allocationsLeft = 0;
         EXPECT_EQ(c.f.initAlloc[c.kind](&state, taps, c.n, 0, nullptr), zvpStsNoMemory);
-        refuseAfter = -1;
+        allocationsLeft = -1;
         EXPECT_EQ(state, untouched) << where;
-        EXPECT_EQ(blocksInUse, 0);
+        EXPECT_TRUE(blocks.empty());
 
         ASSERT_EQ(c.f.initAlloc[c.kind](&state, taps, c.n, 0, c.delay.data()), zvpStsOk);
-        EXPECT_EQ(blocksInUse, 1);
+        EXPECT_EQ(blocks.size(), 1U);
         EXPECT_TRUE(sameBits(c.currentDelay(state), c.delay)) << where;
         const auto* const header = zvps::header(state);
         EXPECT_EQ(header->tag, layoutOf(c.f.name).tags[c.kind]) << where;
@@ -527,7 +528,7 @@ TEST(Iir, StatesAndStatuses) {
         EXPECT_EQ(c.f.setTaps(nullptr, state, 0), zvpStsNullPtr);
         EXPECT_EQ(c.f.free(nullptr), zvpStsNullPtr);
         EXPECT_EQ(c.f.free(state), zvpStsOk);
-        EXPECT_EQ(blocksInUse, 0);
+        EXPECT_TRUE(blocks.empty());
 
         state = c.init(buffer.data());
         EXPECT_EQ(c.f.free(state), zvpStsOk);
@@ -632,7 +633,7 @@ TEST(Iir, Extremes) {
             EXPECT_EQ(zvpsIIRFree_32f(second), zvpStsOk);
         }
     }
-    EXPECT_EQ(blocksInUse, 0);
+    EXPECT_TRUE(blocks.empty());
 }
 
 // ---- Direct form 1 ----
@@ -801,7 +802,7 @@ TEST(Iir, Channels) {
     EXPECT_TRUE(sameBits(result, expected));
     zvpsIIRFree_32f(plain);
     zvpsIIRFree_32f(other);
-    EXPECT_EQ(blocksInUse, 0);
+    EXPECT_TRUE(blocks.empty());
 }
 
 // ---- Without a state ----

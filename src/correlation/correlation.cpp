@@ -64,7 +64,7 @@ struct Scaled16s {
     int scaleFactor;
 
     void operator()(int64_t k, const Zvp64f* sums, int64_t n) const {
-        convertBack(sums, dst + k, static_cast<int>(n), scaleFactor);
+        fromFloats(sums, dst + k, static_cast<int>(n), scaleFactor);
     }
     void operator()(int64_t k, const Zvp64s* sums, int64_t n) const {
         for (int64_t i = 0; i < n; ++i)

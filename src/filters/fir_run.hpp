@@ -5,8 +5,8 @@
 #include "core/level.hpp"
 #include "filters/fir.table.hpp"
 #include "filters/fir_state.hpp"
+#include "vector/converted.hpp"
 #include "zvpcore.h"
-#include "zvps/convert.h"
 #include "zvps/memory.h"
 
 #include <limits>
@@ -44,37 +44,12 @@ class Scratch {
 
 // ---- Data to elements of the filter and back ----
 
-inline void convertAll(const Zvp16s* src, Zvp32f* dst, int n) {
-    zvpsConvert_16s32f(src, dst, n);
-}
-inline void convertAll(const Zvp16s* src, Zvp64f* dst, int n) {
-    zvpsConvert_16s64f_Sfs(src, dst, n, 0);
-}
-inline void convertAll(const Zvp32s* src, Zvp64f* dst, int n) {
-    zvpsConvert_32s64f(src, dst, n);
-}
-inline void convertAll(const Zvp32f* src, Zvp64f* dst, int n) {
-    zvpsConvert_32f64f(src, dst, n);
-}
-inline void convertBack(const Zvp32f* src, Zvp16s* dst, int n, int scaleFactor) {
-    zvpsConvert_32f16s_Sfs(src, dst, n, zvpRndNear, scaleFactor);
-}
-inline void convertBack(const Zvp64f* src, Zvp16s* dst, int n, int scaleFactor) {
-    zvpsConvert_64f16s_Sfs(src, dst, n, zvpRndNear, scaleFactor);
-}
-inline void convertBack(const Zvp64f* src, Zvp32s* dst, int n, int scaleFactor) {
-    zvpsConvert_64f32s_Sfs(src, dst, n, zvpRndNear, scaleFactor);
-}
-inline void convertBack(const Zvp64f* src, Zvp32f* dst, int n, int) {
-    zvpsConvert_64f32f(src, dst, n);
-}
-
 template <class From, class To>
 void loadElements(const From* src, To* dst, size_t n) {
     if constexpr (std::is_same_v<From, To>) {
         std::memcpy(dst, src, n * sizeof(To));
     } else if (n > 0) {
-        convertAll(parts(src), parts(dst), static_cast<int>(partCount<From>(static_cast<int>(n))));
+        toFloats(parts(src), parts(dst), static_cast<int>(partCount<From>(static_cast<int>(n))));
     }
 }
 template <class From, class To>
@@ -82,7 +57,7 @@ void storeElements(const From* src, To* dst, size_t n, int scaleFactor) {
     if constexpr (std::is_same_v<From, To>) {
         std::memcpy(dst, src, n * sizeof(To));
     } else {
-        convertBack(parts(src), parts(dst), static_cast<int>(partCount<From>(static_cast<int>(n))), scaleFactor);
+        fromFloats(parts(src), parts(dst), static_cast<int>(partCount<From>(static_cast<int>(n))), scaleFactor);
     }
 }
 

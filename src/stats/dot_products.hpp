@@ -29,8 +29,8 @@ HWY_INLINE Vec<T, N> duplicated(Lanes<T, N> d, Vec<T, N / 2> v) {
     return hn::TableLookupLanes(hn::ZeroExtendVector(d, v), hn::SetTableIndices(d, indices));
 }
 
-// Real elements beside the pairs of complex ones; indices count lanes.
-template <class T, class V>
+// Real elements beside the pairs of complex ones: each group of kTogether of them twice; indices count lanes.
+template <class T, class V, size_t kTogether = 1>
 struct TwiceEach {
     const T* p;
 
@@ -46,11 +46,14 @@ struct TwiceEach {
   private:
     template <size_t N>
     static HWY_INLINE Vec<V, N> twice(Vec<T, N / 2> v) {
-        const Lanes<V, N / 2> half;
-        if constexpr (N == 2) {
-            return hn::Set(Lanes<V, N>(), hn::GetLane(widened(half, v)));
+        const Lanes<V, N> d;
+        if constexpr (kTogether == 2) {
+            static_assert(sizeof(T) == 2 && sizeof(V) == 2);
+            return hn::BitCast(d, duplicated(Lanes<int32_t, N / 2>(), hn::BitCast(Lanes<int32_t, N / 4>(), v)));
+        } else if constexpr (N == 2) {
+            return hn::Set(d, hn::GetLane(widened(Lanes<V, 1>(), v)));
         } else {
-            return duplicated(Lanes<V, N>(), widened(half, v));
+            return duplicated(d, widened(Lanes<V, N / 2>(), v));
         }
     }
 };
@@ -149,27 +152,6 @@ R RealDot16(const Zvp16s* src1, const Zvp16s* src2, size_t n) {
     return sum;
 }
 
-// Pairs of real elements, each pair twice.
-struct PairsTwice16 {
-    const Zvp16s* p;
-
-    template <size_t N>
-    HWY_INLINE Vec<int16_t, N> load(size_t i) const {
-        return twice<N>(hn::LoadU(Lanes<int16_t, N / 2>(), p + i / 2));
-    }
-    template <size_t N>
-    HWY_INLINE Vec<int16_t, N> loadSome(size_t i, size_t n) const {
-        return twice<N>(loadFirst(Lanes<int16_t, N / 2>(), p + i / 2, n / 2));
-    }
-
-  private:
-    template <size_t N>
-    static HWY_INLINE Vec<int16_t, N> twice(Vec<int16_t, N / 2> v) {
-        const auto pairs = hn::BitCast(Lanes<int32_t, N / 4>(), v);
-        return hn::BitCast(Lanes<int16_t, N>(), duplicated(Lanes<int32_t, N / 2>(), pairs));
-    }
-};
-
 // Pairs of complex elements as their two real parts, then their two imaginary parts.
 struct MixedDot16Sums {
     OffsetTotal sums;
@@ -187,7 +169,7 @@ R MixedDot16(const Zvp16s* src1, const Zvp16sc* src2, size_t n) {
     int64_t sums[2] = {0, 0};
     forEachBlock(n, [&](size_t first, size_t count) {
         MixedDot16Sums op;
-        addAll<kLanesOf<int16_t>>(op, 2 * count, PairsTwice16{src1 + first},
+        addAll<kLanesOf<int16_t>>(op, 2 * count, TwiceEach<int16_t, int16_t, 2>{src1 + first},
                                   Values<int16_t>{reinterpret_cast<const int16_t*>(src2 + first)});
         op.sums.addTo<2>(sums, wholeVectors<int16_t>(2 * count));
     });

@@ -34,28 +34,19 @@ HWY_INLINE void withStorer(const DftPoints<T>& points, const Run& run) {
     }
 }
 
-// The points from i on.
+// Those from i on: points, and what loads or stores them.
 template <class T>
 HWY_INLINE DftPoints<T> pointsFrom(const DftPoints<T>& points, size_t i) {
     const auto offset = static_cast<ptrdiff_t>(i) * points.step;
     return {points.re + offset, points.im + offset, points.step};
 }
-
-template <class T>
-HWY_INLINE SplitLoader<T> loaderFrom(const SplitLoader<T>& loader, size_t i) {
-    return {loader.re + i, loader.im + i};
+template <template <class> class Split, class T>
+HWY_INLINE Split<T> pointsFrom(const Split<T>& points, size_t i) {
+    return {points.re + i, points.im + i};
 }
-template <class T, bool kInverse>
-HWY_INLINE InterleavedLoader<T, kInverse> loaderFrom(const InterleavedLoader<T, kInverse>& loader, size_t i) {
-    return {loader.p + 2 * i};
-}
-template <class T>
-HWY_INLINE SplitStorer<T> storerFrom(const SplitStorer<T>& storer, size_t i) {
-    return {storer.re + i, storer.im + i};
-}
-template <class T, bool kInverse>
-HWY_INLINE InterleavedStorer<T, kInverse> storerFrom(const InterleavedStorer<T, kInverse>& storer, size_t i) {
-    return {storer.p + 2 * i};
+template <template <class, bool> class Interleaved, class T, bool kInverse>
+HWY_INLINE Interleaved<T, kInverse> pointsFrom(const Interleaved<T, kInverse>& points, size_t i) {
+    return {points.p + 2 * i};
 }
 
 // ---- Small lengths ----
@@ -247,7 +238,7 @@ HWY_NOINLINE void loadColumns(const Loader& loader, size_t points, size_t column
     constexpr size_t V = kDftLanes<T>;
     constexpr size_t B = kDftBlock<T>;
     for (size_t n = 0; n < points; ++n) {
-        const Loader row = loaderFrom(loader, n * columns);
+        const Loader row = pointsFrom(loader, n * columns);
         unroll<B / V>([&](auto half)
                           ZVPS_INLINE_LAMBDA { storeBlock<T>(row.template load<V, B>(half * V), dst + half * V, n); });
     }
@@ -270,7 +261,7 @@ HWY_NOINLINE void storeRows(const T* src, size_t points, size_t step, T factor, 
     constexpr size_t V = kDftLanes<T>;
     constexpr size_t B = kDftBlock<T>;
     for (size_t n = 0; n < points; ++n) {
-        const ScaledStorer<T, Storer> row = {storerFrom(storer, n * step), factor};
+        const ScaledStorer<T, Storer> row = {pointsFrom(storer, n * step), factor};
         unroll<B / V>([&](auto half)
                           ZVPS_INLINE_LAMBDA { row.template store<V, B>(half * V, loadBlock<T>(src + half * V, n)); });
     }
@@ -473,8 +464,8 @@ void directDft(size_t length, const T* roots, const DftPoints<const T>& src, con
                 }
                 even = scaledBy(even, factor);
                 odd = scaledBy(odd, factor);
-                storerFrom(storer, 1 + first).template store<V, B>(half, subI(even, odd));
-                storerFrom(storer, length - B - first).template store<V, B>(B - V - half, reversed(addI(even, odd)));
+                pointsFrom(storer, 1 + first).template store<V, B>(half, subI(even, odd));
+                pointsFrom(storer, length - B - first).template store<V, B>(B - V - half, reversed(addI(even, odd)));
             }
         }
     });
@@ -500,7 +491,7 @@ HWY_INLINE ComplexVec<T, N> loadPoints(const Loader& loader, const DftPoints<con
         const DftPoints<const T> from = pointsFrom(points, i);
         return {hn::LoadU(d, from.re), hn::LoadU(d, from.im)};
     } else {
-        return loaderFrom(loader, i).template load<N, N>(0);
+        return pointsFrom(loader, i).template load<N, N>(0);
     }
 }
 template <size_t N, class T, class Storer>
@@ -511,7 +502,7 @@ HWY_INLINE void storePoints(ComplexVec<T, N> x, const Storer& storer, const DftP
         hn::StoreU(x.re, d, to.re);
         hn::StoreU(x.im, d, to.im);
     } else {
-        storerFrom(storer, i).template store<N, N>(0, x);
+        pointsFrom(storer, i).template store<N, N>(0, x);
     }
 }
 template <size_t N, class T>

@@ -130,7 +130,8 @@ HWY_INLINE void combineFour(C sumEven, C differenceEven, C sumOdd, C differenceO
 // which take those that add. The result is the same.
 enum AdditionPipes { kAdders, kMultipliersToo };
 
-// The forward transform of R points: reads in(Index<n>()) once for every n, then calls out(Index<k>(), X[k]).
+// The forward transform of R points: reads in(Index<n>()) once for every n, then calls out(Index<k>(), X[k]). 4 and 8
+// points may be of any type that has the arithmetic above.
 template <class T, size_t V, size_t R, AdditionPipes pipes = kAdders>
 struct Butterfly;
 
@@ -148,9 +149,9 @@ struct Butterfly<T, V, 2, pipes> {
 
 template <class T, size_t V, AdditionPipes pipes>
 struct Butterfly<T, V, 4, pipes> {
-    using C = ComplexVec<T, V>;
     template <class In, class Out>
     static HWY_INLINE void run(const In& in, const Out& out) {
+        using C = decltype(in(Index<0>()));
         const C x0 = in(Index<0>());
         const C x2 = in(Index<2>());
 #if HWY_TARGET <= HWY_AVX2
@@ -174,9 +175,9 @@ struct Butterfly<T, V, 4, pipes> {
 
 template <class T, size_t V, AdditionPipes pipes>
 struct Butterfly<T, V, 8, pipes> {
-    using C = ComplexVec<T, V>;
     template <class In, class Out>
     static HWY_INLINE void run(const In& in, const Out& out) {
+        using C = decltype(in(Index<0>()));
         const Lanes<T, V> d;
         C even[4], odd[4];
         Butterfly<T, V, 4, pipes>::run([&](auto n) ZVPS_INLINE_LAMBDA { return in(Index<2 * n>()); },

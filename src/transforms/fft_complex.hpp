@@ -362,7 +362,9 @@ ZvpStatus fixedComplex(const T* src, T* dst, T factor) {
     constexpr bool kInverse = direction == kFftInverse;
     const InterleavedLoader<T, kInverse> loader = {src};
     const auto storer = scaled<scales>(InterleavedStorer<T, kInverse>{dst}, factor);
-    if constexpr (isInRegisters<T>(order)) {
+    if constexpr (isInPairs<T>(order)) {
+        transformPairs<T, order, kInverse>(src, scaled<scales>(PairsStorer<T>{dst}, factor));
+    } else if constexpr (isInRegisters<T>(order)) {
         transformInRegisters<T, order>(InterleavedFours<const T, kInverse>{src},
                                        scaled<scales>(InterleavedFours<T, kInverse>{dst}, factor), loader, storer);
     } else {

@@ -214,14 +214,15 @@ struct ScaledStorer {
         const auto f = hn::Set(Lanes<T, V>(), factor);
         storer.template store<V, B>(i, ComplexVec<T, V>{hn::Mul(x.re, f), hn::Mul(x.im, f)});
     }
-    // Of four or two values in one vector.
+    // Of four values in one vector.
     template <class W>
     HWY_INLINE void storeFour(size_t i, W x) const {
         storer.storeFour(i, hn::Mul(x, hn::Set(Lanes<T, 8>(), factor)));
     }
+    // Of one or two.
     template <class W>
-    HWY_INLINE void storeTwo(size_t i, W x) const {
-        storer.storeTwo(i, hn::Mul(x, hn::Set(Lanes<T, 4>(), factor)));
+    HWY_INLINE void storePairs(size_t i, W x) const {
+        storer.storePairs(i, hn::Mul(x, hn::Set(hn::DFromV<W>(), factor)));
     }
 };
 

@@ -18,47 +18,82 @@ inline constexpr T kSine = static_cast<T>(cosOf32(k*(32 / N) + 24));
 
 // ---- Butterflies ----
 
-// The bins 0 .. N/2 of the transform of N real values in registers. The bins 0 and N/2 have no imaginary part;
-// areHalves: in their place the sums of the values with even and with odd index.
-template <size_t N, bool areHalves = false, size_t kStride = 1, class D, class V>
+// Bins 0 and N/2 of N real values have no imaginary part. What stands in their place:
+enum class Ends {
+    bins,
+    halves,        // the sums of the values with even and with odd index; the inverse takes N/2 times these
+    negatedMiddle, // bin N/2 with the opposite sign; the inverse takes half of that
+    halvedMiddle,  // the inverse takes half of bin N/2
+};
+
+// The bins 0 .. N/2 of the transform of N real values in registers.
+template <size_t N, Ends ends = Ends::bins, size_t kStride = 1, class D, class V>
 HWY_INLINE void realDft(D d, const V* x, V* re, V* im) {
     using T = hn::TFromD<D>;
     if constexpr (N == 1) {
         re[0] = x[0];
     } else {
         V evenRe[N / 4 + 1], evenIm[N / 4 + 1], oddRe[N / 4 + 1], oddIm[N / 4 + 1];
-        realDft<N / 2, false, 2 * kStride>(d, x, evenRe, evenIm);
-        realDft<N / 2, false, 2 * kStride>(d, x + kStride, oddRe, oddIm);
-        re[0] = areHalves ? evenRe[0] : hn::Add(evenRe[0], oddRe[0]);
-        re[N / 2] = areHalves ? oddRe[0] : hn::Sub(evenRe[0], oddRe[0]);
+        realDft<N / 2, Ends::bins, 2 * kStride>(d, x, evenRe, evenIm);
+        realDft<N / 2, Ends::negatedMiddle, 2 * kStride>(d, x + kStride, oddRe, oddIm);
+        if constexpr (ends == Ends::halves) {
+            re[0] = evenRe[0];
+            re[N / 2] = oddRe[0];
+        } else {
+            re[0] = hn::Add(evenRe[0], oddRe[0]);
+            re[N / 2] = ends == Ends::negatedMiddle ? hn::Sub(oddRe[0], evenRe[0]) : hn::Sub(evenRe[0], oddRe[0]);
+        }
         if constexpr (N >= 4) {
             re[N / 4] = evenRe[N / 4];
-            im[N / 4] = hn::Neg(oddRe[N / 4]);
+            im[N / 4] = oddRe[N / 4];
             unroll<N / 4 - 1>([&](auto i) ZVPS_INLINE_LAMBDA {
                 constexpr size_t k = i + 1;
-                const auto odd = rotated(oddRe[k], oddIm[k], hn::Set(d, kCosine<N, k, T>), hn::Set(d, kSine<N, k, T>));
-                re[k] = hn::Add(evenRe[k], odd.re);
-                im[k] = hn::Add(evenIm[k], odd.im);
-                re[N / 2 - k] = hn::Sub(evenRe[k], odd.re);
-                im[N / 2 - k] = hn::Sub(odd.im, evenIm[k]);
+                const auto cos = hn::Set(d, kCosine<N, k, T>);
+                if constexpr (N == 8) {
+                    const V oddSum = hn::Add(oddRe[k], oddIm[k]);
+                    const V oddDifference = hn::Sub(oddIm[k], oddRe[k]);
+                    re[k] = hn::MulAdd(oddSum, cos, evenRe[k]);
+                    im[k] = hn::MulAdd(oddDifference, cos, evenIm[k]);
+                    re[N / 2 - k] = hn::NegMulAdd(oddSum, cos, evenRe[k]);
+                    im[N / 2 - k] = hn::MulSub(oddDifference, cos, evenIm[k]);
+                } else {
+                    const auto odd = rotated(oddRe[k], oddIm[k], cos, hn::Set(d, kSine<N, k, T>));
+                    re[k] = hn::Add(evenRe[k], odd.re);
+                    im[k] = hn::Add(evenIm[k], odd.im);
+                    re[N / 2 - k] = hn::Sub(evenRe[k], odd.re);
+                    im[N / 2 - k] = hn::Sub(odd.im, evenIm[k]);
+                }
             });
         }
     }
 }
 
-// The inverse of realDft, N times as large. areHalves: the bins 0 and N/2 hold N/2 times those sums.
-template <size_t N, bool areHalves = false, size_t kStride = 1, class D, class V>
+// The inverse of realDft, N times as large. Where registers suffice, the bins in the middle are doubled by the products
+// they go into.
+template <size_t N, Ends ends = Ends::bins, size_t kStride = 1, class D, class V>
 HWY_INLINE void inverseRealDft(D d, const V* re, const V* im, V* x) {
     using T = hn::TFromD<D>;
     if constexpr (N == 1) {
         x[0] = re[0];
     } else {
         V evenRe[N / 4 + 1], evenIm[N / 4 + 1], oddRe[N / 4 + 1], oddIm[N / 4 + 1];
-        evenRe[0] = areHalves ? re[0] : hn::Add(re[0], re[N / 2]);
-        oddRe[0] = areHalves ? re[N / 2] : hn::Sub(re[0], re[N / 2]);
+        if constexpr (ends == Ends::halves) {
+            evenRe[0] = re[0];
+            oddRe[0] = re[N / 2];
+        } else if constexpr (ends == Ends::bins) {
+            evenRe[0] = hn::Add(re[0], re[N / 2]);
+            oddRe[0] = hn::Sub(re[0], re[N / 2]);
+        } else {
+            const V two = hn::Set(d, T{2});
+            const V sum = hn::MulAdd(re[N / 2], two, re[0]);
+            const V difference = hn::NegMulAdd(re[N / 2], two, re[0]);
+            evenRe[0] = ends == Ends::negatedMiddle ? difference : sum;
+            oddRe[0] = ends == Ends::negatedMiddle ? sum : difference;
+        }
+        constexpr bool kDoublesLater = N >= 4 && N * kStride <= 8;
         if constexpr (N >= 4) {
-            evenRe[N / 4] = hn::Add(re[N / 4], re[N / 4]);
-            oddRe[N / 4] = hn::Neg(hn::Add(im[N / 4], im[N / 4]));
+            evenRe[N / 4] = kDoublesLater ? re[N / 4] : hn::Add(re[N / 4], re[N / 4]);
+            oddRe[N / 4] = kDoublesLater ? im[N / 4] : hn::Mul(im[N / 4], hn::Set(d, T{-2}));
             unroll<N / 4 - 1>([&](auto i) ZVPS_INLINE_LAMBDA {
                 constexpr size_t k = i + 1;
                 evenRe[k] = hn::Add(re[k], re[N / 2 - k]);
@@ -69,8 +104,10 @@ HWY_INLINE void inverseRealDft(D d, const V* re, const V* im, V* x) {
                 oddIm[k] = odd.im;
             });
         }
-        inverseRealDft<N / 2, false, 2 * kStride>(d, evenRe, evenIm, x);
-        inverseRealDft<N / 2, false, 2 * kStride>(d, oddRe, oddIm, x + kStride);
+        constexpr Ends evenEnds = kDoublesLater ? Ends::halvedMiddle : Ends::bins;
+        constexpr Ends oddEnds = kDoublesLater ? Ends::negatedMiddle : Ends::bins;
+        inverseRealDft<N / 2, evenEnds, 2 * kStride>(d, evenRe, evenIm, x);
+        inverseRealDft<N / 2, oddEnds, 2 * kStride>(d, oddRe, oddIm, x + kStride);
     }
 }
 
@@ -161,7 +198,7 @@ HWY_INLINE void transformColumns(Source src, size_t step, T* rows, T* halves, si
         V x[kRows], re[kRows / 2 + 1], im[kRows / 2 + 1];
         unroll<kRows>([&](auto i)
                           ZVPS_INLINE_LAMBDA { x[i] = loadSamples<2 * i >= kRows>(d, src, i * step + (c - begin)); });
-        realDft<kRows, true>(d, x, re, im);
+        realDft<kRows, Ends::halves>(d, x, re, im);
         if constexpr (L == kMaxColumns) {
             im[0] = pickLanes<PartOfPairs<1>>(d, re[0], re[kRows / 2]);
             re[0] = pickLanes<PartOfPairs<0>>(d, re[0], re[kRows / 2]);
@@ -274,7 +311,7 @@ HWY_INLINE void inverseTransformColumns(const T* rows, const T* halves, T* dst, 
             re[0] = hn::LoadU(d, halves + c);
             re[kRows / 2] = hn::LoadU(d, halves + columns + c);
         }
-        inverseRealDft<kRows, true>(d, re, im, x);
+        inverseRealDft<kRows, Ends::halves>(d, re, im, x);
         unroll<kRows>([&](auto i) ZVPS_INLINE_LAMBDA { hn::StoreU(hn::Mul(x[i], scale), d, dst + i * columns + c); });
     }
 }

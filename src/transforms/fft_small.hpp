@@ -1,39 +1,64 @@
-// Complex transforms of 4 to 32 points in registers of 4 and 8 lanes, up to 32 bytes.
+// Complex transforms of 8, 16 and 32 points in registers of 8 lanes, 32 bytes of single precision, 64 of double; of 4
+// and 8 points in registers of 16 bytes.
 #pragma once
 
 #include "transforms/fft_passes.hpp"
 
 namespace zvps::ZVPS_LEVEL {
 
-// Whether a transform is one of these: registers are as long, and passes are not as fast.
+// Whether a transform is one of these: registers have the 8 lanes, and passes are not as fast. Eight points of double
+// precision in two planes so differ from the other levels' in the last bit.
 template <class T>
 constexpr bool isInRegisters(int order) {
-    return kVectorBytes >= 32 && order >= 2 && (sizeof(T) == 4 || order <= 3);
+    return kVectorBytes >= 8 * sizeof(T) && order >= 3 && (sizeof(T) == 4 || order == 3);
+}
+
+// Whether interleaved values stay so.
+template <class T>
+constexpr bool isInPairs(int order) {
+    return HWY_TARGET <= HWY_AVX2 && (order == 2 || (order == 3 && sizeof(T) == 8));
 }
 
 #if HWY_TARGET <= HWY_AVX2
 
-// ---- Shuffles ----
-
-// The lanes of a and b (from 4 on) at the places i...
-template <int... i, class W>
-HWY_INLINE W fourLanes(W a, W b) {
-    return W{reinterpret_cast<decltype(a.raw)>(__builtin_shufflevector(a.raw, b.raw, i...))};
-}
-
-// Of the halves of a register, each of four lanes:
+// ---- Shuffles of the halves of a register, each of four lanes ----
 
 inline constexpr size_t kEight = 8;
 
 template <class T>
 using Eight = Vec<T, kEight>;
 
-// The lanes of x at the places i...
+// The lanes of x and y (from 8 on) at the places i...
+#if HWY_TARGET <= HWY_AVX3
+template <int... i>
+HWY_INLINE __m512d lanesOf(__m512d x, __m512d y) {
+    alignas(64) static constexpr int64_t kPlaces[] = {i...};
+    return _mm512_permutex2var_pd(x, _mm512_load_si512(kPlaces), y);
+}
+template <int... i>
+HWY_INLINE __m512d lanesOf(__m512d x) {
+    alignas(64) static constexpr int64_t kPlaces[] = {i...};
+    return _mm512_permutexvar_pd(_mm512_load_si512(kPlaces), x);
+}
+// In each half lanes a and b of x, then c and d of y.
+template <int a, int b, int c, int d>
+HWY_INLINE __m512d shuffleHalves(__m512d x, __m512d y) {
+    return lanesOf<a, b, 8 + c, 8 + d, 4 + a, 4 + b, 12 + c, 12 + d>(x, y);
+}
+HWY_INLINE __m512d interleaveLowerOfHalves(__m512d x, __m512d y) {
+    return lanesOf<0, 8, 1, 9, 4, 12, 5, 13>(x, y);
+}
+HWY_INLINE __m512d interleaveUpperOfHalves(__m512d x, __m512d y) {
+    return lanesOf<2, 10, 3, 11, 6, 14, 7, 15>(x, y);
+}
+HWY_INLINE __m512d swapHalves(__m512d x) {
+    return _mm512_shuffle_f64x2(x, x, 0x4E);
+}
+#endif
 template <int... i>
 HWY_INLINE __m256 lanesOf(__m256 x) {
     return _mm256_permutevar8x32_ps(x, _mm256_setr_epi32(i...));
 }
-// In each half lanes a and b of x, then c and d of y.
 template <int a, int b, int c, int d>
 HWY_INLINE __m256 shuffleHalves(__m256 x, __m256 y) {
     return _mm256_shuffle_ps(x, y, a | b << 2 | c << 4 | d << 6);
@@ -61,7 +86,7 @@ HWY_INLINE void transposeHalves(const W (&x)[4], W (&y)[4]) {
     y[3] = W{shuffleHalves<2, 3, 2, 3>(upper01, upper23)};
 }
 
-// ---- Four complex values in a register, the real parts, then the imaginary ones; or two of them side by side ----
+// ---- Four complex values in a register: the real parts, then the imaginary ones ----
 
 template <class T, bool kInverse>
 struct InterleavedFours {
@@ -84,19 +109,6 @@ struct InterleavedFours {
             hn::StoreU(W{lanesOf<0, 4, 1, 5, 2, 6, 3, 7>(x.raw)}, Lanes<T, kEight>(), p + 2 * i);
         }
     }
-    HWY_INLINE auto loadTwo(size_t i) const {
-        return inOrder(hn::LoadU(Lanes<std::remove_const_t<T>, 4>(), p + 2 * i));
-    }
-    template <class W>
-    HWY_INLINE void storeTwo(size_t i, W x) const {
-        hn::StoreU(inOrder(x), Lanes<T, 4>(), p + 2 * i);
-    }
-
-  private:
-    template <class W>
-    static HWY_INLINE W inOrder(W x) {
-        return kInverse ? fourLanes<1, 0, 3, 2>(x, x) : x;
-    }
 };
 
 template <class T>
@@ -115,103 +127,23 @@ struct SplitFours {
         hn::StoreU(hn::LowerHalf(half, x), half, re + i);
         hn::StoreU(hn::UpperHalf(half, x), half, im + i);
     }
-    HWY_INLINE auto loadTwo(size_t i) const {
-        using Value = std::remove_const_t<T>;
-        const Lanes<Value, 2> half;
-        const auto x = hn::Combine(Lanes<Value, 4>(), hn::LoadU(half, im + i), hn::LoadU(half, re + i));
-        return fourLanes<0, 2, 1, 3>(x, x);
-    }
-    template <class W>
-    HWY_INLINE void storeTwo(size_t i, W x) const {
-        const Lanes<T, 2> half;
-        const W parts = fourLanes<0, 2, 1, 3>(x, x);
-        hn::StoreU(hn::LowerHalf(half, parts), half, re + i);
-        hn::StoreU(hn::UpperHalf(half, parts), half, im + i);
-    }
 };
 
-// ---- Two complex values side by side ----
+// Constants of N lanes from a function of the place.
+template <class T, class F, size_t N>
+struct LaneValues {
+    alignas(64) T values[N];
 
-template <class T>
-HWY_INLINE Vec<T, 4> fourValues(T a, T b, T c, T d) {
-    alignas(32) const T values[] = {a, b, c, d};
-    return hn::Load(Lanes<T, 4>(), values);
-}
-
-// The lower values of a and b, and the upper ones.
-template <class W>
-HWY_INLINE W lowerTwo(W a, W b) {
-    return fourLanes<0, 1, 4, 5>(a, b);
-}
-template <class W>
-HWY_INLINE W upperTwo(W a, W b) {
-    return fourLanes<2, 3, 6, 7>(a, b);
-}
-
-// Calls of these after each other in place wait for little more than the additions.
-template <class T, class Source, class Result>
-HWY_INLINE void transformOf4(const Source& src, const Result& dst) {
-    using W = Vec<T, 4>;
-    const W a = src.loadTwo(0);
-    const W b = src.loadTwo(2);
-    const W sum = hn::Add(a, b);
-    const W difference = hn::Sub(a, b);
-    const W even = lowerTwo(sum, difference);
-    const W odd = fourLanes<2, 3, 7, 6>(sum, difference);
-    const W sign = fourValues<T>(1, 1, 1, -1);
-    dst.storeTwo(0, hn::MulAdd(odd, sign, even));
-    dst.storeTwo(2, hn::NegMulAdd(odd, sign, even));
-}
-
-// The transforms of the even values in the lower halves and of the odd ones in the upper halves.
-template <class T, class Source, class Result>
-HWY_INLINE void transformOf8ByTwo(const Source& src, const Result& dst) {
-    using W = Vec<T, 4>;
-    const W x01 = src.loadTwo(0);
-    const W x23 = src.loadTwo(2);
-    const W x45 = src.loadTwo(4);
-    const W x67 = src.loadTwo(6);
-    const W sumEven = hn::Add(x01, x45);
-    const W differenceEven = hn::Sub(x01, x45);
-    const W sumOdd = hn::Add(x23, x67);
-    const W differenceOdd = hn::Sub(x23, x67);
-    const W minusI = fourValues<T>(1, -1, 1, -1);
-    const W turnedOdd = fourLanes<1, 0, 3, 2>(differenceOdd, differenceOdd);
-    const W p0 = hn::Add(sumEven, sumOdd);
-    const W p1 = hn::MulAdd(turnedOdd, minusI, differenceEven);
-    const W p2 = hn::Sub(sumEven, sumOdd);
-    const W p3 = hn::NegMulAdd(turnedOdd, minusI, differenceEven);
-    // Of the odd ones the second by (1 - i), the third by -i and the fourth by (-1 - i).
-    const W odd01 = upperTwo(p0, p1);
-    const W odd23 = upperTwo(p2, p3);
-    const W by01 = hn::MulAdd(fourLanes<1, 0, 3, 2>(odd01, odd01), fourValues<T>(0, 0, 1, -1), odd01);
-    const W by23 = hn::MulAdd(odd23, fourValues<T>(0, 0, -1, -1), hn::Mul(fourLanes<1, 0, 3, 2>(odd23, odd23), minusI));
-    const W factor = fourValues<T>(1, 1, T(kCosEighth), T(kCosEighth));
-    const W even01 = lowerTwo(p0, p1);
-    const W even23 = lowerTwo(p2, p3);
-    dst.storeTwo(0, hn::MulAdd(by01, factor, even01));
-    dst.storeTwo(2, hn::MulAdd(by23, factor, even23));
-    dst.storeTwo(4, hn::NegMulAdd(by01, factor, even01));
-    dst.storeTwo(6, hn::NegMulAdd(by23, factor, even23));
-}
-
-// ---- Four complex values in a register ----
-
-// Constants of 8 lanes from a function of the place.
-template <class T, class F>
-struct EightValues {
-    alignas(64) T values[kEight];
-
-    constexpr EightValues() : values() {
-        for (size_t i = 0; i < kEight; ++i) {
+    constexpr LaneValues() : values() {
+        for (size_t i = 0; i < N; ++i) {
             values[i] = static_cast<T>(F::at(i));
         }
     }
 };
-template <class T, class F>
-HWY_INLINE Eight<T> constant() {
-    static constexpr EightValues<T, F> kValues;
-    return hn::Load(Lanes<T, kEight>(), kValues.values);
+template <class T, class F, size_t N = kEight>
+HWY_INLINE Vec<T, N> constant() {
+    static constexpr LaneValues<T, F, N> kValues;
+    return hn::Load(Lanes<T, N>(), kValues.values);
 }
 
 // Of exp(-2 pi i step l / 32) for lanes l < 4: the real parts in both halves, and the imaginary ones, first negated.
@@ -289,6 +221,91 @@ HWY_INLINE void transformOf16(const Source& src, const Result& dst) {
     unroll<4>([&](auto k) ZVPS_INLINE_LAMBDA { dst.storeFour(4 * k, result.x[k]); });
 }
 
+// ---- One or two complex values in a register as they lie in memory: no shuffles on the way in and out ----
+
+// Signs that are left of a product with -i, the inverse's with i, after the parts have changed places: from pair kFirst
+// on.
+template <size_t kFirst, bool kInverse>
+struct QuarterTurn {
+    static constexpr double at(size_t i) { return i / 2 < kFirst || i % 2 == kInverse ? 1 : -1; }
+};
+
+// For butterflies. The inverse's have i and -i exchanged.
+template <class T, bool kInverse>
+struct InterleavedValue {
+    Vec<T, 2> pair;
+};
+
+template <class T, bool kInverse>
+HWY_INLINE InterleavedValue<T, kInverse> add(InterleavedValue<T, kInverse> a, InterleavedValue<T, kInverse> b) {
+    return {hn::Add(a.pair, b.pair)};
+}
+template <class T, bool kInverse>
+HWY_INLINE InterleavedValue<T, kInverse> sub(InterleavedValue<T, kInverse> a, InterleavedValue<T, kInverse> b) {
+    return {hn::Sub(a.pair, b.pair)};
+}
+template <class T, bool kInverse>
+HWY_INLINE InterleavedValue<T, kInverse> addI(InterleavedValue<T, kInverse> a, InterleavedValue<T, kInverse> b) {
+    const auto turned = hn::Reverse2(Lanes<T, 2>(), b.pair);
+    return {hn::NegMulAdd(turned, constant<T, QuarterTurn<0, kInverse>, 2>(), a.pair)};
+}
+template <class T, bool kInverse>
+HWY_INLINE InterleavedValue<T, kInverse> subI(InterleavedValue<T, kInverse> a, InterleavedValue<T, kInverse> b) {
+    const auto turned = hn::Reverse2(Lanes<T, 2>(), b.pair);
+    return {hn::MulAdd(turned, constant<T, QuarterTurn<0, kInverse>, 2>(), a.pair)};
+}
+template <class T, bool kInverse>
+HWY_INLINE InterleavedValue<T, kInverse> add(InterleavedValue<T, kInverse> a, InterleavedValue<T, kInverse> b,
+                                             Vec<T, 2> factor) {
+    return {hn::MulAdd(b.pair, factor, a.pair)};
+}
+template <class T, bool kInverse>
+HWY_INLINE InterleavedValue<T, kInverse> sub(InterleavedValue<T, kInverse> a, InterleavedValue<T, kInverse> b,
+                                             Vec<T, 2> factor) {
+    return {hn::NegMulAdd(b.pair, factor, a.pair)};
+}
+
+template <class T>
+struct PairsStorer {
+    T* p;
+
+    template <class W>
+    HWY_INLINE void storePairs(size_t i, W x) const {
+        hn::StoreU(x, hn::DFromV<W>(), p + 2 * i);
+    }
+};
+
+// The lanes of x and y (from 4 on) at the places i...
+template <int... i, class W>
+HWY_INLINE W picked(W x, W y) {
+    return W{__builtin_shufflevector(x.raw, y.raw, i...)};
+}
+
+template <class T, int order, bool kInverse, class Storer>
+HWY_INLINE void transformPairs(const T* src, const Storer& storer) {
+    if constexpr (sizeof(T) == 8) {
+        using Value = InterleavedValue<T, kInverse>;
+        Value x[size_t{1} << order];
+        unroll<(size_t{1} << order)>([&](auto n)
+                                         ZVPS_INLINE_LAMBDA { x[n].pair = hn::LoadU(Lanes<T, 2>(), src + 2 * n); });
+        Butterfly<T, 2, (size_t{1} << order)>::run([&](auto n) ZVPS_INLINE_LAMBDA { return x[n]; },
+                                                   [&](auto k, Value value)
+                                                       ZVPS_INLINE_LAMBDA { storer.storePairs(k, value.pair); });
+    } else {
+        static_assert(order == 2);
+        const Lanes<T, 4> d;
+        const auto x01 = hn::LoadU(d, src);
+        const auto x23 = hn::LoadU(d, src + 4);
+        const auto sum = hn::Add(x01, x23);
+        const auto difference = hn::Sub(x01, x23);
+        const auto even = picked<0, 1, 4, 5>(sum, difference);
+        const auto odd = picked<2, 3, 7, 6>(sum, difference);
+        const auto signs = constant<T, QuarterTurn<1, kInverse>, 4>();
+        storer.storePairs(0, hn::MulAdd(odd, signs, even));
+        storer.storePairs(2, hn::NegMulAdd(odd, signs, even));
+    }
+}
+
 // ---- Eight complex values in two registers ----
 
 // The cosine, or with a shift of 8 the negated sine, of 2 pi step l / 32 for lane l; and of 2 pi step / 32 for the
@@ -344,11 +361,7 @@ HWY_INLINE void transformOf32(const Loader& loader, const Storer& storer) {
 
 template <class T, int order, class Source, class Result, class Loader, class Storer>
 HWY_INLINE void transformInRegisters(const Source& src, const Result& dst, const Loader& loader, const Storer& storer) {
-    if constexpr (order == 2) {
-        transformOf4<T>(src, dst);
-    } else if constexpr (order == 3 && sizeof(T) == 8) {
-        transformOf8ByTwo<T>(src, dst);
-    } else if constexpr (order == 3) {
+    if constexpr (order == 3) {
         transformOf8<T>(src, dst);
     } else if constexpr (order == 4) {
         transformOf16<T>(src, dst);
@@ -359,6 +372,10 @@ HWY_INLINE void transformInRegisters(const Source& src, const Result& dst, const
 
 #else
 
+template <class T>
+struct PairsStorer;
+template <class T, int order, bool kInverse, class Storer>
+void transformPairs(const T* src, const Storer& storer);
 template <class T, bool kInverse>
 struct InterleavedFours;
 template <class T>

@@ -2,28 +2,9 @@
 #pragma once
 
 #include "transforms/fft_objects.hpp"
-#include "zvps/convert.h"
+#include "vector/converted.hpp"
 
 namespace zvps {
-
-inline void toFloats(const Zvp16s* src, Zvp32f* dst, int count) {
-    zvpsConvert_16s32f(src, dst, count);
-}
-inline void toFloats(const Zvp32s* src, Zvp32f* dst, int count) {
-    zvpsConvert_32s32f(src, dst, count);
-}
-inline void toFloats(const Zvp32s* src, Zvp64f* dst, int count) {
-    zvpsConvert_32s64f(src, dst, count);
-}
-inline void fromFloats(const Zvp32f* src, Zvp16s* dst, int count, int scaleFactor) {
-    zvpsConvert_32f16s_Sfs(src, dst, count, zvpRndNear, scaleFactor);
-}
-inline void fromFloats(const Zvp32f* src, Zvp32s* dst, int count, int scaleFactor) {
-    zvpsConvert_32f32s_Sfs(src, dst, count, zvpRndNear, scaleFactor);
-}
-inline void fromFloats(const Zvp64f* src, Zvp32s* dst, int count, int scaleFactor) {
-    zvpsConvert_64f32s_Sfs(src, dst, count, zvpRndNear, scaleFactor);
-}
 
 // The transform of one array in place, on `room` converted elements of type F; those behind them are its buffer.
 template <class F, class Transform, class Src, class Dst>

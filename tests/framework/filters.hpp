@@ -14,12 +14,6 @@
 
 namespace zvps::test {
 
-// ---- Memory of the library: counted, and refused on demand ----
-
-// Programs that are built with counted_memory.cpp.
-extern int blocksInUse;
-extern int refuseAfter; // allocations from now on; below 0: never
-
 // ---- Types ----
 
 template <class T, class = void>
