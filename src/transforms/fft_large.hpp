@@ -218,8 +218,8 @@ HWY_NOINLINE void transformColumns(const LargeFft<T>& fft, From from, T* block, 
                         const Lanes<T, L> lanes;
                         const auto once =
                             rotated(x.re, x.im, hn::Set(lanes, coarse[2 * k]), hn::Set(lanes, coarse[2 * k + 1]));
-                        const auto twice = rotated(once.re, once.im, hn::LoadU(lanes, fine + group * L),
-                                                   hn::LoadU(lanes, fine + C + group * L));
+                        const auto twice = rotatedABit(once.re, once.im, hn::LoadU(lanes, fine + group * L),
+                                                       hn::LoadU(lanes, fine + C + group * L));
                         store(target, k, group, X{twice.re, twice.im});
                     });
         }
@@ -247,7 +247,7 @@ HWY_NOINLINE void transformInColumns(const LargeFft<T>& fft, From from, To to, T
                 const T* const c = coarse + k / C * 2 * C + group * L;
                 const T* const f = fine + k % C * 2 * C + group * L;
                 const auto once = rotated(x.re, x.im, hn::LoadU(d, c), hn::LoadU(d, c + C));
-                const auto twice = rotated(once.re, once.im, hn::LoadU(d, f), hn::LoadU(d, f + C));
+                const auto twice = rotatedABit(once.re, once.im, hn::LoadU(d, f), hn::LoadU(d, f + C));
                 to.template store<L>(k * step + n + group * L, X{twice.re, twice.im});
             });
     }

@@ -61,7 +61,7 @@ constexpr size_t largeFftWork(int order) {
 // Where the tables start, in values. The factors between the transforms are products of a fine one, by n2 and k1 mod C,
 // and a coarse one, by n2 and k1 / C, with C columns. They come twice: for one n2 after the other, vectors of fine ones
 // for all k1 mod C and single coarse ones; and, each behind them, vectors of both for C neighbouring n2. Vectors are
-// cosines, then sines.
+// cosines, less 1 of fine ones, then sines.
 struct LargeFftTables {
     size_t first[kMostRowsPasses];
     size_t second[kMostRowsPasses];

@@ -24,6 +24,11 @@ template <class V>
 HWY_INLINE Parts<V> rotatedBack(V re, V im, V c, V s) {
     return {hn::NegMulAdd(im, s, hn::Mul(re, c)), hn::MulAdd(re, s, hn::Mul(im, c))};
 }
+// (re + i im) (1 + less - i s), where both are small: rounded at full size but once.
+template <class V>
+HWY_INLINE Parts<V> rotatedABit(V re, V im, V less, V s) {
+    return {hn::Add(re, hn::MulAdd(im, s, hn::Mul(re, less))), hn::Add(im, hn::NegMulAdd(re, s, hn::Mul(im, less)))};
+}
 
 // ---- Shuffles ----
 
