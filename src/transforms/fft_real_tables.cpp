@@ -31,11 +31,11 @@ template <class T>
 void storeJoining(int order, Wave<T> wave, T* p) {
     constexpr size_t C = kJoinedBins<T>;
     for (size_t k = 0; k < C; ++k) {
-        p[k] = wave.cosine(k + 1, order);
-        p[C + k] = wave.sine(k + 1, order);
+        p[k] = wave.lessCosine(k, order);
+        p[C + k] = wave.sine(k, order);
     }
     p += 2 * C;
-    for (size_t k = 0; k < (size_t{1} << order) / 4; k += C, p += 2) {
+    for (size_t k = 0; k < (size_t{1} << order) / 2; k += C, p += 2) {
         p[0] = wave.cosine(k, order);
         p[1] = wave.sine(k, order);
     }
