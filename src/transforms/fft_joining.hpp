@@ -110,11 +110,6 @@ HWY_NOINLINE void partBins(const Spectrum<const T>& src, T* dst, size_t m, const
     dst[1] = first - last;
 }
 
-// Blocks taken from both ends, so that those which mirror each other are neighbours: block i of n.
-inline size_t fromBothEnds(size_t i, size_t n) {
-    return i % 2 == 0 ? i / 2 : n - 1 - i / 2;
-}
-
 // A spectrum as the source of an inverse complex transform: the parts of Z exchanged.
 template <class T>
 struct PartedData {

@@ -125,7 +125,7 @@ HWY_INLINE void prefetchValues(const Data& data, size_t i) {
 
 // ---- Trips ----
 
-// Blocks of its columns mirror each other: taken from both ends, those that do follow one another.
+// Which never is beyond the caches.
 template <class From>
 inline constexpr bool kIsSpectrum = false;
 template <class T>
@@ -165,6 +165,19 @@ struct LargeFft {
     const T* coarseAcross;
 };
 
+// (re + i im) (c - i s) (1 + less - i sine). In double precision the larger part of the product is rounded once less.
+template <class V>
+HWY_INLINE Parts<V> rotatedTwice(V re, V im, V c, V s, V less, V sine) {
+    if constexpr (sizeof(hn::TFromV<V>) == 8) {
+        const Parts<V> change = {hn::NegMulAdd(s, sine, hn::Mul(c, less)), hn::MulAdd(c, sine, hn::Mul(s, less))};
+        const auto rest = rotated(re, im, change.re, change.im);
+        return {hn::MulAdd(re, c, hn::MulAdd(im, s, rest.re)), hn::MulAdd(im, c, hn::NegMulAdd(re, s, rest.im))};
+    } else {
+        const auto once = rotated(re, im, c, s);
+        return rotatedABit(once.re, once.im, less, sine);
+    }
+}
+
 // The first transforms and the factors, by blocks of columns, whose bins k C + group L + lane of column n go to
 // store(place(n), k, group, x). A block is transposed behind the first pass, so that each of its columns then is a
 // transform in contiguous memory. kPrefetches: data beyond the caches, whose rows are too far apart for the processor
@@ -180,9 +193,7 @@ HWY_NOINLINE void transformColumns(const LargeFft<T>& fft, From from, T* block, 
     const Lanes<T, L> d;
     const size_t rest = fft.n1 / C;
     const size_t columnStep = rest * 2 * C + padding;
-    const size_t blocks = fft.n2 / kBlockColumns;
-    for (size_t i = 0; i < blocks; ++i) {
-        const size_t n = kBlockColumns * (kIsSpectrum<From> ? fromBothEnds(i, blocks) : i);
+    for (size_t n = 0; n < fft.n2; n += kBlockColumns) {
         for (size_t b = 0; b < rest; ++b) {
             const T* const twiddles = fft.first[0] + b * 2 * (C - 1);
             if constexpr (kPrefetches) {
@@ -217,19 +228,18 @@ HWY_NOINLINE void transformColumns(const LargeFft<T>& fft, From from, T* block, 
                 });
             }
         }
-        for (size_t column = 0; column < kBlockColumns; ++column) {
-            const T* const fine = fft.fine + (n + column) * 2 * C;
-            const T* const coarse = fft.coarse + (n + column) * rest * 2;
+        for (size_t i = 0; i < kBlockColumns; ++i) {
+            const T* const fine = fft.fine + (n + i) * 2 * C;
+            const T* const coarse = fft.coarse + (n + i) * rest * 2;
             transformParts<2 * C, 0>(
-                block + column * columnStep, fft.plan.rest, fft.plan.rest.order, 1, 0, 0, 1, fft.first + 1,
-                [fine, coarse, target = place(n + column), store](auto, auto, size_t k, size_t group, X x)
+                block + i * columnStep, fft.plan.rest, fft.plan.rest.order, 1, 0, 0, 1, fft.first + 1,
+                [fine, coarse, target = place(n + i), store](auto, auto, size_t k, size_t group, X x)
                     ZVPS_INLINE_LAMBDA {
                         const Lanes<T, L> lanes;
-                        const auto once =
-                            rotated(x.re, x.im, hn::Set(lanes, coarse[2 * k]), hn::Set(lanes, coarse[2 * k + 1]));
-                        const auto twice = rotatedABit(once.re, once.im, hn::LoadU(lanes, fine + group * L),
-                                                       hn::LoadU(lanes, fine + C + group * L));
-                        store(target, k, group, X{twice.re, twice.im});
+                        const auto turned = rotatedTwice(
+                            x.re, x.im, hn::Set(lanes, coarse[2 * k]), hn::Set(lanes, coarse[2 * k + 1]),
+                            hn::LoadU(lanes, fine + group * L), hn::LoadU(lanes, fine + C + group * L));
+                        store(target, k, group, X{turned.re, turned.im});
                     });
         }
     }
@@ -255,9 +265,9 @@ HWY_NOINLINE void transformInColumns(const LargeFft<T>& fft, From from, To to, T
                 const Lanes<T, L> d;
                 const T* const c = coarse + k / C * 2 * C + group * L;
                 const T* const f = fine + k % C * 2 * C + group * L;
-                const auto once = rotated(x.re, x.im, hn::LoadU(d, c), hn::LoadU(d, c + C));
-                const auto twice = rotatedABit(once.re, once.im, hn::LoadU(d, f), hn::LoadU(d, f + C));
-                to.template store<L>(k * step + n + group * L, X{twice.re, twice.im});
+                const auto turned = rotatedTwice(x.re, x.im, hn::LoadU(d, c), hn::LoadU(d, c + C), hn::LoadU(d, f),
+                                                 hn::LoadU(d, f + C));
+                to.template store<L>(k * step + n + group * L, X{turned.re, turned.im});
             });
     }
 }
@@ -417,10 +427,10 @@ void transformThroughTiles(const LargeFft<T>& fft, From from, To to, bool isInPl
                                const size_t start = row + k / kTogether * tile + k % kTogether * 2 * C;
                                middle.template store<L>(start + group * 2 * L, x, isBeyond);
                            };
-    if (kIsSpectrum<From> || !isBeyond) {
-        transformColumns<false>(fft, from, firstBlock, kColumnPadding<T>, place, store);
-    } else if constexpr (!kIsSpectrum<From>) {
+    if (isBeyond) {
         transformColumns<true>(fft, AnyData<const T>(from), firstBlock, kColumnPadding<T>, place, store);
+    } else {
+        transformColumns<false>(fft, from, firstBlock, kColumnPadding<T>, place, store);
     }
     const bool isResultBeyond = isBeyond || (!isInPlace && !isReadAgain && bytes >= kBypassResultBytes);
     const bool bypassesCaches = isResultBeyond && to.isAligned();
@@ -504,24 +514,6 @@ void transformLarge(From from, To to, bool isInPlace, T factor, const LargeFftCa
         } else {
             transformThroughResults(fft, from, to, factor, call);
         }
-    }
-}
-
-// Up to this number of bytes parting bins twice, where they are read, takes less time than a trip of its own.
-inline constexpr size_t kMostPartedBytes = size_t{4} << 20;
-
-// False: that is not so, or neither the room nor other memory than the source's keeps all data between the trips.
-template <class T>
-bool transformParted(const PartedData<T>& from, PairData<T, true> to, bool isInPlace, T factor,
-                     const LargeFftCall<T>& call) {
-    if (2 * sizeof(T) << call.order > kMostPartedBytes) return false;
-    const LargeFft<T> fft(call.tables, call.order);
-    if constexpr (sizeof(T) == 8) {
-        return transformThroughTiles(fft, from, to, isInPlace, factor, call);
-    } else {
-        if (isInPlace || call.workValues < LargeFft<T>::C << (fft.plan.secondOrder + 1)) return false;
-        transformThroughResults(fft, from, to, factor, call);
-        return true;
     }
 }
 

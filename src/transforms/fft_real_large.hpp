@@ -37,7 +37,9 @@ void largeInverseRealFft(const T* src, T* dst, RealFftLayout layout, T factor, c
     const size_t n = size_t{1} << spec.order;
     const Spectrum<const T> bins(src, layout, n);
     const LargeFftCall<T> call = halfCall(spec, work);
-    if (partedFft(bins, dst, factor, spec.twiddles, call)) return;
+    if constexpr (sizeof(T) == 4) {
+        if (partedFft(bins, dst, factor, spec.twiddles, call)) return;
+    }
     if (layout == kFftPack && src == dst) {
         packToPerm(dst, n);
         partBins(Spectrum<const T>(dst, kFftPerm, n), dst, n / 2, spec.twiddles);
