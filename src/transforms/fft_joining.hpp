@@ -53,12 +53,18 @@ struct BinBlock {
         return {pickLanes<Later>(D(), w.re, next.re), pickLanes<Later>(D(), w.im, next.im)};
     }
 
-    // Z[k], Z[k + 1], ..., where a are X[k], X[k + 1], ... and b X[M - k], X[M - k - 1], ...
-    static HWY_INLINE Parts<V> parted(Parts<V> a, Parts<V> b, Parts<V> w) {
+    // Z[k], Z[k + 1], ..., where a are X[k], X[k + 1], ... and b X[M - k], X[M - k - 1], ...; upper are
+    // Z[M - k], Z[M - k - 1], ...
+    struct Parted {
+        Parts<V> lower;
+        Parts<V> upper;
+    };
+    static HWY_INLINE Parted parted(Parts<V> a, Parts<V> b, Parts<V> w) {
         const auto turned = rotatedBack(hn::Sub(a.re, b.re), hn::Add(a.im, b.im), w.re, w.im);
         const auto evenRe = hn::Add(a.re, b.re);
         const auto evenIm = hn::Sub(a.im, b.im);
-        return {hn::Sub(evenRe, turned.im), hn::Add(evenIm, turned.re)};
+        return {{hn::Sub(evenRe, turned.im), hn::Add(evenIm, turned.re)},
+                {hn::Add(evenRe, turned.im), hn::Sub(turned.re, evenIm)}};
     }
 };
 
@@ -88,7 +94,7 @@ HWY_NOINLINE void joinBins(T* dst, bool isCcs, size_t m, const T* table) {
     Spectrum<T>(dst, isCcs ? kFftCcs : kFftPerm, 2 * m).storeEnds(first + second, first - second);
 }
 
-// The bins of a layout to Z, each as PartedData gives it; src may be dst where the pairs are in the same places.
+// The bins of a layout to Z; src may be dst where the pairs are in the same places.
 template <class T>
 HWY_NOINLINE void partBins(const Spectrum<const T>& src, T* dst, size_t m, const T* table) {
     using Block = BinBlock<T>;
@@ -101,10 +107,15 @@ HWY_NOINLINE void partBins(const Spectrum<const T>& src, T* dst, size_t m, const
         const auto upper = Block::load(src.pair(m - i - L));
         const auto next = Block::twiddles(table, i + L);
         const auto z = Block::parted(lower, Block::backward(upper), Block::later(twiddles, next));
-        const auto mirrored = Block::parted(upper, Block::backward(lower), Block::twiddles(table, m - i - L));
         twiddles = next;
-        Block::store(z.re, z.im, dst + 2 * (i + 1));
-        Block::store(mirrored.re, mirrored.im, dst + 2 * (m - i - L));
+        Block::store(z.lower.re, z.lower.im, dst + 2 * (i + 1));
+        if constexpr (sizeof(T) == 4) {
+            // The same bits as PartedData's.
+            const auto mirrored = Block::parted(upper, Block::backward(lower), Block::twiddles(table, m - i - L)).lower;
+            Block::store(mirrored.re, mirrored.im, dst + 2 * (m - i - L));
+        } else {
+            Block::storeBackward(z.upper.re, z.upper.im, dst + 2 * (m - i - 1));
+        }
     }
     dst[0] = first + last;
     dst[1] = first - last;
@@ -125,7 +136,7 @@ struct PartedData {
         using Block = BinBlock<T, L>;
         const auto a = Block::load(k == 0 ? first : bins.pair(k));
         const auto b = Block::loadBackward(k == 0 ? last + 2 * (L - 1) : bins.pair(m - k));
-        const auto z = Block::parted(a, b, Block::twiddles(table, k));
+        const auto z = Block::parted(a, b, Block::twiddles(table, k)).lower;
         return ComplexVec<T, L>{z.im, z.re};
     }
 };

@@ -236,9 +236,9 @@ HWY_NOINLINE void transformColumns(const LargeFft<T>& fft, From from, T* block, 
                 [fine, coarse, target = place(n + i), store](auto, auto, size_t k, size_t group, X x)
                     ZVPS_INLINE_LAMBDA {
                         const Lanes<T, L> lanes;
-                        const auto turned = rotatedTwice(
-                            x.re, x.im, hn::Set(lanes, coarse[2 * k]), hn::Set(lanes, coarse[2 * k + 1]),
-                            hn::LoadU(lanes, fine + group * L), hn::LoadU(lanes, fine + C + group * L));
+                        const auto turned =
+                            rotatedTwice(x.re, x.im, hn::Set(lanes, coarse[2 * k]), hn::Set(lanes, coarse[2 * k + 1]),
+                                         hn::LoadU(lanes, fine + group * L), hn::LoadU(lanes, fine + C + group * L));
                         store(target, k, group, X{turned.re, turned.im});
                     });
         }
@@ -452,8 +452,8 @@ bool transformThroughTiles(const LargeFft<T>& fft, From from, To to, bool isInPl
     }
     if (call.order == kLeastLargeOrder) {
         // Room for all points and no more.
-        alignas(kLine) T block[kBlockColumns * ((2 << largeFftPlan<T>(kLeastLargeOrder).firstOrder) +
-                                                kColumnPadding<T>)];
+        alignas(kLine)
+            T block[kBlockColumns * ((2 << largeFftPlan<T>(kLeastLargeOrder).firstOrder) + kColumnPadding<T>)];
         transformThroughTiles(fft, from, to, isInPlace, factor, call.work, 2 * kTileColumns * fft.n2, block,
                               static_cast<T*>(nullptr), call.isReadAgain);
         return true;
