@@ -283,7 +283,7 @@ HWY_INLINE void scaledTransform(const Loader& loader, const Storer& storer, T* d
 
 template <class T>
 LargeFftCall<T> largeCall(const FftSpec<T>& spec, T* work) {
-    return {spec.order, spec.twiddles, work, static_cast<size_t>(spec.workSize) / sizeof(T), false};
+    return {spec.order, spec.twiddles, work, static_cast<size_t>(spec.workSize) / sizeof(T)};
 }
 
 template <class T, FftDirection direction>

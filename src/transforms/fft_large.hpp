@@ -414,7 +414,7 @@ inline constexpr size_t kBypassResultBytes = size_t{8} << 20;
 // tiles: at the distance of `tile`; secondBlock may be null.
 template <class T, class From, class To>
 void transformThroughTiles(const LargeFft<T>& fft, From from, To to, bool isInPlace, T factor, T* tiles, size_t tile,
-                           T* firstBlock, T* secondBlock, bool isReadAgain) {
+                           T* firstBlock, T* secondBlock) {
     constexpr size_t C = LargeFft<T>::C;
     constexpr size_t L = LargeFft<T>::L;
     constexpr size_t kTogether = kTileColumns / C;
@@ -432,7 +432,7 @@ void transformThroughTiles(const LargeFft<T>& fft, From from, To to, bool isInPl
     } else {
         transformColumns<false>(fft, from, firstBlock, kColumnPadding<T>, place, store);
     }
-    const bool isResultBeyond = isBeyond || (!isInPlace && !isReadAgain && bytes >= kBypassResultBytes);
+    const bool isResultBeyond = isBeyond || (!isInPlace && bytes >= kBypassResultBytes);
     const bool bypassesCaches = isResultBeyond && to.isAligned();
     transformTiles(fft, tiles, tile, to, bypassesCaches, isResultBeyond && !bypassesCaches, factor, secondBlock);
     if (isResultBeyond) hwy::FlushStream();
@@ -447,7 +447,7 @@ bool transformThroughTiles(const LargeFft<T>& fft, From from, To to, bool isInPl
         T* const tiles = reinterpret_cast<T*>((reinterpret_cast<uintptr_t>(call.work) + kLine - 1) / kLine * kLine);
         const size_t tile = largeFftTile<T>(call.order);
         T* const block = tiles + fft.n1 / kTileColumns * tile;
-        transformThroughTiles(fft, from, to, isInPlace, factor, tiles, tile, block, block, call.isReadAgain);
+        transformThroughTiles(fft, from, to, isInPlace, factor, tiles, tile, block, block);
         return true;
     }
     if (call.order == kLeastLargeOrder) {
@@ -455,7 +455,7 @@ bool transformThroughTiles(const LargeFft<T>& fft, From from, To to, bool isInPl
         alignas(kLine)
             T block[kBlockColumns * ((2 << largeFftPlan<T>(kLeastLargeOrder).firstOrder) + kColumnPadding<T>)];
         transformThroughTiles(fft, from, to, isInPlace, factor, call.work, 2 * kTileColumns * fft.n2, block,
-                              static_cast<T*>(nullptr), call.isReadAgain);
+                              static_cast<T*>(nullptr));
         return true;
     }
     return false;

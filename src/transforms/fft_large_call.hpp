@@ -16,7 +16,6 @@ struct LargeFftCall {
     const T* tables;
     T* work;
     size_t workValues;
-    bool isReadAgain; // the result, at once
 };
 
 template <class T>

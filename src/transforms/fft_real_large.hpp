@@ -21,7 +21,7 @@ HWY_NOINLINE void packToPerm(T* p, size_t n) {
 
 template <class T>
 LargeFftCall<T> halfCall(const FftSpec<T>& spec, T* work) {
-    return {spec.order - 1, spec.tables[0], work, static_cast<size_t>(spec.workSize) / sizeof(T), true};
+    return {spec.order - 1, spec.tables[0], work, static_cast<size_t>(spec.workSize) / sizeof(T)};
 }
 
 template <class T>
