@@ -43,7 +43,7 @@ struct BinBlock {
         const D d;
         constexpr size_t C = kJoinedBins<T>;
         const T* const fine = table + k % C;
-        const T* const coarse = table + 2 * C + 2 * (k / C);
+        const T* const coarse = table + 4 * C + 2 * (k / C);
         const auto turned =
             rotatedABit(hn::Set(d, coarse[1]), hn::Set(d, coarse[0]), hn::LoadU(d, fine), hn::LoadU(d, fine + C));
         return {turned.im, turned.re};
@@ -76,16 +76,17 @@ HWY_NOINLINE void joinBins(T* dst, bool isCcs, size_t m, const T* table) {
     const auto half = hn::Set(d, T{0.5});
     const T first = dst[0];
     const T second = dst[1];
-    auto twiddles = Block::twiddles(table, 0);
+    constexpr size_t C = kJoinedBins<T>;
     for (size_t i = 0; i < m / 2; i += Block::L) {
         T* const lower = dst + 2 * (i + 1);
         T* const upper = dst + 2 * (m - i - 1);
         const auto a = Block::load(lower);
         const auto b = Block::loadBackward(upper);
-        const auto next = Block::twiddles(table, i + Block::L);
-        const auto w = Block::later(twiddles, next);
-        twiddles = next;
-        const auto turned = rotated(hn::Mul(half, hn::Sub(a.re, b.re)), hn::Mul(half, hn::Add(a.im, b.im)), w.re, w.im);
+        const T* const fine = table + 2 * C + i % C;
+        const T* const coarse = table + 4 * C + 2 * (i / C);
+        const auto turned =
+            rotatedTwice(hn::Mul(half, hn::Sub(a.re, b.re)), hn::Mul(half, hn::Add(a.im, b.im)), hn::Set(d, coarse[0]),
+                         hn::Set(d, coarse[1]), hn::LoadU(d, fine), hn::LoadU(d, fine + C));
         const auto evenRe = hn::Mul(half, hn::Add(a.re, b.re));
         const auto evenIm = hn::Mul(half, hn::Sub(a.im, b.im));
         Block::store(hn::Add(evenRe, turned.im), hn::Sub(evenIm, turned.re), lower);

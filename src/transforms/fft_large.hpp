@@ -165,19 +165,6 @@ struct LargeFft {
     const T* coarseAcross;
 };
 
-// (re + i im) (c - i s) (1 + less - i sine). In double precision the larger part of the product is rounded once less.
-template <class V>
-HWY_INLINE Parts<V> rotatedTwice(V re, V im, V c, V s, V less, V sine) {
-    if constexpr (sizeof(hn::TFromV<V>) == 8) {
-        const Parts<V> change = {hn::NegMulAdd(s, sine, hn::Mul(c, less)), hn::MulAdd(c, sine, hn::Mul(s, less))};
-        const auto rest = rotated(re, im, change.re, change.im);
-        return {hn::MulAdd(re, c, hn::MulAdd(im, s, rest.re)), hn::MulAdd(im, c, hn::NegMulAdd(re, s, rest.im))};
-    } else {
-        const auto once = rotated(re, im, c, s);
-        return rotatedABit(once.re, once.im, less, sine);
-    }
-}
-
 // The first transforms and the factors, by blocks of columns, whose bins k C + group L + lane of column n go to
 // store(place(n), k, group, x). A block is transposed behind the first pass, so that each of its columns then is a
 // transform in contiguous memory. kPrefetches: data beyond the caches, whose rows are too far apart for the processor

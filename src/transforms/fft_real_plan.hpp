@@ -69,14 +69,14 @@ constexpr RealFftTables realFftTables(int order) {
 }
 
 // Longer ones are complex transforms of half the length, whose bins are joined. The tables are cos less 1 and sin of
-// 2 pi k / N for k = 0 .. C - 1, where C values fill a vector; cos and sin as pairs for every Cth k below N / 2; and
-// those of that transform.
+// 2 pi k / N for k = 0 .. C - 1, where C values fill a vector, and for k = 1 .. C; cos and sin as pairs for every Cth k
+// below N / 2; and those of that transform.
 template <class T>
 inline constexpr size_t kJoinedBins = kTwiddleBlockBytes / sizeof(T);
 
 template <class T>
 constexpr size_t joiningValues(int order) {
-    return 2 * kJoinedBins<T> + (size_t{1} << order) / kJoinedBins<T>;
+    return 4 * kJoinedBins<T> + (size_t{1} << order) / kJoinedBins<T>;
 }
 
 } // namespace zvps
