@@ -1,6 +1,7 @@
 // Long complex transforms in two trips over the data, by blocks of neighbouring columns that stay in the caches.
 #pragma once
 
+#include "transforms/fft_joining.hpp"
 #include "transforms/fft_large_call.hpp"
 #include "transforms/fft_large_plan.hpp"
 #include "transforms/fft_rows.hpp"
@@ -124,6 +125,12 @@ HWY_INLINE void prefetchValues(const Data& data, size_t i) {
 
 // ---- Trips ----
 
+// Which never is beyond the caches.
+template <class From>
+inline constexpr bool kIsSpectrum = false;
+template <class T>
+inline constexpr bool kIsSpectrum<PartedData<T>> = true;
+
 template <class T>
 struct LargeFft {
     static constexpr size_t C = kLargeColumns<T>;
@@ -176,8 +183,8 @@ HWY_NOINLINE void transformColumns(const LargeFft<T>& fft, From from, T* block, 
     for (size_t n = 0; n < fft.n2; n += kBlockColumns) {
         for (size_t b = 0; b < rest; ++b) {
             const T* const twiddles = fft.first[0] + b * 2 * (C - 1);
-            if (kPrefetches && b + 1 < rest) {
-                for (size_t a = 0; a < C; ++a) {
+            if constexpr (kPrefetches) {
+                for (size_t a = 0; a < C && b + 1 < rest; ++a) {
                     prefetchValues<kBlockColumns, false>(from, (a * rest + b + 1) * fft.n2 + n);
                 }
             }
@@ -216,11 +223,10 @@ HWY_NOINLINE void transformColumns(const LargeFft<T>& fft, From from, T* block, 
                 [fine, coarse, target = place(n + i), store](auto, auto, size_t k, size_t group, X x)
                     ZVPS_INLINE_LAMBDA {
                         const Lanes<T, L> lanes;
-                        const auto once =
-                            rotated(x.re, x.im, hn::Set(lanes, coarse[2 * k]), hn::Set(lanes, coarse[2 * k + 1]));
-                        const auto twice = rotated(once.re, once.im, hn::LoadU(lanes, fine + group * L),
-                                                   hn::LoadU(lanes, fine + C + group * L));
-                        store(target, k, group, X{twice.re, twice.im});
+                        const auto turned =
+                            rotatedTwice(x.re, x.im, hn::Set(lanes, coarse[2 * k]), hn::Set(lanes, coarse[2 * k + 1]),
+                                         hn::LoadU(lanes, fine + group * L), hn::LoadU(lanes, fine + C + group * L));
+                        store(target, k, group, X{turned.re, turned.im});
                     });
         }
     }
@@ -246,9 +252,9 @@ HWY_NOINLINE void transformInColumns(const LargeFft<T>& fft, From from, To to, T
                 const Lanes<T, L> d;
                 const T* const c = coarse + k / C * 2 * C + group * L;
                 const T* const f = fine + k % C * 2 * C + group * L;
-                const auto once = rotated(x.re, x.im, hn::LoadU(d, c), hn::LoadU(d, c + C));
-                const auto twice = rotated(once.re, once.im, hn::LoadU(d, f), hn::LoadU(d, f + C));
-                to.template store<L>(k * step + n + group * L, X{twice.re, twice.im});
+                const auto turned = rotatedTwice(x.re, x.im, hn::LoadU(d, c), hn::LoadU(d, c + C), hn::LoadU(d, f),
+                                                 hn::LoadU(d, f + C));
+                to.template store<L>(k * step + n + group * L, X{turned.re, turned.im});
             });
     }
 }
@@ -290,15 +296,16 @@ struct TileLoader {
     }
 };
 
-// The same from tiles.
+// The same from tiles, in their own places without a block.
 template <class T, class To>
-HWY_NOINLINE void transformTiles(const LargeFft<T>& fft, const T* tiles, size_t tile, To to, bool bypassesCaches,
+HWY_NOINLINE void transformTiles(const LargeFft<T>& fft, T* tiles, size_t tile, To to, bool bypassesCaches,
                                  bool prefetches, T factor, T* block) {
     constexpr size_t C = kTileColumns;
     constexpr size_t L = RowLanes<T, 2 * C>::kLanes;
     using X = ComplexVec<T, L>;
     for (size_t k1 = 0; k1 < fft.n1; k1 += C, tiles += tile) {
-        transformRows<2 * C>(block, fft.plan.second, fft.second, TileLoader<T, To>{tiles, to, k1, fft.n1, prefetches},
+        transformRows<2 * C>(block != nullptr ? block : tiles, fft.plan.second, fft.second,
+                             TileLoader<T, To>{tiles, to, k1, fft.n1, prefetches},
                              [step = fft.n1, k1, factor, to, bypassesCaches](auto, auto, size_t k, size_t group,
                                                                              X x) ZVPS_INLINE_LAMBDA {
                                  const auto scale = hn::Set(Lanes<T, L>(), factor);
@@ -380,10 +387,10 @@ void transposeData(const LargeFft<T>& fft, AnyData<T> data) {
 // ---- Transforms ----
 
 template <size_t kColumns, class T, class From, class To>
-void transformInPlace(const LargeFft<T>& fft, From from, To to, T factor, T* block) {
-    transformInColumns<kColumns>(fft, from, to, block);
+void transformInPlace(const LargeFft<T>& fft, From from, To to, T factor, const LargeFftCall<T>& call) {
+    transformInColumns<kColumns>(fft, from, to, call.work);
     transposeData(fft, to);
-    transformRest<kColumns>(fft, to, to, factor, block);
+    transformRest<kColumns>(fft, to, to, factor, call.work);
 }
 
 // From this number of bytes on arrays leave the caches before they are read again; and from that on, results that do
@@ -391,17 +398,14 @@ void transformInPlace(const LargeFft<T>& fft, From from, To to, T factor, T* blo
 inline constexpr size_t kBypassBytes = size_t{16} << 20;
 inline constexpr size_t kBypassResultBytes = size_t{8} << 20;
 
+// tiles: at the distance of `tile`; secondBlock may be null.
 template <class T, class From, class To>
-void transformThroughTiles(const LargeFft<T>& fft, From from, To to, bool isInPlace, T factor,
-                           const LargeFftCall<T>& call) {
+void transformThroughTiles(const LargeFft<T>& fft, From from, To to, bool isInPlace, T factor, T* tiles, size_t tile,
+                           T* firstBlock, T* secondBlock) {
     constexpr size_t C = LargeFft<T>::C;
     constexpr size_t L = LargeFft<T>::L;
     constexpr size_t kTogether = kTileColumns / C;
-    const size_t tile = largeFftTile<T>(call.order);
-    constexpr uintptr_t kLine = 64;
-    T* const tiles = reinterpret_cast<T*>((reinterpret_cast<uintptr_t>(call.work) + kLine - 1) / kLine * kLine);
-    T* const block = tiles + fft.n1 / kTileColumns * tile;
-    const size_t bytes = 2 * sizeof(T) << call.order;
+    const size_t bytes = 2 * sizeof(T) * fft.n1 * fft.n2;
     const bool isBeyond = bytes >= kBypassBytes;
     const SplitData<T> middle = {tiles, tiles + L};
     const auto place = [](size_t n) { return n * 2 * kTileColumns; };
@@ -411,14 +415,37 @@ void transformThroughTiles(const LargeFft<T>& fft, From from, To to, bool isInPl
                                middle.template store<L>(start + group * 2 * L, x, isBeyond);
                            };
     if (isBeyond) {
-        transformColumns<true>(fft, AnyData<const T>(from), block, kColumnPadding<T>, place, store);
+        transformColumns<true>(fft, AnyData<const T>(from), firstBlock, kColumnPadding<T>, place, store);
     } else {
-        transformColumns<false>(fft, from, block, kColumnPadding<T>, place, store);
+        transformColumns<false>(fft, from, firstBlock, kColumnPadding<T>, place, store);
     }
     const bool isResultBeyond = isBeyond || (!isInPlace && bytes >= kBypassResultBytes);
     const bool bypassesCaches = isResultBeyond && to.isAligned();
-    transformTiles(fft, tiles, tile, to, bypassesCaches, isResultBeyond && !bypassesCaches, factor, block);
+    transformTiles(fft, tiles, tile, to, bypassesCaches, isResultBeyond && !bypassesCaches, factor, secondBlock);
     if (isResultBeyond) hwy::FlushStream();
+}
+
+// With the tiles in the work buffer, if it is large enough.
+template <class T, class From, class To>
+bool transformThroughTiles(const LargeFft<T>& fft, From from, To to, bool isInPlace, T factor,
+                           const LargeFftCall<T>& call) {
+    constexpr uintptr_t kLine = 64;
+    if (call.workValues >= largeFftWork<T>(call.order)) {
+        T* const tiles = reinterpret_cast<T*>((reinterpret_cast<uintptr_t>(call.work) + kLine - 1) / kLine * kLine);
+        const size_t tile = largeFftTile<T>(call.order);
+        T* const block = tiles + fft.n1 / kTileColumns * tile;
+        transformThroughTiles(fft, from, to, isInPlace, factor, tiles, tile, block, block);
+        return true;
+    }
+    if (call.order == kLeastLargeOrder) {
+        // Room for all points and no more.
+        alignas(kLine)
+            T block[kBlockColumns * ((2 << largeFftPlan<T>(kLeastLargeOrder).firstOrder) + kColumnPadding<T>)];
+        transformThroughTiles(fft, from, to, isInPlace, factor, call.work, 2 * kTileColumns * fft.n2, block,
+                              static_cast<T*>(nullptr));
+        return true;
+    }
+    return false;
 }
 
 // The first trip of data beyond the caches.
@@ -437,38 +464,42 @@ void transformBeyondCaches(const LargeFft<T>& fft, AnyData<const T> from, AnyDat
     if (bypassesCaches) hwy::FlushStream();
 }
 
+// Between the trips the data are where the results will be.
+template <class T, class From, class To>
+void transformThroughResults(const LargeFft<T>& fft, From from, To to, T factor, const LargeFftCall<T>& call) {
+    constexpr size_t C = LargeFft<T>::C;
+    constexpr size_t L = LargeFft<T>::L;
+    const size_t padded = kBlockColumns * ((size_t{2} << fft.plan.firstOrder) + kColumnPadding<T>);
+    const size_t padding = call.workValues >= padded ? kColumnPadding<T> : 0;
+    const bool isBeyond = 2 * sizeof(T) << call.order >= kBypassBytes;
+    if (kIsSpectrum<From> || !isBeyond) {
+        transformColumns<false>(
+            fft, from, call.work, padding, [&fft](size_t n) { return fft.place(n); },
+            [to](size_t row, size_t k, size_t group, ComplexVec<T, L> x)
+                ZVPS_INLINE_LAMBDA { to.template store<L>(row + k * C + group * L, x); });
+    } else if constexpr (!kIsSpectrum<From>) {
+        transformBeyondCaches(fft, AnyData<const T>(from), AnyData<T>(to), call.work, padding);
+    }
+    transformRest<C>(fft, to, to, factor, call.work);
+}
+
 template <class T, class From, class To>
 void transformLarge(From from, To to, bool isInPlace, T factor, const LargeFftCall<T>& call) {
     const LargeFft<T> fft(call.tables, call.order);
     constexpr size_t C = LargeFft<T>::C;
-    constexpr size_t L = LargeFft<T>::L;
-    T* const work = call.work;
     if constexpr (sizeof(T) == 8) {
-        if (call.workValues >= largeFftWork<T>(call.order)) {
-            transformThroughTiles(fft, from, to, isInPlace, factor, call);
-        } else {
-            transformInPlace<C>(fft, AnyData<const T>(from), AnyData<T>(to), factor, work);
-        }
+        if (transformThroughTiles(fft, from, to, isInPlace, factor, call)) return;
+        transformInPlace<C>(fft, AnyData<const T>(from), AnyData<T>(to), factor, call);
     } else {
         const size_t column = size_t{2} << fft.plan.secondOrder; // values of one in a block
         if (call.workValues < 4 * column) {
-            transformInPlace<2>(fft, AnyData<const T>(from), AnyData<T>(to), factor, work);
+            transformInPlace<2>(fft, AnyData<const T>(from), AnyData<T>(to), factor, call);
         } else if (call.workValues < C * column) {
-            transformInPlace<4>(fft, AnyData<const T>(from), AnyData<T>(to), factor, work);
+            transformInPlace<4>(fft, AnyData<const T>(from), AnyData<T>(to), factor, call);
         } else if (isInPlace) {
-            transformInPlace<C>(fft, from, to, factor, work);
+            transformInPlace<C>(fft, from, to, factor, call);
         } else {
-            const size_t padded = kBlockColumns * ((size_t{2} << fft.plan.firstOrder) + kColumnPadding<T>);
-            const size_t padding = call.workValues >= padded ? kColumnPadding<T> : 0;
-            if (2 * sizeof(T) << call.order < kBypassBytes) {
-                transformColumns<false>(
-                    fft, from, work, padding, [&fft](size_t n) { return fft.place(n); },
-                    [to](size_t row, size_t k, size_t group, ComplexVec<T, L> x)
-                        ZVPS_INLINE_LAMBDA { to.template store<L>(row + k * C + group * L, x); });
-            } else {
-                transformBeyondCaches(fft, AnyData<const T>(from), AnyData<T>(to), work, padding);
-            }
-            transformRest<C>(fft, to, to, factor, work);
+            transformThroughResults(fft, from, to, factor, call);
         }
     }
 }

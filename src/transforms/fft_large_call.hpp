@@ -18,9 +18,17 @@ struct LargeFftCall {
     size_t workValues;
 };
 
+template <class T>
+struct Spectrum;
+
 template <class T, FftDirection direction>
 void largeComplexFft(const T* src, T* dst, T factor, const LargeFftCall<T>& call);
 template <class T, FftDirection direction>
 void largeSplitFft(const T* srcRe, const T* srcIm, T* dstRe, T* dstIm, T factor, const LargeFftCall<T>& call);
+
+// The inverse of twice as many samples, from their spectrum and the table that parts its bins. False: not done, since
+// it is no faster than from the parted bins, or needs the results' memory beside the source.
+bool partedFft(const Spectrum<const float>& src, float* dst, float factor, const float* joining,
+               const LargeFftCall<float>& call);
 
 } // namespace zvps::ZVPS_LEVEL

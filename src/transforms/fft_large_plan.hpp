@@ -9,11 +9,14 @@ namespace zvps {
 // transforms over n2, whose bins k2 are those of k1 + N1 k2.
 struct LargeFftPlan {
     int firstOrder;  // of N1
-    int secondOrder; // of N2, the same or one more
+    int secondOrder; // of N2, which is not shorter
     RowsPlan first;  // its first radix is the number of columns taken together
     RowsPlan rest;   // the first one's passes behind that radix
     RowsPlan second;
 };
+
+// Of the halves of the shortest real transforms that are cut so.
+inline constexpr int kLeastLargeOrder = 17;
 
 // The columns that are taken together: two lines of cache.
 template <class T>
@@ -23,7 +26,7 @@ inline constexpr size_t kLargeColumns = size_t{1} << kLargeColumnsOrder<T>;
 
 template <class T>
 constexpr LargeFftPlan largeFftPlan(int order) {
-    const int firstOrder = order / 2;
+    const int firstOrder = sizeof(T) == 8 && order == kLeastLargeOrder ? 7 : order / 2;
     const int secondOrder = order - firstOrder;
     const RowsPlan rest = rowsPlan(firstOrder - kLargeColumnsOrder<T>);
     RowsPlan first = {firstOrder, {kLargeColumnsOrder<T>}};
@@ -61,7 +64,7 @@ constexpr size_t largeFftWork(int order) {
 // Where the tables start, in values. The factors between the transforms are products of a fine one, by n2 and k1 mod C,
 // and a coarse one, by n2 and k1 / C, with C columns. They come twice: for one n2 after the other, vectors of fine ones
 // for all k1 mod C and single coarse ones; and, each behind them, vectors of both for C neighbouring n2. Vectors are
-// cosines, then sines.
+// cosines, less 1 of fine ones, then sines.
 struct LargeFftTables {
     size_t first[kMostRowsPasses];
     size_t second[kMostRowsPasses];

@@ -17,7 +17,7 @@ void storeMiddle(int order, Wave<T> wave, T* base) {
         for (size_t k = 0; k < C; ++k) {
             T* const along = base + tables.fine + n * 2 * C + k;
             T* const across = base + tables.fineAcross + (block * C + k) * 2 * C + lane;
-            along[0] = across[0] = wave.cosine(n * k, order);
+            along[0] = across[0] = wave.lessCosine(n * k, order);
             along[C] = across[C] = wave.sine(n * k, order);
         }
         for (size_t k = 0; k < coarseCount; ++k) {

@@ -68,15 +68,15 @@ constexpr RealFftTables realFftTables(int order) {
     return tables;
 }
 
-// Longer ones are complex transforms of half the length, whose bins are joined. The tables are cos and sin of
-// 2 pi k / N for k = 1 .. C, where C values fill a vector; as pairs for every Cth k below N / 4; and those of that
-// transform.
+// Longer ones are complex transforms of half the length, whose bins are joined. The tables are cos less 1 and sin of
+// 2 pi k / N for k = 0 .. C - 1, where C values fill a vector, and for k = 1 .. C; cos and sin as pairs for every Cth k
+// below N / 2; and those of that transform.
 template <class T>
 inline constexpr size_t kJoinedBins = kTwiddleBlockBytes / sizeof(T);
 
 template <class T>
 constexpr size_t joiningValues(int order) {
-    return 2 * kJoinedBins<T> + 2 * ((size_t{1} << order) / 4 / kJoinedBins<T>);
+    return 4 * kJoinedBins<T> + (size_t{1} << order) / kJoinedBins<T>;
 }
 
 } // namespace zvps

@@ -30,12 +30,13 @@ void storeEnds(int columnOrder, Wave<T> wave, T* p) {
 template <class T>
 void storeJoining(int order, Wave<T> wave, T* p) {
     constexpr size_t C = kJoinedBins<T>;
-    for (size_t k = 0; k < C; ++k) {
-        p[k] = wave.cosine(k + 1, order);
-        p[C + k] = wave.sine(k + 1, order);
+    for (size_t from = 0; from < 2; ++from, p += 2 * C) {
+        for (size_t k = 0; k < C; ++k) {
+            p[k] = wave.lessCosine(from + k, order);
+            p[C + k] = wave.sine(from + k, order);
+        }
     }
-    p += 2 * C;
-    for (size_t k = 0; k < (size_t{1} << order) / 4; k += C, p += 2) {
+    for (size_t k = 0; k < (size_t{1} << order) / 2; k += C, p += 2) {
         p[0] = wave.cosine(k, order);
         p[1] = wave.sine(k, order);
     }

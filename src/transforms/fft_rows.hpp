@@ -24,6 +24,24 @@ template <class V>
 HWY_INLINE Parts<V> rotatedBack(V re, V im, V c, V s) {
     return {hn::NegMulAdd(im, s, hn::Mul(re, c)), hn::MulAdd(re, s, hn::Mul(im, c))};
 }
+// (re + i im) (1 + less - i s), where both are small: rounded at full size but once.
+template <class V>
+HWY_INLINE Parts<V> rotatedABit(V re, V im, V less, V s) {
+    return {hn::Add(re, hn::MulAdd(im, s, hn::Mul(re, less))), hn::Add(im, hn::NegMulAdd(re, s, hn::Mul(im, less)))};
+}
+
+// (re + i im) (c - i s) (1 + less - i sine). In double precision the larger part of the product is rounded once less.
+template <class V>
+HWY_INLINE Parts<V> rotatedTwice(V re, V im, V c, V s, V less, V sine) {
+    if constexpr (sizeof(hn::TFromV<V>) == 8) {
+        const Parts<V> change = {hn::NegMulAdd(s, sine, hn::Mul(c, less)), hn::MulAdd(c, sine, hn::Mul(s, less))};
+        const auto rest = rotated(re, im, change.re, change.im);
+        return {hn::MulAdd(re, c, hn::MulAdd(im, s, rest.re)), hn::MulAdd(im, c, hn::NegMulAdd(re, s, rest.im))};
+    } else {
+        const auto once = rotated(re, im, c, s);
+        return rotatedABit(once.re, once.im, less, sine);
+    }
+}
 
 // ---- Shuffles ----
 

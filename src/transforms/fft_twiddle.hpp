@@ -39,6 +39,11 @@ struct Wave {
 
     T cosine(size_t index, int of) const { return twiddle(index, of, quarter, order).re; }
     T sine(size_t index, int of) const { return -twiddle(index, of, quarter, order).im; }
+    // The cosine less 1, of angles below a quarter circle.
+    T lessCosine(size_t index, int of) const {
+        const T s = sine(index, of);
+        return -s * s / (1 + cosine(index, of));
+    }
 };
 
 // The table of a pass along rows that starts transforms of 2^order values with a radix of 2^radixOrder.
