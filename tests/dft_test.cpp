@@ -135,8 +135,6 @@ class Object {
 
 // ---- The oracle ----
 
-using Real = long double;
-using Reals = std::vector<Real>;
 using Complex = std::complex<Real>;
 using Points = std::vector<Complex>;
 
@@ -208,32 +206,6 @@ Reals arraysOf(const Dft& f, const Points& x, Real factor) {
 }
 
 // ---- Calls ----
-
-Reals loaded(const ElementType& type, const Bytes& data) {
-    Reals result(data.size() / type.partBytes);
-    withPartType(type, [&](auto zero) {
-        for (size_t i = 0; i < result.size(); ++i) {
-            std::memcpy(&zero, &data[i * sizeof(zero)], sizeof(zero));
-            result[i] = static_cast<Real>(zero);
-        }
-    });
-    return result;
-}
-
-Bytes randomData(const ElementType& type, size_t count, Random& random) {
-    Bytes data(count * type.partBytes);
-    if (!type.isFloat) {
-        fillRandom(type, data.data(), count, random);
-        return data;
-    }
-    withPartType(type, [&](auto zero) {
-        for (size_t i = 0; i < count; ++i) {
-            zero = static_cast<decltype(zero)>(static_cast<double>(random() >> 11) * 0x1p-52 - 1);
-            std::memcpy(&data[i * sizeof(zero)], &zero, sizeof(zero));
-        }
-    });
-    return data;
-}
 
 enum class Where { apart, inPlace, partlyInPlace };
 

@@ -15,9 +15,6 @@
 namespace zvps::test {
 namespace {
 
-using Real = long double;
-using Reals = std::vector<Real>;
-
 // ---- The oracle ----
 
 struct Complex {
@@ -113,35 +110,7 @@ Reals arraysOf(const Transform& f, int order, const std::vector<Complex>& x) {
     return data;
 }
 
-// ---- Data ----
-
-Reals loaded(const ElementType& type, const unsigned char* data, size_t count) {
-    Reals result(count);
-    withPartType(type, [&](auto zero) {
-        for (size_t i = 0; i < count; ++i) {
-            decltype(zero) value;
-            std::memcpy(&value, data + i * sizeof(value), sizeof(value));
-            result[i] = static_cast<Real>(value);
-        }
-    });
-    return result;
-}
-
-// Floats around 0; integers of all magnitudes and extremes.
-Bytes randomArrays(const ElementType& type, size_t count, Random& random) {
-    Bytes data(count * type.partBytes);
-    if (!type.isFloat) {
-        fillRandom(type, data.data(), count, random);
-        return data;
-    }
-    withPartType(type, [&](auto zero) {
-        for (size_t i = 0; i < count; ++i) {
-            const auto value = static_cast<decltype(zero)>(static_cast<double>(random() >> 11) * 0x1p-52 - 1);
-            std::memcpy(&data[i * sizeof(value)], &value, sizeof(value));
-        }
-    });
-    return data;
-}
+// ---- Objects ----
 
 class Spec {
   public:
@@ -307,8 +276,8 @@ void check(const Transform& f, int order, int flag, int hint, Random& random) {
     const int repetitions = order < 9 && f.to->isFloat ? 1 << (9 - order) : 1;
     for (int r = 0; r < repetitions; ++r) {
         const size_t count = f.sourceCount(order) * (f.isSplit() ? 2 : 1);
-        const Bytes data = randomArrays(*f.from, count, random);
-        std::vector<Complex> x = pointsOf(f, order, loaded(*f.from, data.data(), count));
+        const Bytes data = randomData(*f.from, count, random);
+        std::vector<Complex> x = pointsOf(f, order, loaded(*f.from, data));
         transformExactly(x, f.isForward);
         Reals expected = arraysOf(f, order, x);
         for (Real& v : expected)
@@ -317,7 +286,7 @@ void check(const Transform& f, int order, int flag, int hint, Random& random) {
         for (size_t level = 0; level < levels().size(); ++level) {
             useLevel(levels()[level]);
             const Bytes result = calls.outOfPlace(spec, data, scaleFactor, 0, false);
-            const Reals actual = loaded(*f.to, result.data(), expected.size());
+            const Reals actual = loaded(*f.to, result);
             if (f.to->isFloat) {
                 errors[level].add(expected, actual);
                 for (size_t i = 0; i < expected.size(); ++i)
@@ -337,8 +306,7 @@ void check(const Transform& f, int order, int flag, int hint, Random& random) {
             for (const int far : {INT_MIN, -70, 70, INT_MAX}) {
                 const Bytes limits = calls.outOfPlace(spec, data, far, 0, false);
                 const Real slack = slackOf(f, order, flag, hint, expected);
-                expectRounded(f, expected, loaded(*f.to, limits.data(), expected.size()), std::clamp(far, -99, 99),
-                              slack);
+                expectRounded(f, expected, loaded(*f.to, limits), std::clamp(far, -99, 99), slack);
             }
         }
     }
@@ -438,7 +406,7 @@ TEST(Fft, ThreadsShareAnObject) {
         const Spec spec(*f.spec, order, zvpFftScaleNone, 0);
         Random random("threads");
         const size_t arrays = f.isSplit() ? 2 : 1;
-        const Bytes data = randomArrays(*f.from, f.sourceCount(order) * arrays, random);
+        const Bytes data = randomData(*f.from, f.sourceCount(order) * arrays, random);
         const size_t bytes = f.resultCount(order) * f.to->partBytes;
         std::vector<Bytes> results(4, Bytes(bytes * arrays));
         std::vector<std::thread> threads;

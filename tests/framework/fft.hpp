@@ -1,7 +1,10 @@
-// The FFT functions in tables: types of transform objects with their operations, and transforms.
+// The FFT functions in tables: types of transform objects with their operations, and transforms; data for them.
 #pragma once
 
+#include "framework/call.hpp"
 #include "framework/function.hpp"
+
+#include <cstring>
 
 namespace zvps::test {
 
@@ -170,5 +173,37 @@ inline const Transform kTransforms[] = {
     ZVPS_TEST_TRANSFORM(zvpsFFTFwd_RToCCS_16s32s_Sfs, R_16s32s, 16s, 32s, ccs, true, nullptr),
     ZVPS_TEST_TRANSFORM(zvpsFFTInv_CCSToR_32s16s_Sfs, R_16s32s, 32s, 16s, ccs, false, nullptr),
 };
+
+// ---- Data: the parts of arrays ----
+
+using Real = long double;
+using Reals = std::vector<Real>;
+
+inline Reals loaded(const ElementType& type, const Bytes& data) {
+    Reals result(data.size() / type.partBytes);
+    withPartType(type, [&](auto zero) {
+        for (size_t i = 0; i < result.size(); ++i) {
+            std::memcpy(&zero, &data[i * sizeof(zero)], sizeof(zero));
+            result[i] = static_cast<Real>(zero);
+        }
+    });
+    return result;
+}
+
+// Floats around 0; integers of all magnitudes and extremes.
+inline Bytes randomData(const ElementType& type, size_t count, Random& random) {
+    Bytes data(count * type.partBytes);
+    if (!type.isFloat) {
+        fillRandom(type, data.data(), count, random);
+        return data;
+    }
+    withPartType(type, [&](auto zero) {
+        for (size_t i = 0; i < count; ++i) {
+            zero = static_cast<decltype(zero)>(static_cast<double>(random() >> 11) * 0x1p-52 - 1);
+            std::memcpy(&data[i * sizeof(zero)], &zero, sizeof(zero));
+        }
+    });
+    return data;
+}
 
 } // namespace zvps::test
