@@ -1,9 +1,8 @@
 #include "zvps/correlation.h"
 
 #include "bench.hpp"
+#include "fftw.hpp"
 #include "peers.hpp"
-
-#include <fftw3.h>
 
 #include <algorithm>
 #include <map>
@@ -39,70 +38,42 @@ Signals<T>& signals() {
 
 // ---- FFTW with measured plans that live as long as the program ----
 
-template <class T>
-struct Fftw;
-#define BENCH_FFTW(T, F, COMPLEX, FORWARD, INVERSE, isReal)                                                            \
-    template <>                                                                                                        \
-    struct Fftw<T> {                                                                                                   \
-        using Plan = F##_plan;                                                                                         \
-        using Complex = F##_complex;                                                                                   \
-        using Part = std::remove_extent_t<Complex>;                                                                    \
-        static constexpr bool kIsReal = isReal;                                                                        \
-        static void* allocate(size_t bytes) { return F##_malloc(bytes); }                                              \
-        static void execute(Plan plan) { F##_execute(plan); }                                                          \
-        static Plan forward(int n, void* work) { return FORWARD; }                                                     \
-        static Plan inverse(int n, void* work) { return INVERSE; }                                                     \
-    };
-#define BENCH_REAL_FFTW(T, F)                                                                                          \
-    BENCH_FFTW(T, F, F##_complex,                                                                                      \
-               F##_plan_dft_r2c_1d(n, static_cast<Part*>(work), static_cast<Complex*>(work), FFTW_MEASURE),            \
-               F##_plan_dft_c2r_1d(n, static_cast<Complex*>(work), static_cast<Part*>(work), FFTW_MEASURE), true)
-BENCH_REAL_FFTW(Zvp32f, fftwf)
-BENCH_REAL_FFTW(Zvp64f, fftw)
-#define BENCH_COMPLEX_FFTW(T, F)                                                                                       \
-    BENCH_FFTW(                                                                                                        \
-        T, F, F##_complex,                                                                                             \
-        F##_plan_dft_1d(n, static_cast<Complex*>(work), static_cast<Complex*>(work), FFTW_FORWARD, FFTW_MEASURE),      \
-        F##_plan_dft_1d(n, static_cast<Complex*>(work), static_cast<Complex*>(work), FFTW_BACKWARD, FFTW_MEASURE),     \
-        false)
-BENCH_COMPLEX_FFTW(Zvp32fc, fftwf)
-BENCH_COMPLEX_FFTW(Zvp64fc, fftw)
-
 // Two arrays of n points, transformed in place.
 template <class T>
 struct FftwPair {
-    using Api = Fftw<T>;
-    using Part = typename Api::Part;
-    int n;
-    Part* work[2];
-    typename Api::Plan forward[2], inverse;
+    static constexpr bool kIsReal = std::is_floating_point_v<T>;
+    using Part = std::conditional_t<sizeof(T) == (kIsReal ? 4 : 8), float, double>;
+    using Plan = FftwPlan<Part>;
 
-    explicit FftwPair(int points) : n(points) {
-        for (int i = 0; i < 2; ++i) {
-            work[i] = static_cast<Part*>(Api::allocate(sizeof(Part) * 2 * static_cast<size_t>(points + 2)));
-            forward[i] = Api::forward(n, work[i]);
-        }
-        inverse = Api::inverse(n, work[1]);
-    }
+    explicit FftwPair(int points) : n(points) {}
+
+    int n;
+    FftwArray<Part> work[2] = {array(), array()};
+    Plan forward[2] = {plan(0, false), plan(1, false)};
+    Plan inverse = plan(1, true);
+
+    FftwArray<Part> array() const { return fftwArray<Part>(2 * static_cast<size_t>(n + 2)); }
+    Plan plan(int i, bool isInverse) const { return Plan::dft(kIsReal, isInverse, n, work[i].get(), work[i].get()); }
+
     void load(int i, const T* src, int count) {
-        auto* const to = reinterpret_cast<T*>(work[i]);
+        auto* const to = reinterpret_cast<T*>(work[i].get());
         std::copy_n(src, count, to);
         std::fill(to + count, to + n, T{});
-        Api::execute(forward[i]);
+        forward[i]();
     }
     // The second spectrum times the first, conjugated or not, and back.
     template <bool kConjugate>
     const T* multiply(int first) {
-        const Part* const a = work[first];
-        Part* const b = work[1];
+        const Part* const a = work[first].get();
+        Part* const b = work[1].get();
         const Part scale = Part{1} / static_cast<Part>(n);
-        for (int k = 0; k < (Api::kIsReal ? n + 2 : 2 * n); k += 2) {
+        for (int k = 0; k < (kIsReal ? n + 2 : 2 * n); k += 2) {
             const Part re = a[k] * scale, im = kConjugate ? -a[k + 1] * scale : a[k + 1] * scale;
             const Part x = b[k], y = b[k + 1];
             b[k] = x * re - y * im;
             b[k + 1] = x * im + y * re;
         }
-        Api::execute(inverse);
+        inverse();
         return reinterpret_cast<const T*>(b);
     }
 };

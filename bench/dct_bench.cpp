@@ -2,9 +2,8 @@
 #include "zvps/hilbert.h"
 
 #include "bench.hpp"
+#include "fftw.hpp"
 #include "peers.hpp"
-
-#include <fftw3.h>
 
 #include <algorithm>
 #include <cmath>
@@ -38,25 +37,6 @@ void report(benchmark::State& state, size_t bytes) {
 
 // ---- DCT ----
 
-template <class T>
-struct Fftw;
-#define FFTW(TYPE, PREFIX)                                                                                             \
-    template <>                                                                                                        \
-    struct Fftw<TYPE> {                                                                                                \
-        Fftw(int n, bool isInverse, TYPE* src, TYPE* dst, unsigned flags)                                              \
-            : plan(PREFIX##_plan_r2r_1d(n, src, dst, isInverse ? FFTW_REDFT01 : FFTW_REDFT10, flags)) {}               \
-        ~Fftw() { PREFIX##_destroy_plan(plan); }                                                                       \
-        Fftw(const Fftw&) = delete;                                                                                    \
-        Fftw& operator=(const Fftw&) = delete;                                                                         \
-        void operator()() const { PREFIX##_execute(plan); }                                                            \
-                                                                                                                       \
-        PREFIX##_plan plan;                                                                                            \
-    };
-FFTW(float, fftwf)
-FFTW(double, fftw)
-FFTW(long double, fftwl)
-#undef FFTW
-
 // The error of c(k) times the sums that a DCT of these values is made of; 0 for a length measured before.
 template <class T>
 double relativeError(const std::string& name, const std::vector<T>& src, const std::vector<T>& dst, bool isScaled) {
@@ -65,7 +45,7 @@ double relativeError(const std::string& name, const std::vector<T>& src, const s
     const size_t n = src.size();
     std::vector<long double> from(src.begin(), src.end());
     std::vector<long double> to(n);
-    const Fftw<long double> exact(static_cast<int>(n), false, from.data(), to.data(), FFTW_ESTIMATE);
+    const auto exact = FftwPlan<long double>::dct(false, static_cast<int>(n), from.data(), to.data(), FFTW_ESTIMATE);
     std::copy(src.begin(), src.end(), from.begin());
     exact();
     long double error = 0;
@@ -113,7 +93,7 @@ void dcts(const std::string& row, bool isInverse, ZvpStatus (*initAlloc)(Spec**,
         benchmark::RegisterBenchmark(fftw.c_str(), [=](benchmark::State& state) {
             std::vector<T> src(static_cast<size_t>(n));
             std::vector<T> dst(src.size());
-            const Fftw<T> plan(n, isInverse, src.data(), dst.data(), FFTW_MEASURE);
+            const auto plan = FftwPlan<T>::dct(isInverse, n, src.data(), dst.data());
             fill(src);
             run(state, fftw, isInverse, false, src, dst, plan);
         });
@@ -125,20 +105,14 @@ void dcts(const std::string& row, bool isInverse, ZvpStatus (*initAlloc)(Spec**,
 struct FftwAnalytic {
     explicit FftwAnalytic(int length)
         : n(length), src(static_cast<size_t>(n)), dst(static_cast<size_t>(n)),
-          forward(fftwf_plan_dft_r2c_1d(n, src.data(), bins(), FFTW_MEASURE)),
-          inverse(fftwf_plan_dft_1d(n, bins(), bins(), FFTW_BACKWARD, FFTW_MEASURE)) {
+          forward(FftwPlan<float>::dft(true, false, n, src.data(), bins())),
+          inverse(FftwPlan<float>::dft(false, true, n, bins(), bins())) {
         fill(src);
     }
-    ~FftwAnalytic() {
-        fftwf_destroy_plan(forward);
-        fftwf_destroy_plan(inverse);
-    }
-    FftwAnalytic(const FftwAnalytic&) = delete;
-    FftwAnalytic& operator=(const FftwAnalytic&) = delete;
 
-    fftwf_complex* bins() { return reinterpret_cast<fftwf_complex*>(dst.data()); }
+    float* bins() { return reinterpret_cast<float*>(dst.data()); }
     void operator()() {
-        fftwf_execute(forward);
+        forward();
         const float single = 1 / static_cast<float>(n);
         for (int k = 0; k <= n / 2; ++k) {
             const float factor = k == 0 || 2 * k == n ? single : 2 * single;
@@ -146,13 +120,13 @@ struct FftwAnalytic {
             dst[static_cast<size_t>(k)].im *= factor;
         }
         std::fill(dst.begin() + n / 2 + 1, dst.end(), Zvp32fc{0, 0});
-        fftwf_execute(inverse);
+        inverse();
     }
 
     int n;
     std::vector<Zvp32f> src;
     std::vector<Zvp32fc> dst;
-    fftwf_plan forward, inverse;
+    FftwPlan<float> forward, inverse;
 };
 
 void hilbert() {

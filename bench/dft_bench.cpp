@@ -1,9 +1,8 @@
 #include "zvps/dft.h"
 
 #include "bench.hpp"
+#include "fftw.hpp"
 #include "peers.hpp"
-
-#include <fftw3.h>
 
 #include <cmath>
 #include <map>
@@ -18,27 +17,6 @@ namespace {
 const Lengths kDftLengths = {3,    5,    6,     7,     9,      10,  11,  12,  13,  15,  18,   20,   21,    24,
                              30,   36,   40,    60,    100,    120, 240, 360, 480, 500, 600,  1000, 1152,  1536,
                              1920, 3000, 10000, 44100, 100000, 17,  97,  101, 151, 509, 1009, 4093, 10007, 65537};
-
-template <class T>
-struct Fftw;
-#define FFTW(TYPE, PREFIX)                                                                                             \
-    template <>                                                                                                        \
-    struct Fftw<TYPE> {                                                                                                \
-        Fftw(bool isReal, int n, TYPE* src, TYPE* dst, unsigned flags)                                                 \
-            : plan(isReal ? PREFIX##_plan_dft_r2c_1d(n, src, complex(dst), flags)                                      \
-                          : PREFIX##_plan_dft_1d(n, complex(src), complex(dst), FFTW_FORWARD, flags)) {}               \
-        ~Fftw() { PREFIX##_destroy_plan(plan); }                                                                       \
-        Fftw(const Fftw&) = delete;                                                                                    \
-        Fftw& operator=(const Fftw&) = delete;                                                                         \
-        static PREFIX##_complex* complex(TYPE* p) { return reinterpret_cast<PREFIX##_complex*>(p); }                   \
-        void operator()() const { PREFIX##_execute(plan); }                                                            \
-                                                                                                                       \
-        PREFIX##_plan plan;                                                                                            \
-    };
-FFTW(float, fftwf)
-FFTW(double, fftw)
-FFTW(long double, fftwl)
-#undef FFTW
 
 // The arrays of one call, with room for a real spectrum.
 template <class T>
@@ -61,7 +39,8 @@ double relativeError(const std::string& name, bool isReal, int n, const Arrays<T
     static std::map<std::string, double> errors;
     if (errors.find(name) != errors.end()) return errors[name];
     Arrays<long double> exact(n);
-    const Fftw<long double> transform(isReal, n, exact.src.data(), exact.dst.data(), FFTW_ESTIMATE);
+    const auto transform =
+        FftwPlan<long double>::dft(isReal, false, n, exact.src.data(), exact.dst.data(), FFTW_ESTIMATE);
     exact.src.assign(arrays.src.begin(), arrays.src.end());
     transform();
     long double error = 0;
@@ -109,7 +88,7 @@ void dfts(const std::string& row, bool isReal, ZvpStatus (*initAlloc)(Spec**, in
         });
         benchmark::RegisterBenchmark(fftw.c_str(), [=](benchmark::State& state) {
             Arrays<T> arrays(n);
-            const Fftw<T> plan(isReal, n, arrays.src.data(), arrays.dst.data(), FFTW_MEASURE);
+            const auto plan = FftwPlan<T>::dft(isReal, false, n, arrays.src.data(), arrays.dst.data());
             arrays.fill();
             run(state, fftw, isReal, n, arrays, plan);
         });

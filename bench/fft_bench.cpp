@@ -1,9 +1,8 @@
 #include "zvps/fft.h"
 
 #include "bench.hpp"
+#include "fftw.hpp"
 #include "peers.hpp"
-
-#include <fftw3.h>
 
 #include <algorithm>
 #include <cmath>
@@ -110,39 +109,20 @@ OURS(64f, 64f, R_64f, zvpsFFTFwd_RToCCS_64f, zvpsFFTInv_CCSToR_64f)
 
 // ---- FFTW ----
 
-template <class T>
-struct Fftw;
-#define FFTW(TYPE, PREFIX)                                                                                             \
-    template <>                                                                                                        \
-    struct Fftw<TYPE> {                                                                                                \
-        using Plan = PREFIX##_plan;                                                                                    \
-                                                                                                                       \
-        static Plan plan(bool isReal, bool isInverse, int order, TYPE* src, TYPE* dst, unsigned flags) {               \
-            const int n = 1 << order;                                                                                  \
-            auto* const from = reinterpret_cast<PREFIX##_complex*>(src);                                               \
-            auto* const to = reinterpret_cast<PREFIX##_complex*>(dst);                                                 \
-            if (!isReal) return PREFIX##_plan_dft_1d(n, from, to, isInverse ? FFTW_BACKWARD : FFTW_FORWARD, flags);    \
-            return isInverse ? PREFIX##_plan_dft_c2r_1d(n, from, dst, flags)                                           \
-                             : PREFIX##_plan_dft_r2c_1d(n, src, to, flags);                                            \
-        }                                                                                                              \
-        static void execute(Plan plan) { PREFIX##_execute(plan); }                                                     \
-        static void destroy(Plan plan) { PREFIX##_destroy_plan(plan); }                                                \
-    };
-FFTW(float, fftwf)
-FFTW(double, fftw)
-FFTW(long double, fftwl)
-#undef FFTW
-
 // Measured once; planning spoils the arrays.
 template <class T>
-typename Fftw<T>::Plan measuredPlan(bool isReal, Form form, int order) {
-    static std::map<std::tuple<bool, Form, int>, typename Fftw<T>::Plan> plans;
-    auto& plan = plans[{isReal, form, order}];
-    if (plan == nullptr) {
+const FftwPlan<T>& measuredPlan(bool isReal, Form form, int order) {
+    static std::map<std::tuple<bool, Form, int>, FftwPlan<T>> plans;
+    const auto place = std::make_tuple(isReal, form, order);
+    auto plan = plans.find(place);
+    if (plan == plans.end()) {
         const Operands<T> operands(isReal, form);
-        plan = Fftw<T>::plan(isReal, form == Form::inverse, order, operands.src, operands.dst, FFTW_MEASURE);
+        plan =
+            plans
+                .emplace(place, FftwPlan<T>::dft(isReal, form == Form::inverse, 1 << order, operands.src, operands.dst))
+                .first;
     }
-    return plan;
+    return plan->second;
 }
 
 // ---- Accuracy ----
@@ -156,7 +136,7 @@ double relativeError(const std::string& name, bool isReal, int order, const Oper
     const size_t count = partsOf(isReal, order);
     std::vector<long double> src(count);
     std::vector<long double> exact(count);
-    const auto plan = Fftw<long double>::plan(isReal, false, order, src.data(), exact.data(), FFTW_ESTIMATE);
+    const auto plan = FftwPlan<long double>::dft(isReal, false, 1 << order, src.data(), exact.data(), FFTW_ESTIMATE);
     Values values;
     long double errors = 0;
     long double squares = 0;
@@ -164,14 +144,13 @@ double relativeError(const std::string& name, bool isReal, int order, const Oper
         std::generate_n(operands.src, count, [&] { return values.operand<T>(); });
         std::copy_n(operands.src, count, src.begin());
         call(operands);
-        Fftw<long double>::execute(plan);
+        plan();
         for (size_t i = 0; i < count; ++i) {
             const long double error = operands.dst[i] - exact[i];
             errors += error * error;
             squares += exact[i] * exact[i];
         }
     }
-    Fftw<long double>::destroy(plan);
     return entry->second = static_cast<double>(std::sqrt(errors / squares));
 }
 
@@ -210,8 +189,8 @@ void transforms(const std::string& type) {
                 });
             });
             benchmark::RegisterBenchmark(fftw.c_str(), [fftw, form = form, order](benchmark::State& state) {
-                const auto plan = measuredPlan<T>(kIsReal, form, order);
-                run<T>(state, fftw, kIsReal, form, order, [&](const Operands<T>&) { Fftw<T>::execute(plan); });
+                const auto& plan = measuredPlan<T>(kIsReal, form, order);
+                run<T>(state, fftw, kIsReal, form, order, [&](const Operands<T>&) { plan(); });
             });
         }
     }

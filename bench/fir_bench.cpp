@@ -1,11 +1,11 @@
 #include "zvps/fir.h"
 
 #include "bench.hpp"
+#include "fftw.hpp"
 #include "peers.hpp"
 
 #include <complex>
 
-#include <fftw3.h>
 // The header takes its complex type from <complex>.
 #include <liquid/liquid.h>
 
@@ -75,51 +75,48 @@ Signal<T>& theSignal() {
 // Overlap-save by FFTW, measured plans, transforms of at least four times the taps.
 class FftwFilter {
   public:
-    explicit FftwFilter(const std::vector<float>& taps) : past_(taps.size() - 1) {
-        while (length_ < 4 * taps.size())
-            length_ *= 2;
-        work_ = fftwf_alloc_real(length_ + 2);
-        spectrum_ = fftwf_alloc_real(length_ + 2);
-        auto* const complex = reinterpret_cast<fftwf_complex*>(work_);
-        forward_ = fftwf_plan_dft_r2c_1d(static_cast<int>(length_), work_, complex, FFTW_MEASURE);
-        inverse_ = fftwf_plan_dft_c2r_1d(static_cast<int>(length_), complex, work_, FFTW_MEASURE);
-        std::fill_n(work_, length_, 0.0F);
-        std::copy(taps.begin(), taps.end(), work_);
-        fftwf_execute(forward_);
+    explicit FftwFilter(const std::vector<float>& taps) : past_(taps.size() - 1), length_(lengthFor(taps.size())) {
+        std::fill_n(work(), length_, 0.0F);
+        std::copy(taps.begin(), taps.end(), work());
+        forward_();
         for (size_t i = 0; i < length_ + 2; ++i)
             spectrum_[i] = work_[i] / static_cast<float>(length_);
-    }
-    FftwFilter(const FftwFilter&) = delete;
-    FftwFilter& operator=(const FftwFilter&) = delete;
-    ~FftwFilter() {
-        fftwf_destroy_plan(forward_);
-        fftwf_destroy_plan(inverse_);
-        fftwf_free(work_);
-        fftwf_free(spectrum_);
     }
     void filter(const float* src, float* dst, size_t n) {
         const size_t step = length_ - past_;
         for (size_t i = 0; i < n; i += step) {
             const size_t count = std::min(step, n - i);
-            std::copy_n(src + i - past_, past_ + count, work_);
-            std::fill(work_ + past_ + count, work_ + length_, 0.0F);
-            fftwf_execute(forward_);
+            std::copy_n(src + i - past_, past_ + count, work());
+            std::fill(work() + past_ + count, work() + length_, 0.0F);
+            forward_();
             for (size_t k = 0; k < length_ + 2; k += 2) {
                 const float re = work_[k], im = work_[k + 1];
                 work_[k] = re * spectrum_[k] - im * spectrum_[k + 1];
                 work_[k + 1] = re * spectrum_[k + 1] + im * spectrum_[k];
             }
-            fftwf_execute(inverse_);
-            std::copy_n(work_ + past_, count, dst + i);
+            inverse_();
+            std::copy_n(work() + past_, count, dst + i);
         }
     }
 
   private:
+    static size_t lengthFor(size_t taps) {
+        size_t length = 64;
+        while (length < 4 * taps)
+            length *= 2;
+        return length;
+    }
+    FftwPlan<float> plan(bool isInverse) {
+        return FftwPlan<float>::dft(true, isInverse, static_cast<int>(length_), work(), work());
+    }
+    float* work() const { return work_.get(); }
+
     size_t past_;
-    size_t length_ = 64;
-    float* work_;
-    float* spectrum_;
-    fftwf_plan forward_, inverse_;
+    size_t length_;
+    FftwArray<float> work_ = fftwArray<float>(length_ + 2);
+    FftwArray<float> spectrum_ = fftwArray<float>(length_ + 2);
+    FftwPlan<float> forward_ = plan(false);
+    FftwPlan<float> inverse_ = plan(true);
 };
 
 // ---- Rows ----
