@@ -31,7 +31,7 @@ void transformPower(const DftSpec<T>& spec, FftDirection direction, const DftPoi
     const FftKernels<T>& table = fftKernels<T>();
     const bool isSplit = src.step == 1;
     const auto* const fft = static_cast<const FftSpec<T>*>(spec.fft);
-    if (const int order = orderOf(spec.length); order <= kFixedFftOrder) {
+    if (const int order = orderOf(spec.length); order <= kFixedComplexFftOrder) {
         const int scales = factor != T{1};
         if (isSplit) {
             table.fixedSplit[direction][scales][order](src.re, src.im, dst.re, dst.im, factor);

@@ -5,7 +5,7 @@ namespace zvps::ZVPS_LEVEL {
 #define ZVPS_ORDERS(ROUTINE, ...)                                                                                      \
     {                                                                                                                  \
         ROUTINE<__VA_ARGS__, 0>, ROUTINE<__VA_ARGS__, 1>, ROUTINE<__VA_ARGS__, 2>, ROUTINE<__VA_ARGS__, 3>,            \
-            ROUTINE<__VA_ARGS__, 4>, ROUTINE<__VA_ARGS__, 5>,                                                          \
+            ROUTINE<__VA_ARGS__, 4>, ROUTINE<__VA_ARGS__, 5>, ROUTINE<__VA_ARGS__, 6>,                                 \
     }
 #define ZVPS_FIXED(ROUTINE, ...)                                                                                       \
     { ZVPS_ORDERS(ROUTINE, __VA_ARGS__, false), ZVPS_ORDERS(ROUTINE, __VA_ARGS__, true) }
