@@ -163,8 +163,11 @@ struct SplitPairsLoader {
     }
     template <size_t N>
     HWY_INLINE Vec<T, N> loadTwice(size_t i) const {
-        const auto x = load<N / 2>(i);
-        return hn::Combine(Lanes<T, N>(), x, x);
+        const Lanes<T, N> d;
+        const size_t beyond = i % (N / 2);
+        const auto first = hn::LoadDup128(d, re + i - beyond);
+        const auto second = hn::LoadDup128(d, im + i - beyond);
+        return beyond == 0 ? hn::InterleaveLower(d, first, second) : hn::InterleaveUpper(d, first, second);
     }
 };
 template <class T>
