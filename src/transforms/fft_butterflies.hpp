@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/simd.hpp"
+#include "transforms/sines.hpp"
 
 #include <utility>
 
@@ -100,31 +101,24 @@ inline constexpr double kCosEighth = 0.70710678118654752440; // of the circle, c
 inline constexpr double kCosSixteenth = 0.92387953251128675613;
 inline constexpr double kTanSixteenth = 0.41421356237309504880;
 
-// cos(2 pi k / 64) for k = 0..16
-inline constexpr double kCosines[] = {1.0,
-                                      0.99518472667219688624,
-                                      0.98078528040323044913,
-                                      0.95694033573220886494,
-                                      0.92387953251128675613,
-                                      0.88192126434835502971,
-                                      0.83146961230254523708,
-                                      0.77301045336273696081,
-                                      0.70710678118654752440,
-                                      0.63439328416364549822,
-                                      0.55557023301960222474,
-                                      0.47139673682599764856,
-                                      0.38268343236508977173,
-                                      0.29028467725446236764,
-                                      0.19509032201612826785,
-                                      0.098017140329560601994,
-                                      0.0};
+// cos(2 pi k / 256) for k = 0..64
+struct Cosines {
+    double values[65];
 
-constexpr double cosOf64(size_t k) {
-    k %= 64;
-    return k <= 16 ? kCosines[k] : k <= 32 ? -kCosines[32 - k] : cosOf64(64 - k);
+    constexpr Cosines() : values() {
+        for (uint64_t k = 0; k <= 64; ++k) {
+            values[k] = static_cast<double>(sineCosineOf(k, 256).cosine);
+        }
+    }
+};
+inline constexpr Cosines kCosines;
+
+constexpr double cosOf256(size_t k) {
+    k %= 256;
+    return k <= 64 ? kCosines.values[k] : k <= 128 ? -kCosines.values[128 - k] : cosOf256(256 - k);
 }
 constexpr double cosOf32(size_t k) {
-    return cosOf64(2 * k);
+    return cosOf256(8 * k);
 }
 
 // The second half of a butterfly of four points: sums and differences of the even ones, and of the odd ones with a
@@ -141,7 +135,7 @@ HWY_INLINE void combineFour(C sumEven, C differenceEven, C sumOdd, C differenceO
 // which take those that add. The result is the same.
 enum AdditionPipes { kAdders, kMultipliersToo };
 
-// The forward transform of R points: reads in(Index<n>()) once for every n, then calls out(Index<k>(), X[k]). Up to 8
+// The forward transform of R points: reads in(Index<n>()) once for every n, then calls out(Index<k>(), X[k]). Up to 16
 // points may be of any type that has the arithmetic above.
 template <class T, size_t V, size_t R, AdditionPipes pipes = kAdders>
 struct Butterfly;
@@ -210,9 +204,9 @@ struct Butterfly<T, V, 8, pipes> {
 
 template <class T, size_t V, AdditionPipes pipes>
 struct Butterfly<T, V, 16, pipes> {
-    using C = ComplexVec<T, V>;
     template <class In, class Out>
     static HWY_INLINE void run(const In& in, const Out& out) {
+        using C = decltype(in(Index<0>()));
         const Lanes<T, V> d;
         C a[4][4];
         unroll<4>([&](auto n) ZVPS_INLINE_LAMBDA {

@@ -11,7 +11,7 @@ constexpr size_t smaller(size_t a, size_t b) {
     return a < b ? a : b;
 }
 
-// ---- Short transforms: two passes ----
+// ---- Short transforms of split data: two passes ----
 
 template <class T, int order, class Loader, class Storer>
 HWY_NOINLINE void shortTransform(const Loader& loader, const Storer& storer, const T* twiddles) {
@@ -224,25 +224,13 @@ HWY_INLINE auto scaled(const Storer& storer, T factor) {
     }
 }
 
-template <class T, class Loader, class Storer>
-HWY_INLINE void transform(const Loader& loader, const Storer& storer, T* data, bool isInPlace, const FftSpec<T>& spec,
-                          T* work) {
-    if (spec.order <= kLastShortFft) {
-        withOrder<kFirstFftPlan, kLastShortFft>(spec.order, [&](auto order) ZVPS_INLINE_LAMBDA {
-            shortTransform<T, order>(loader, storer, spec.twiddles);
-        });
-    } else {
-        longTransform(loader, storer, data, isInPlace, spec, work);
-    }
-}
-
-template <class T, class Loader, class Storer>
-HWY_INLINE void scaledTransform(const Loader& loader, const Storer& storer, T* data, bool isInPlace, T factor,
-                                const FftSpec<T>& spec, T* work) {
+// run(storer), scaled if there is a factor.
+template <class T, class Storer, class Run>
+HWY_INLINE void withScaled(const Storer& storer, T factor, const Run& run) {
     if (factor == T{1}) {
-        transform(loader, storer, data, isInPlace, spec, work);
+        run(storer);
     } else {
-        transform(loader, ScaledStorer<T, Storer>{storer, factor}, data, isInPlace, spec, work);
+        run(ScaledStorer<T, Storer>{storer, factor});
     }
 }
 
@@ -253,13 +241,15 @@ LargeFftCall<T> largeCall(const FftSpec<T>& spec, T* work) {
 
 template <class T, FftDirection direction>
 ZvpStatus complexFft(const T* src, T* dst, T factor, const FftSpec<T>& spec, T* work) {
+    static_assert(kFixedComplexFftOrder == kLastShortFft);
     constexpr bool kInverse = direction == kFftInverse;
     if (spec.order > kLastFftPlan) {
         largeComplexFft<T, direction>(src, dst, factor, largeCall(spec, work));
         return zvpStsOk;
     }
-    scaledTransform(InterleavedLoader<T, kInverse>{src}, InterleavedStorer<T, kInverse>{dst}, dst, src == dst, factor,
-                    spec, work);
+    withScaled(InterleavedStorer<T, kInverse>{dst}, factor, [&](const auto& storer) ZVPS_INLINE_LAMBDA {
+        longTransform(InterleavedLoader<T, kInverse>{src}, storer, dst, src == dst, spec, work);
+    });
     return zvpStsOk;
 }
 
@@ -272,8 +262,16 @@ ZvpStatus splitFft(const T* srcRe, const T* srcIm, T* dstRe, T* dstIm, T factor,
     if constexpr (direction == kFftInverse) {
         return splitFft<T, kFftForward>(srcIm, srcRe, dstIm, dstRe, factor, spec, work);
     } else {
-        scaledTransform(SplitLoader<T>{srcRe, srcIm}, SplitStorer<T>{dstRe, dstIm}, static_cast<T*>(nullptr), false,
-                        factor, spec, work);
+        const SplitLoader<T> loader = {srcRe, srcIm};
+        withScaled(SplitStorer<T>{dstRe, dstIm}, factor, [&](const auto& storer) ZVPS_INLINE_LAMBDA {
+            if (spec.order > kLastShortFft) {
+                longTransform(loader, storer, static_cast<T*>(nullptr), false, spec, work);
+            } else {
+                withOrder<kFixedFftOrder + 1, kLastShortFft>(spec.order, [&](auto order) ZVPS_INLINE_LAMBDA {
+                    shortTransform<T, order>(loader, storer, spec.twiddles);
+                });
+            }
+        });
         return zvpStsOk;
     }
 }

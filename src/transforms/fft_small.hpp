@@ -1,5 +1,5 @@
-// Complex transforms of few points, in registers, on interleaved values as they lie in memory: no shuffles on the way
-// in and out. They have no tables.
+// Complex transforms of up to 256 points on interleaved values as they lie in memory: no shuffles on the way in and
+// out, and between two butterflies only those that transpose. All factors are constants.
 #pragma once
 
 #include "transforms/fft_passes.hpp"
@@ -25,71 +25,91 @@ HWY_INLINE Vec<T, N> constant() {
     return hn::Load(Lanes<T, N>(), kValues.values);
 }
 
-// exp(-2 pi i t / 64) for turns t of the values in a vector, their conjugates for the inverse: x times the real parts
-// plus x with its parts exchanged times the imaginary ones, first negated.
-template <class Turns>
-struct TurnRe {
-    static constexpr double at(size_t i) { return cosOf64(Turns::at(i / 2)); }
-};
-template <class Turns, bool kInverse>
-struct TurnIm {
-    static constexpr double at(size_t i) { return (i % 2 == kInverse ? -1 : 1) * cosOf64(Turns::at(i / 2) + 16); }
+// The signs that are left of a product with -i, the inverse's with i, after the parts have changed places: from value
+// kFirst on.
+template <size_t kFirst, bool kInverse>
+struct QuarterTurn {
+    static constexpr double at(size_t i) { return i < 2 * kFirst || i % 2 == kInverse ? 1 : -1; }
 };
 
-// Turns of equal steps, from the one of value kFirst on.
-template <size_t kStep, size_t kFirst>
-struct TurnsBy {
-    static constexpr size_t at(size_t value) { return kStep * (kFirst + value); }
+// The factors of transforms of R1 points by R2 for each N / 2 of the R1 numbers: exp(-2 pi i number n / (R1 R2)), for
+// the inverse the conjugate, as real parts and as imaginary ones with the signs for values whose parts have changed
+// places. `quarter` is -i (i) in the same way.
+template <class T, size_t N, size_t R1, size_t R2>
+struct SmallTurns {
+    alignas(N * sizeof(T)) T quarter[N];
+    T re[R1 / (N / 2)][R2][N];
+    T im[R1 / (N / 2)][R2][N];
+
+    explicit constexpr SmallTurns(bool isInverse) : quarter(), re(), im() {
+        constexpr size_t L = N / 2;
+        for (size_t i = 0; i < N; ++i) {
+            const double sign = (i % 2 == 1) == isInverse ? -1 : 1;
+            quarter[i] = static_cast<T>(-sign);
+            for (size_t number = i / 2; number < R1; number += L) {
+                for (size_t n = 0; n < R2; ++n) {
+                    const size_t turn = number * n * (256 / (R1 * R2));
+                    re[number / L][n][i] = static_cast<T>(cosOf256(turn));
+                    im[number / L][n][i] = static_cast<T>(sign * cosOf256(turn + 64));
+                }
+            }
+        }
+    }
 };
-// By -i.
-struct QuarterTurns {
-    static constexpr size_t at(size_t) { return 16; }
-};
+template <class T, size_t N, size_t R1, size_t R2>
+inline constexpr SmallTurns<T, N, R1, R2> kSmallTurns[] = {SmallTurns<T, N, R1, R2>(false),
+                                                           SmallTurns<T, N, R1, R2>(true)};
 
 // ---- N / 2 complex values in a register ----
 
-// For butterflies. The inverse's have i and -i exchanged.
-template <class T, size_t N, bool kInverse>
+// For butterflies. The signs are those of -i, or of i for the inverse, which has the two exchanged.
+template <class T, size_t N>
 struct InterleavedValues {
     Vec<T, N> pairs;
+    Vec<T, N> signs;
 
-    // By -i, but for the signs.
     HWY_INLINE Vec<T, N> exchanged() const { return hn::Reverse2(Lanes<T, N>(), pairs); }
-    static HWY_INLINE Vec<T, N> signs() { return constant<T, TurnIm<QuarterTurns, kInverse>, N>(); }
-
-    template <class Turns>
-    HWY_INLINE InterleavedValues turned() const {
-        const auto re = hn::Mul(pairs, constant<T, TurnRe<Turns>, N>());
-        return {hn::MulAdd(exchanged(), constant<T, TurnIm<Turns, kInverse>, N>(), re)};
-    }
+    HWY_INLINE InterleavedValues with(Vec<T, N> result) const { return {result, signs}; }
 };
 
-template <class T, size_t N, bool kInverse>
-HWY_INLINE auto add(InterleavedValues<T, N, kInverse> a, InterleavedValues<T, N, kInverse> b) {
-    return InterleavedValues<T, N, kInverse>{hn::Add(a.pairs, b.pairs)};
+template <class T, size_t N>
+HWY_INLINE auto add(InterleavedValues<T, N> a, InterleavedValues<T, N> b) {
+    return a.with(hn::Add(a.pairs, b.pairs));
 }
-template <class T, size_t N, bool kInverse>
-HWY_INLINE auto sub(InterleavedValues<T, N, kInverse> a, InterleavedValues<T, N, kInverse> b) {
-    return InterleavedValues<T, N, kInverse>{hn::Sub(a.pairs, b.pairs)};
+template <class T, size_t N>
+HWY_INLINE auto sub(InterleavedValues<T, N> a, InterleavedValues<T, N> b) {
+    return a.with(hn::Sub(a.pairs, b.pairs));
 }
-template <class T, size_t N, bool kInverse>
-HWY_INLINE auto addI(InterleavedValues<T, N, kInverse> a, InterleavedValues<T, N, kInverse> b) {
-    return InterleavedValues<T, N, kInverse>{hn::NegMulAdd(b.exchanged(), b.signs(), a.pairs)};
+template <class T, size_t N>
+HWY_INLINE auto addI(InterleavedValues<T, N> a, InterleavedValues<T, N> b) {
+    return a.with(hn::NegMulAdd(b.exchanged(), b.signs, a.pairs));
 }
-template <class T, size_t N, bool kInverse>
-HWY_INLINE auto subI(InterleavedValues<T, N, kInverse> a, InterleavedValues<T, N, kInverse> b) {
-    return InterleavedValues<T, N, kInverse>{hn::MulAdd(b.exchanged(), b.signs(), a.pairs)};
+template <class T, size_t N>
+HWY_INLINE auto subI(InterleavedValues<T, N> a, InterleavedValues<T, N> b) {
+    return a.with(hn::MulAdd(b.exchanged(), b.signs, a.pairs));
 }
-template <class T, size_t N, bool kInverse>
-HWY_INLINE auto add(InterleavedValues<T, N, kInverse> a, InterleavedValues<T, N, kInverse> b, Vec<T, N> factor) {
-    return InterleavedValues<T, N, kInverse>{hn::MulAdd(b.pairs, factor, a.pairs)};
+template <class T, size_t N>
+HWY_INLINE auto add(InterleavedValues<T, N> a, InterleavedValues<T, N> b, Vec<T, N> factor) {
+    return a.with(hn::MulAdd(b.pairs, factor, a.pairs));
 }
-template <class T, size_t N, bool kInverse>
-HWY_INLINE auto sub(InterleavedValues<T, N, kInverse> a, InterleavedValues<T, N, kInverse> b, Vec<T, N> factor) {
-    return InterleavedValues<T, N, kInverse>{hn::NegMulAdd(b.pairs, factor, a.pairs)};
+template <class T, size_t N>
+HWY_INLINE auto sub(InterleavedValues<T, N> a, InterleavedValues<T, N> b, Vec<T, N> factor) {
+    return a.with(hn::NegMulAdd(b.pairs, factor, a.pairs));
+}
+template <class T, size_t N>
+HWY_INLINE auto addI(InterleavedValues<T, N> a, InterleavedValues<T, N> b, Vec<T, N> factor) {
+    return a.with(hn::NegMulAdd(b.exchanged(), hn::Mul(b.signs, factor), a.pairs));
+}
+template <class T, size_t N>
+HWY_INLINE auto subI(InterleavedValues<T, N> a, InterleavedValues<T, N> b, Vec<T, N> factor) {
+    return a.with(hn::MulAdd(b.exchanged(), hn::Mul(b.signs, factor), a.pairs));
+}
+template <class T, size_t N>
+HWY_INLINE auto mulMinusI(InterleavedValues<T, N> b, Vec<T, N> factor) {
+    return b.with(hn::MulAdd(b.pairs, factor, hn::Mul(b.exchanged(), b.signs)));
 }
 
-// Complex values of 16 / sizeof(T) bytes as single lanes: transposes as many vectors as they have values.
+// Transposes as many vectors as they have values.
 template <class T, size_t N, class In, class Out>
 HWY_INLINE void transposeValues(const In& in, const Out& out) {
     if constexpr (N == 2) {
@@ -163,6 +183,7 @@ struct SplitPairsLoader {
     }
     template <size_t N>
     HWY_INLINE Vec<T, N> loadTwice(size_t i) const {
+        // Of N / 2 in both halves those that are asked for.
         const Lanes<T, N> d;
         const size_t beyond = i % (N / 2);
         const auto first = hn::LoadDup128(d, re + i - beyond);
@@ -189,72 +210,104 @@ struct SplitPairsStorer {
 // In two registers of two values.
 template <class T, bool kInverse, class Loader, class Storer>
 HWY_INLINE void transformOf4(const Loader& loader, const Storer& storer) {
-    struct Signs {
-        static constexpr double at(size_t i) { return i < 2 ? 1 : TurnIm<QuarterTurns, kInverse>::at(i); }
-    };
     const auto x01 = loader.template load<4>(0);
     const auto x23 = loader.template load<4>(2);
     const auto sum = hn::Add(x01, x23);
     const auto difference = hn::Sub(x01, x23);
     const Vec<T, 4> even = {_mm_movelh_ps(sum.raw, difference.raw)};
     const Vec<T, 4> odd = {_mm_shuffle_ps(sum.raw, difference.raw, _MM_SHUFFLE(2, 3, 3, 2))};
-    const auto signs = constant<T, Signs, 4>();
+    const auto signs = constant<T, QuarterTurn<1, kInverse>, 4>();
     storer.template storePairs<4>(0, hn::MulAdd(odd, signs, even));
     storer.template storePairs<4>(2, hn::NegMulAdd(odd, signs, even));
 }
 
-// In two registers of four values. The loads put pairs of points in both halves, one for the sums with the points four
-// places after the next but one, one for the differences: no lane moves between the halves.
+// In two registers of four values. Loads put two points in both halves, one for sums and one for differences, so that
+// no lane moves from half to half.
 template <class T, bool kInverse, class Loader, class Storer>
 HWY_INLINE void transformOf8(const Loader& loader, const Storer& storer) {
-    using Values = InterleavedValues<T, 8, kInverse>;
     struct Signs {
         static constexpr double at(size_t i) { return i < 4 ? 1 : -1; }
     };
     struct Turns {
-        static constexpr double at(size_t i) { return Signs::at(i) * TurnIm<QuarterTurns, kInverse>::at(i); }
+        static constexpr double at(size_t i) { return Signs::at(i) * QuarterTurn<0, kInverse>::at(i); }
     };
-    const Lanes<double, 4> wide;
     const Lanes<T, 8> d;
+    const Lanes<double, 4> wide;
     const auto x01 = loader.template loadTwice<8>(0);
     const auto x23 = loader.template loadTwice<8>(2);
     const auto x45 = loader.template loadTwice<8>(4);
     const auto x67 = loader.template loadTwice<8>(6);
-    const Values difference = {hn::Sub(x23, x67)};
     const auto even = hn::BitCast(wide, hn::MulAdd(hn::Add(x23, x67), constant<T, Signs, 8>(), hn::Add(x01, x45)));
-    const auto odd = hn::BitCast(wide, hn::MulAdd(difference.exchanged(), constant<T, Turns, 8>(), hn::Sub(x01, x45)));
+    const auto exchanged = hn::Reverse2(d, hn::Sub(x23, x67));
+    const auto odd = hn::BitCast(wide, hn::MulAdd(exchanged, constant<T, Turns, 8>(), hn::Sub(x01, x45)));
     const auto first = hn::BitCast(d, hn::InterleaveLower(wide, even, odd));
-    const Values second = {hn::BitCast(d, hn::InterleaveUpper(wide, even, odd))};
-    const auto re = constant<T, TurnRe<TurnsBy<8, 0>>, 8>();
-    const auto im = constant<T, TurnIm<TurnsBy<8, 0>, kInverse>, 8>();
-    storer.template storePairs<8>(0, hn::MulAdd(second.exchanged(), im, hn::MulAdd(second.pairs, re, first)));
-    storer.template storePairs<8>(4, hn::NegMulAdd(second.exchanged(), im, hn::NegMulAdd(second.pairs, re, first)));
+    const auto second = hn::BitCast(d, hn::InterleaveUpper(wide, even, odd));
+    const auto& turns = kSmallTurns<T, 8, 4, 2>[kInverse];
+    const auto re = hn::Load(d, turns.re[0][1]);
+    const auto im = hn::Load(d, turns.im[0][1]);
+    const auto secondExchanged = hn::Reverse2(d, second);
+    storer.template storePairs<8>(0, hn::MulAdd(secondExchanged, im, hn::MulAdd(second, re, first)));
+    storer.template storePairs<8>(4, hn::NegMulAdd(secondExchanged, im, hn::NegMulAdd(second, re, first)));
 }
 
-// R1 points by R2, in registers of N / 2 values: of neighbouring points, then of neighbouring results.
-template <class T, size_t N, size_t R1, size_t R2, bool kInverse, class Loader, class Storer>
-HWY_INLINE void transformInTwo(const Loader& loader, const Storer& storer) {
-    using Values = InterleavedValues<T, N, kInverse>;
+// In registers of one value.
+template <class T, size_t R, bool kInverse, class Loader, class Storer>
+HWY_INLINE void transformInOne(const Loader& loader, const Storer& storer) {
+    using Values = InterleavedValues<T, 2>;
+    if constexpr (R == 1) {
+        storer.template storePairs<2>(0, loader.template load<2>(0));
+    } else {
+        const auto signs = constant<T, QuarterTurn<0, kInverse>, 2>();
+        Butterfly<T, 2, R>::run(
+            [&](auto n) ZVPS_INLINE_LAMBDA {
+                return Values{loader.template load<2>(n), signs};
+            },
+            [&](auto k, Values value) ZVPS_INLINE_LAMBDA { storer.template storePairs<2>(k, value.pairs); });
+    }
+}
+
+// f(0), ..., f(count - 1), unrolled where their arrays should be in registers.
+template <size_t count, bool unrolls, class F>
+HWY_INLINE void forEach(const F& f) {
+    if constexpr (unrolls) {
+        unroll<count>(f);
+    } else {
+        for (size_t i = 0; i < count; ++i) {
+            f(i);
+        }
+    }
+}
+
+// R1 points by R2, in registers of N / 2 values: of neighbouring points, then of neighbouring numbers.
+template <class T, size_t N, size_t R1, size_t R2, class Loader, class Storer>
+HWY_INLINE void transformInTwo(const Loader& loader, const Storer& storer, const SmallTurns<T, N, R1, R2>& turns) {
+    using Values = InterleavedValues<T, N>;
     constexpr size_t L = N / 2;
-    Values x[R1][R2 / L];
-    unroll<R2 / L>([&](auto group) ZVPS_INLINE_LAMBDA {
-        Butterfly<T, N, R1>::run([&](auto n)
-                                     ZVPS_INLINE_LAMBDA { return Values{loader.template load<N>(n * R2 + group * L)}; },
-                                 [&](auto k, Values value) ZVPS_INLINE_LAMBDA { x[k][group] = value; });
+    constexpr bool kUnrolls = HWY_TARGET <= HWY_AVX2 && R1 * R2 / L <= kVectorBytes;
+    const Lanes<T, N> d;
+    const auto signs = hn::Load(d, turns.quarter);
+    Vec<T, N> x[R2 / L][R1];
+    forEach<R2 / L, kUnrolls>([&](auto group) ZVPS_INLINE_LAMBDA {
+        Butterfly<T, N, R1>::run(
+            [&](auto n) ZVPS_INLINE_LAMBDA {
+                return Values{loader.template load<N>(n * R2 + group * L), signs};
+            },
+            [&](auto k, Values value) ZVPS_INLINE_LAMBDA { x[group][k] = value.pairs; });
     });
-    unroll<R1 / L>([&](auto group) ZVPS_INLINE_LAMBDA {
-        Values columns[R2];
+    forEach<R1 / L, kUnrolls>([&](auto group) ZVPS_INLINE_LAMBDA {
+        Vec<T, N> columns[R2];
         unroll<R2 / L>([&](auto block) ZVPS_INLINE_LAMBDA {
-            transposeValues<T, N>([&](auto row) ZVPS_INLINE_LAMBDA { return x[group * L + row][block].pairs; },
-                                  [&](auto lane, Vec<T, N> v)
-                                      ZVPS_INLINE_LAMBDA { columns[block * L + lane].pairs = v; });
+            transposeValues<T, N>([&](auto row) ZVPS_INLINE_LAMBDA { return x[block][group * L + row]; },
+                                  [&](auto lane, Vec<T, N> v) ZVPS_INLINE_LAMBDA { columns[block * L + lane] = v; });
         });
         Butterfly<T, N, R2>::run(
             [&](auto n) ZVPS_INLINE_LAMBDA {
+                const Values value = {columns[n], signs};
                 if constexpr (n == 0) {
-                    return columns[n];
+                    return value;
                 } else {
-                    return columns[n].template turned<TurnsBy<n*(64 / (R1 * R2)), group * L>>();
+                    const auto re = hn::Mul(value.pairs, hn::Load(d, turns.re[group][n]));
+                    return value.with(hn::MulAdd(value.exchanged(), hn::Load(d, turns.im[group][n]), re));
                 }
             },
             [&](auto k, Values value)
@@ -262,23 +315,16 @@ HWY_INLINE void transformInTwo(const Loader& loader, const Storer& storer) {
     });
 }
 
-// In registers of one value.
-template <class T, size_t R, bool kInverse, class Loader, class Storer>
-HWY_INLINE void transformInOne(const Loader& loader, const Storer& storer) {
-    using Values = InterleavedValues<T, 2, kInverse>;
-    if constexpr (R == 1) {
-        storer.template storePairs<2>(0, loader.template load<2>(0));
-    } else {
-        Butterfly<T, 2, R>::run([&](auto n) ZVPS_INLINE_LAMBDA { return Values{loader.template load<2>(n)}; },
-                                [&](auto k, Values value)
-                                    ZVPS_INLINE_LAMBDA { storer.template storePairs<2>(k, value.pairs); });
-    }
+// The same, compiled once for both directions.
+template <class T, size_t N, size_t R1, size_t R2, class Loader, class Storer>
+HWY_NOINLINE void compiledInTwo(const Loader loader, const Storer storer, const SmallTurns<T, N, R1, R2>& turns) {
+    transformInTwo(loader, storer, turns);
 }
 
 template <class T, int order, bool kInverse, class Loader, class Storer>
 HWY_INLINE void smallTransform(const Loader& loader, const Storer& storer) {
     constexpr bool isDouble = sizeof(T) == 8;
-    constexpr size_t kBytes = kVectorBytes < 32 ? kVectorBytes : 32;
+    constexpr size_t kBytes = kVectorBytes < 32 || order > 6 ? kVectorBytes : 32;
     if constexpr (order <= (isDouble ? 3 : 1)) {
         transformInOne<T, size_t{1} << order, kInverse>(loader, storer);
     } else if constexpr (order == 2) {
@@ -286,8 +332,13 @@ HWY_INLINE void smallTransform(const Loader& loader, const Storer& storer) {
     } else if constexpr (order == 3 && kBytes == 32) {
         transformOf8<T, kInverse>(loader, storer);
     } else {
-        constexpr size_t R1 = order == 6 ? 8 : 4;
-        transformInTwo<T, kBytes / sizeof(T), R1, (size_t{1} << order) / R1, kInverse>(loader, storer);
+        constexpr size_t R1 = order <= 5 ? 4 : order == 8 || (order == 7 && isDouble) ? 16 : 8;
+        const auto& turns = kSmallTurns<T, kBytes / sizeof(T), R1, (size_t{1} << order) / R1>[kInverse];
+        if constexpr (order <= 5) {
+            transformInTwo(loader, storer, turns);
+        } else {
+            compiledInTwo(loader, storer, turns);
+        }
     }
 }
 

@@ -12,7 +12,6 @@ size_t fftTableBytes(int order) {
 
 template <class T>
 void buildFftTables(int order, FftSpec<T>& spec, unsigned char* area, const T* quarterWave, int quarterWaveOrder) {
-    if (order < kFirstFftPlan) return;
     if (order > kLastFftPlan) {
         T* const tables = reinterpret_cast<T*>(area);
         spec.twiddles = tables;

@@ -1,14 +1,13 @@
 // How a complex transform is cut into passes, and the tables that its kernels read.
 #pragma once
 
-#include "transforms/fft.table.hpp"
+#include "transforms/fft_spec.hpp"
 
 #include <cstddef>
 
 namespace zvps {
 
-// From this order to that complex transforms are made of such passes.
-inline constexpr int kFirstFftPlan = kFixedComplexFftOrder + 1;
+// Up to this order complex transforms are made of such passes.
 inline constexpr int kLastFftPlan = 17;
 inline constexpr int kMaxFftPasses = 4;
 
@@ -29,9 +28,10 @@ inline constexpr int kMostMiddleOrder = 5;
 inline constexpr int kLeastLastOrder = 2;
 inline constexpr int kMostLastOrder = 4;
 
-// In single and in double precision.
-constexpr FftPlan kFftPlans[2][kLastFftPlan - kFirstFftPlan + 1] = {
-    {{2, {4, 3}, false},
+// For orders from 6 to kLastFftPlan, in single and in double precision.
+constexpr FftPlan kFftPlans[2][kLastFftPlan - 5] = {
+    {{2, {3, 3}, false},
+     {2, {4, 3}, false},
      {2, {4, 4}, false},
      {3, {4, 3, 2}, true},
      {3, {4, 3, 3}, true},
@@ -42,7 +42,8 @@ constexpr FftPlan kFftPlans[2][kLastFftPlan - kFirstFftPlan + 1] = {
      {4, {4, 4, 3, 4}, false},
      {4, {4, 4, 5, 3}, false},
      {4, {4, 4, 5, 4}, false}},
-    {{2, {3, 4}, false},
+    {{2, {3, 3}, false},
+     {2, {3, 4}, false},
      {2, {4, 4}, false},
      {3, {4, 3, 2}, true},
      {3, {4, 3, 3}, true},
@@ -56,7 +57,7 @@ constexpr FftPlan kFftPlans[2][kLastFftPlan - kFirstFftPlan + 1] = {
 };
 template <class T>
 [[gnu::always_inline]] constexpr const FftPlan& fftPlan(int order) {
-    return kFftPlans[sizeof(T) == 8][order - kFirstFftPlan];
+    return kFftPlans[sizeof(T) == 8][order - 6];
 }
 
 // The values in a block of the data between the passes: a vector of 64 bytes, or as many as the first pass has numbers
