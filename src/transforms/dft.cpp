@@ -31,15 +31,16 @@ void transformPower(const DftSpec<T>& spec, FftDirection direction, const DftPoi
     const FftKernels<T>& table = fftKernels<T>();
     const bool isSplit = src.step == 1;
     const auto* const fft = static_cast<const FftSpec<T>*>(spec.fft);
-    if (const int order = orderOf(spec.length); order <= kFixedFftOrder) {
-        const int scales = factor != T{1};
-        if (isSplit) {
+    const int order = orderOf(spec.length);
+    const int scales = factor != T{1};
+    if (isSplit) {
+        if (order <= kFixedFftOrder) {
             table.fixedSplit[direction][scales][order](src.re, src.im, dst.re, dst.im, factor);
         } else {
-            table.fixedComplex[direction][scales][order](src.re, dst.re, factor);
+            table.split[direction](src.re, src.im, dst.re, dst.im, factor, *fft, work);
         }
-    } else if (isSplit) {
-        table.split[direction](src.re, src.im, dst.re, dst.im, factor, *fft, work);
+    } else if (order <= kFixedComplexFftOrder) {
+        table.fixedComplex[direction][scales][order](src.re, dst.re, factor);
     } else {
         table.complex[direction](src.re, dst.re, factor, *fft, work);
     }

@@ -13,11 +13,11 @@ template <class T, class General, class... Data>
 }
 
 // Small orders by their fixed routines, without a work area.
-template <class T, class Fixed, class General, class... Data>
-ZvpStatus run(const FftSpec<T>& spec, FftDirection direction, const Fixed (&fixed)[2][kFixedFftOrder + 1],
-              General general, Zvp8u* buffer, Data... data) {
+template <class T, class Fixed, int kFixed, class General, class... Data>
+ZvpStatus run(const FftSpec<T>& spec, FftDirection direction, const Fixed (&fixed)[2][kFixed], General general,
+              Zvp8u* buffer, Data... data) {
     const bool scales = (direction == kFftForward ? spec.scalesForward : spec.scalesInverse) != 0;
-    if (spec.order <= kFixedFftOrder) return fixed[scales ? 1 : 0][spec.order](data..., spec.factor);
+    if (spec.order < kFixed) return fixed[scales ? 1 : 0][spec.order](data..., spec.factor);
     return runGeneral(spec, scales ? spec.factor : T{1}, general, buffer, data...);
 }
 

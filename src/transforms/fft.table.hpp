@@ -8,6 +8,8 @@ namespace zvps {
 
 // Up to this order a transform is one fixed routine without tables or work buffer.
 inline constexpr int kFixedFftOrder = 5;
+// Of interleaved complex data some longer ones are, too.
+inline constexpr int kFixedComplexFftOrder = 8;
 
 enum FftDirection { kFftForward, kFftInverse, kFftDirections };
 enum RealFftLayout { kFftPerm, kFftPack, kFftCcs, kRealFftLayouts };
@@ -31,7 +33,7 @@ using SplitFft = ZvpStatus (*)(const T* srcRe, const T* srcIm, T* dstRe, T* dstI
 // Fixed routines by direction, whether the result is scaled, and order; the others by direction.
 template <class T>
 struct FftKernels {
-    FixedFft<T> fixedComplex[kFftDirections][2][kFixedFftOrder + 1];
+    FixedFft<T> fixedComplex[kFftDirections][2][kFixedComplexFftOrder + 1];
     FixedSplitFft<T> fixedSplit[kFftDirections][2][kFixedFftOrder + 1];
     Fft<T> complex[kFftDirections];
     SplitFft<T> split[kFftDirections];

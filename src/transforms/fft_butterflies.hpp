@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/simd.hpp"
+#include "transforms/sines.hpp"
 
 #include <utility>
 
@@ -100,20 +101,24 @@ inline constexpr double kCosEighth = 0.70710678118654752440; // of the circle, c
 inline constexpr double kCosSixteenth = 0.92387953251128675613;
 inline constexpr double kTanSixteenth = 0.41421356237309504880;
 
-// cos(2 pi k / 32) for k = 0..8
-inline constexpr double kCosines[] = {1.0,
-                                      0.98078528040323044913,
-                                      0.92387953251128675613,
-                                      0.83146961230254523708,
-                                      0.70710678118654752440,
-                                      0.55557023301960222474,
-                                      0.38268343236508977173,
-                                      0.19509032201612826785,
-                                      0.0};
+// cos(2 pi k / 256) for k = 0..64
+struct Cosines {
+    double values[65];
 
+    constexpr Cosines() : values() {
+        for (uint64_t k = 0; k <= 64; ++k) {
+            values[k] = static_cast<double>(sineCosineOf(k, 256).cosine);
+        }
+    }
+};
+inline constexpr Cosines kCosines;
+
+constexpr double cosOf256(size_t k) {
+    k %= 256;
+    return k <= 64 ? kCosines.values[k] : k <= 128 ? -kCosines.values[128 - k] : cosOf256(256 - k);
+}
 constexpr double cosOf32(size_t k) {
-    k %= 32;
-    return k <= 8 ? kCosines[k] : k <= 16 ? -kCosines[16 - k] : cosOf32(32 - k);
+    return cosOf256(8 * k);
 }
 
 // The second half of a butterfly of four points: sums and differences of the even ones, and of the odd ones with a
@@ -130,18 +135,17 @@ HWY_INLINE void combineFour(C sumEven, C differenceEven, C sumOdd, C differenceO
 // which take those that add. The result is the same.
 enum AdditionPipes { kAdders, kMultipliersToo };
 
-// The forward transform of R points: reads in(Index<n>()) once for every n, then calls out(Index<k>(), X[k]). 4 and 8
+// The forward transform of R points: reads in(Index<n>()) once for every n, then calls out(Index<k>(), X[k]). Up to 16
 // points may be of any type that has the arithmetic above.
 template <class T, size_t V, size_t R, AdditionPipes pipes = kAdders>
 struct Butterfly;
 
 template <class T, size_t V, AdditionPipes pipes>
 struct Butterfly<T, V, 2, pipes> {
-    using C = ComplexVec<T, V>;
     template <class In, class Out>
     static HWY_INLINE void run(const In& in, const Out& out) {
-        const C a = in(Index<0>());
-        const C b = in(Index<1>());
+        const auto a = in(Index<0>());
+        const auto b = in(Index<1>());
         out(Index<0>(), add(a, b));
         out(Index<1>(), sub(a, b));
     }
@@ -200,9 +204,9 @@ struct Butterfly<T, V, 8, pipes> {
 
 template <class T, size_t V, AdditionPipes pipes>
 struct Butterfly<T, V, 16, pipes> {
-    using C = ComplexVec<T, V>;
     template <class In, class Out>
     static HWY_INLINE void run(const In& in, const Out& out) {
+        using C = decltype(in(Index<0>()));
         const Lanes<T, V> d;
         C a[4][4];
         unroll<4>([&](auto n) ZVPS_INLINE_LAMBDA {

@@ -11,76 +11,7 @@ constexpr size_t smaller(size_t a, size_t b) {
     return a < b ? a : b;
 }
 
-// ---- Small orders ----
-
-// The twiddle factors of the second pass of 4 R points after a first pass of radix 4.
-template <class T, size_t R>
-struct SmallTwiddles {
-    T values[8 * (R - 1)];
-
-    constexpr SmallTwiddles() : values() {
-        for (size_t n = 1; n < R; ++n) {
-            for (size_t place = 0; place < 4; ++place) {
-                const size_t index = n * fftNumberAt<T>(place, 4) * (8 / R);
-                values[8 * (n - 1) + place] = static_cast<T>(cosOf32(index));
-                values[8 * (n - 1) + 4 + place] = static_cast<T>(cosOf32(index + 8));
-            }
-        }
-    }
-};
-template <class T, size_t R>
-inline constexpr SmallTwiddles<T, R> kSmallTwiddles;
-
-// One point after the other, in registers.
-template <class T>
-struct PointLoader {
-    const T* re;
-    const T* im;
-    size_t step;
-
-    template <size_t V, size_t B>
-    HWY_INLINE ComplexVec<T, 1> load(size_t i) const {
-        const Lanes<T, 1> d;
-        return {hn::LoadU(d, re + i * step), hn::LoadU(d, im + i * step)};
-    }
-};
-template <class T>
-struct PointStorer {
-    T* re;
-    T* im;
-    size_t step;
-
-    template <size_t V, size_t B>
-    HWY_INLINE void store(size_t i, ComplexVec<T, 1> x) const {
-        const Lanes<T, 1> d;
-        hn::StoreU(x.re, d, re + i * step);
-        hn::StoreU(x.im, d, im + i * step);
-    }
-};
-
-template <class T, size_t N, class Loader, class Storer>
-HWY_INLINE void pointwiseTransform(const Loader& loader, const Storer& storer) {
-    ComplexVec<T, 1> x[N];
-    unroll<N>([&](auto n) ZVPS_INLINE_LAMBDA { x[n] = loader.template load<1, 1>(n); });
-    if constexpr (N == 1) {
-        storer.template store<1, 1>(0, x[0]);
-    } else {
-        Butterfly<T, 1, N>::run([&](auto n) ZVPS_INLINE_LAMBDA { return x[n]; },
-                                [&](auto k, ComplexVec<T, 1> value)
-                                    ZVPS_INLINE_LAMBDA { storer.template store<1, 1>(k, value); });
-    }
-}
-
-// 4 R points.
-template <class T, size_t R, class Loader, class Storer>
-HWY_INLINE void smallTransform(const Loader& loader, const Storer& storer) {
-    constexpr size_t V = smaller(4, kVectorBytes / sizeof(T));
-    alignas(64) T work[8 * R];
-    firstPass<T, V, 4, 4>(loader, 0, R, R, BlockStorer<T>{work});
-    lastPass<T, V, 4, R>(work, 4, storer, 0, Strides{4, 4}, 1, kSmallTwiddles<T, R>.values);
-}
-
-// ---- Short transforms: two passes ----
+// ---- Short transforms of split data: two passes ----
 
 template <class T, int order, class Loader, class Storer>
 HWY_NOINLINE void shortTransform(const Loader& loader, const Storer& storer, const T* twiddles) {
@@ -293,25 +224,13 @@ HWY_INLINE auto scaled(const Storer& storer, T factor) {
     }
 }
 
-template <class T, class Loader, class Storer>
-HWY_INLINE void transform(const Loader& loader, const Storer& storer, T* data, bool isInPlace, const FftSpec<T>& spec,
-                          T* work) {
-    if (spec.order <= kLastShortFft) {
-        withOrder<kFixedFftOrder + 1, kLastShortFft>(spec.order, [&](auto order) ZVPS_INLINE_LAMBDA {
-            shortTransform<T, order>(loader, storer, spec.twiddles);
-        });
-    } else {
-        longTransform(loader, storer, data, isInPlace, spec, work);
-    }
-}
-
-template <class T, class Loader, class Storer>
-HWY_INLINE void scaledTransform(const Loader& loader, const Storer& storer, T* data, bool isInPlace, T factor,
-                                const FftSpec<T>& spec, T* work) {
+// run(storer), scaled if there is a factor.
+template <class T, class Storer, class Run>
+HWY_INLINE void withScaled(const Storer& storer, T factor, const Run& run) {
     if (factor == T{1}) {
-        transform(loader, storer, data, isInPlace, spec, work);
+        run(storer);
     } else {
-        transform(loader, ScaledStorer<T, Storer>{storer, factor}, data, isInPlace, spec, work);
+        run(ScaledStorer<T, Storer>{storer, factor});
     }
 }
 
@@ -322,13 +241,15 @@ LargeFftCall<T> largeCall(const FftSpec<T>& spec, T* work) {
 
 template <class T, FftDirection direction>
 ZvpStatus complexFft(const T* src, T* dst, T factor, const FftSpec<T>& spec, T* work) {
+    static_assert(kFixedComplexFftOrder == kLastShortFft);
     constexpr bool kInverse = direction == kFftInverse;
     if (spec.order > kLastFftPlan) {
         largeComplexFft<T, direction>(src, dst, factor, largeCall(spec, work));
         return zvpStsOk;
     }
-    scaledTransform(InterleavedLoader<T, kInverse>{src}, InterleavedStorer<T, kInverse>{dst}, dst, src == dst, factor,
-                    spec, work);
+    withScaled(InterleavedStorer<T, kInverse>{dst}, factor, [&](const auto& storer) ZVPS_INLINE_LAMBDA {
+        longTransform(InterleavedLoader<T, kInverse>{src}, storer, dst, src == dst, spec, work);
+    });
     return zvpStsOk;
 }
 
@@ -341,36 +262,24 @@ ZvpStatus splitFft(const T* srcRe, const T* srcIm, T* dstRe, T* dstIm, T factor,
     if constexpr (direction == kFftInverse) {
         return splitFft<T, kFftForward>(srcIm, srcRe, dstIm, dstRe, factor, spec, work);
     } else {
-        scaledTransform(SplitLoader<T>{srcRe, srcIm}, SplitStorer<T>{dstRe, dstIm}, static_cast<T*>(nullptr), false,
-                        factor, spec, work);
+        const SplitLoader<T> loader = {srcRe, srcIm};
+        withScaled(SplitStorer<T>{dstRe, dstIm}, factor, [&](const auto& storer) ZVPS_INLINE_LAMBDA {
+            if (spec.order > kLastShortFft) {
+                longTransform(loader, storer, static_cast<T*>(nullptr), false, spec, work);
+            } else {
+                withOrder<kFixedFftOrder + 1, kLastShortFft>(spec.order, [&](auto order) ZVPS_INLINE_LAMBDA {
+                    shortTransform<T, order>(loader, storer, spec.twiddles);
+                });
+            }
+        });
         return zvpStsOk;
-    }
-}
-
-template <class T, int order, class Points, class Blocks, class PointsOut, class BlocksOut>
-HWY_INLINE void fixedTransform(const Points& points, const Blocks& blocks, const PointsOut& pointsOut,
-                               const BlocksOut& blocksOut) {
-    if constexpr (order <= 3) {
-        pointwiseTransform<T, size_t{1} << order>(points, pointsOut);
-    } else {
-        smallTransform<T, (size_t{1} << order) / 4>(blocks, blocksOut);
     }
 }
 
 template <class T, FftDirection direction, bool scales, int order>
 ZvpStatus fixedComplex(const T* src, T* dst, T factor) {
-    constexpr bool kInverse = direction == kFftInverse;
-    const InterleavedLoader<T, kInverse> loader = {src};
-    const auto storer = scaled<scales>(InterleavedStorer<T, kInverse>{dst}, factor);
-    if constexpr (isInPairs<T>(order)) {
-        transformPairs<T, order, kInverse>(src, scaled<scales>(PairsStorer<T>{dst}, factor));
-    } else if constexpr (isInRegisters<T>(order)) {
-        transformInRegisters<T, order>(InterleavedFours<const T, kInverse>{src},
-                                       scaled<scales>(InterleavedFours<T, kInverse>{dst}, factor), loader, storer);
-    } else {
-        fixedTransform<T, order>(PointLoader<T>{src + kInverse, src + !kInverse, 2}, loader,
-                                 scaled<scales>(PointStorer<T>{dst + kInverse, dst + !kInverse, 2}, factor), storer);
-    }
+    smallTransform<T, order, direction == kFftInverse>(PairsLoader<T>{src},
+                                                       scaled<scales>(PairsStorer<T>{dst}, factor));
     return zvpStsOk;
 }
 
@@ -379,15 +288,8 @@ ZvpStatus fixedSplit(const T* srcRe, const T* srcIm, T* dstRe, T* dstIm, T facto
     if constexpr (direction == kFftInverse) {
         return fixedSplit<T, kFftForward, scales, order>(srcIm, srcRe, dstIm, dstRe, factor);
     } else {
-        const SplitLoader<T> loader = {srcRe, srcIm};
-        const auto storer = scaled<scales>(SplitStorer<T>{dstRe, dstIm}, factor);
-        if constexpr (isInRegisters<T>(order)) {
-            transformInRegisters<T, order>(SplitFours<const T>{srcRe, srcIm},
-                                           scaled<scales>(SplitFours<T>{dstRe, dstIm}, factor), loader, storer);
-        } else {
-            fixedTransform<T, order>(PointLoader<T>{srcRe, srcIm, 1}, loader,
-                                     scaled<scales>(PointStorer<T>{dstRe, dstIm, 1}, factor), storer);
-        }
+        smallTransform<T, order, false>(SplitPairsLoader<T>{srcRe, srcIm},
+                                        scaled<scales>(SplitPairsStorer<T>{dstRe, dstIm}, factor));
         return zvpStsOk;
     }
 }

@@ -214,15 +214,9 @@ struct ScaledStorer {
         const auto f = hn::Set(Lanes<T, V>(), factor);
         storer.template store<V, B>(i, ComplexVec<T, V>{hn::Mul(x.re, f), hn::Mul(x.im, f)});
     }
-    // Of four values in one vector.
-    template <class W>
-    HWY_INLINE void storeFour(size_t i, W x) const {
-        storer.storeFour(i, hn::Mul(x, hn::Set(Lanes<T, 8>(), factor)));
-    }
-    // Of one or two.
-    template <class W>
-    HWY_INLINE void storePairs(size_t i, W x) const {
-        storer.storePairs(i, hn::Mul(x, hn::Set(hn::DFromV<W>(), factor)));
+    template <size_t N>
+    HWY_INLINE void storePairs(size_t i, Vec<T, N> x) const {
+        storer.template storePairs<N>(i, hn::Mul(x, hn::Set(Lanes<T, N>(), factor)));
     }
 };
 

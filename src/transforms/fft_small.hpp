@@ -1,138 +1,17 @@
-// Complex transforms of 8, 16 and 32 points in registers of 8 lanes, 32 bytes of single precision, 64 of double; of 4
-// and 8 points in registers of 16 bytes.
+// Complex transforms of up to 256 points on interleaved values as they lie in memory: no shuffles on the way in and
+// out, and between two butterflies only those that transpose. All factors are constants.
 #pragma once
 
 #include "transforms/fft_passes.hpp"
 
 namespace zvps::ZVPS_LEVEL {
 
-// Whether a transform is one of these: registers have the 8 lanes, and passes are not as fast. Eight points of double
-// precision in two planes so differ from the other levels' in the last bit.
-template <class T>
-constexpr bool isInRegisters(int order) {
-    return kVectorBytes >= 8 * sizeof(T) && order >= 3 && (sizeof(T) == 4 || order == 3);
-}
+// ---- Constants ----
 
-// Whether interleaved values stay so.
-template <class T>
-constexpr bool isInPairs(int order) {
-    return HWY_TARGET <= HWY_AVX2 && (order == 2 || (order == 3 && sizeof(T) == 8));
-}
-
-#if HWY_TARGET <= HWY_AVX2
-
-// ---- Shuffles of the halves of a register, each of four lanes ----
-
-inline constexpr size_t kEight = 8;
-
-template <class T>
-using Eight = Vec<T, kEight>;
-
-// The lanes of x and y (from 8 on) at the places i...
-#if HWY_TARGET <= HWY_AVX3
-template <int... i>
-HWY_INLINE __m512d lanesOf(__m512d x, __m512d y) {
-    alignas(64) static constexpr int64_t kPlaces[] = {i...};
-    return _mm512_permutex2var_pd(x, _mm512_load_si512(kPlaces), y);
-}
-template <int... i>
-HWY_INLINE __m512d lanesOf(__m512d x) {
-    alignas(64) static constexpr int64_t kPlaces[] = {i...};
-    return _mm512_permutexvar_pd(_mm512_load_si512(kPlaces), x);
-}
-// In each half lanes a and b of x, then c and d of y.
-template <int a, int b, int c, int d>
-HWY_INLINE __m512d shuffleHalves(__m512d x, __m512d y) {
-    return lanesOf<a, b, 8 + c, 8 + d, 4 + a, 4 + b, 12 + c, 12 + d>(x, y);
-}
-HWY_INLINE __m512d interleaveLowerOfHalves(__m512d x, __m512d y) {
-    return lanesOf<0, 8, 1, 9, 4, 12, 5, 13>(x, y);
-}
-HWY_INLINE __m512d interleaveUpperOfHalves(__m512d x, __m512d y) {
-    return lanesOf<2, 10, 3, 11, 6, 14, 7, 15>(x, y);
-}
-HWY_INLINE __m512d swapHalves(__m512d x) {
-    return _mm512_shuffle_f64x2(x, x, 0x4E);
-}
-#endif
-template <int... i>
-HWY_INLINE __m256 lanesOf(__m256 x) {
-    return _mm256_permutevar8x32_ps(x, _mm256_setr_epi32(i...));
-}
-template <int a, int b, int c, int d>
-HWY_INLINE __m256 shuffleHalves(__m256 x, __m256 y) {
-    return _mm256_shuffle_ps(x, y, a | b << 2 | c << 4 | d << 6);
-}
-HWY_INLINE __m256 interleaveLowerOfHalves(__m256 x, __m256 y) {
-    return _mm256_unpacklo_ps(x, y);
-}
-HWY_INLINE __m256 interleaveUpperOfHalves(__m256 x, __m256 y) {
-    return _mm256_unpackhi_ps(x, y);
-}
-HWY_INLINE __m256 swapHalves(__m256 x) {
-    return _mm256_permute2f128_ps(x, x, 1);
-}
-
-// Rows of four lanes a half to columns: y[j] holds in each half the lanes j of the rows.
-template <class W>
-HWY_INLINE void transposeHalves(const W (&x)[4], W (&y)[4]) {
-    const auto lower01 = interleaveLowerOfHalves(x[0].raw, x[1].raw);
-    const auto lower23 = interleaveLowerOfHalves(x[2].raw, x[3].raw);
-    y[0] = W{shuffleHalves<0, 1, 0, 1>(lower01, lower23)};
-    y[1] = W{shuffleHalves<2, 3, 2, 3>(lower01, lower23)};
-    const auto upper01 = interleaveUpperOfHalves(x[0].raw, x[1].raw);
-    const auto upper23 = interleaveUpperOfHalves(x[2].raw, x[3].raw);
-    y[2] = W{shuffleHalves<0, 1, 0, 1>(upper01, upper23)};
-    y[3] = W{shuffleHalves<2, 3, 2, 3>(upper01, upper23)};
-}
-
-// ---- Four complex values in a register: the real parts, then the imaginary ones ----
-
-template <class T, bool kInverse>
-struct InterleavedFours {
-    T* p;
-
-    HWY_INLINE auto loadFour(size_t i) const {
-        using W = Eight<std::remove_const_t<T>>;
-        const W x = hn::LoadU(Lanes<std::remove_const_t<T>, kEight>(), p + 2 * i);
-        if constexpr (kInverse) {
-            return W{lanesOf<1, 3, 5, 7, 0, 2, 4, 6>(x.raw)};
-        } else {
-            return W{lanesOf<0, 2, 4, 6, 1, 3, 5, 7>(x.raw)};
-        }
-    }
-    template <class W>
-    HWY_INLINE void storeFour(size_t i, W x) const {
-        if constexpr (kInverse) {
-            hn::StoreU(W{lanesOf<4, 0, 5, 1, 6, 2, 7, 3>(x.raw)}, Lanes<T, kEight>(), p + 2 * i);
-        } else {
-            hn::StoreU(W{lanesOf<0, 4, 1, 5, 2, 6, 3, 7>(x.raw)}, Lanes<T, kEight>(), p + 2 * i);
-        }
-    }
-};
-
-template <class T>
-struct SplitFours {
-    T* re;
-    T* im;
-
-    HWY_INLINE auto loadFour(size_t i) const {
-        using Value = std::remove_const_t<T>;
-        const Lanes<Value, 4> half;
-        return hn::Combine(Lanes<Value, kEight>(), hn::LoadU(half, im + i), hn::LoadU(half, re + i));
-    }
-    template <class W>
-    HWY_INLINE void storeFour(size_t i, W x) const {
-        const Lanes<T, 4> half;
-        hn::StoreU(hn::LowerHalf(half, x), half, re + i);
-        hn::StoreU(hn::UpperHalf(half, x), half, im + i);
-    }
-};
-
-// Constants of N lanes from a function of the place.
+// N lanes from a function of the place.
 template <class T, class F, size_t N>
 struct LaneValues {
-    alignas(64) T values[N];
+    alignas(N * sizeof(T)) T values[N];
 
     constexpr LaneValues() : values() {
         for (size_t i = 0; i < N; ++i) {
@@ -140,249 +19,327 @@ struct LaneValues {
         }
     }
 };
-template <class T, class F, size_t N = kEight>
+template <class T, class F, size_t N>
 HWY_INLINE Vec<T, N> constant() {
     static constexpr LaneValues<T, F, N> kValues;
     return hn::Load(Lanes<T, N>(), kValues.values);
 }
 
-// Of exp(-2 pi i step l / 32) for lanes l < 4: the real parts in both halves, and the imaginary ones, first negated.
-template <size_t step>
-struct TurnRe {
-    static constexpr double at(size_t i) { return cosOf32(step * (i % 4)); }
-};
-template <size_t step>
-struct TurnIm {
-    static constexpr double at(size_t i) { return i < 4 ? -cosOf32(step * i + 8) : cosOf32(step * (i - 4) + 8); }
-};
-
-template <size_t step, class T>
-HWY_INLINE Eight<T> turned(Eight<T> x) {
-    return hn::MulAdd(Eight<T>{swapHalves(x.raw)}, constant<T, TurnIm<step>>(),
-                      hn::Mul(x, constant<T, TurnRe<step>>()));
-}
-
-struct MinusI {
-    static constexpr double at(size_t i) { return i < 4 ? 1 : -1; }
-};
-
-template <class W>
-struct FourPoints {
-    W x[4];
-};
-
-template <class T>
-HWY_INLINE FourPoints<Eight<T>> fourPoints(Eight<T> x0, Eight<T> x1, Eight<T> x2, Eight<T> x3) {
-    const auto sumEven = hn::Add(x0, x2);
-    const auto differenceEven = hn::Sub(x0, x2);
-    const auto sumOdd = hn::Add(x1, x3);
-    const auto differenceOdd = Eight<T>{swapHalves(hn::Sub(x1, x3).raw)};
-    const auto sign = constant<T, MinusI>();
-    return {{hn::Add(sumEven, sumOdd), hn::MulAdd(differenceOdd, sign, differenceEven), hn::Sub(sumEven, sumOdd),
-             hn::NegMulAdd(differenceOdd, sign, differenceEven)}};
-}
-
-// Lanes 2 and 3, the odd ones of four points, by -i.
-struct MinusIOfOdd {
-    static constexpr double at(size_t i) { return i < 6 ? 1 : -1; }
-};
-
-// Two points by four.
-template <class T, class Source, class Result>
-HWY_INLINE void transformOf8(const Source& src, const Result& dst) {
-    using W = Eight<T>;
-    const W a = src.loadFour(0);
-    const W b = src.loadFour(4);
-    const W even = hn::Add(a, b);
-    const W odd = turned<4, T>(hn::Sub(a, b));
-    const W first = W{shuffleHalves<0, 1, 0, 1>(even.raw, odd.raw)};
-    const W second = W{shuffleHalves<2, 3, 2, 3>(even.raw, odd.raw)};
-    const W sum = hn::Add(first, second);
-    const W difference = hn::Sub(first, second);
-    const W p = W{shuffleHalves<0, 2, 0, 2>(sum.raw, difference.raw)};
-    const W q = W{shuffleHalves<1, 3, 1, 3>(sum.raw, difference.raw)};
-    const W turnedQ = W{lanesOf<0, 1, 6, 7, 4, 5, 2, 3>(q.raw)};
-    const W sign = constant<T, MinusIOfOdd>();
-    dst.storeFour(0, hn::MulAdd(turnedQ, sign, p));
-    dst.storeFour(4, hn::NegMulAdd(turnedQ, sign, p));
-}
-
-// Four points by four.
-template <class T, class Source, class Result>
-HWY_INLINE void transformOf16(const Source& src, const Result& dst) {
-    using W = Eight<T>;
-    FourPoints<W> rows = fourPoints<T>(src.loadFour(0), src.loadFour(4), src.loadFour(8), src.loadFour(12));
-    rows.x[1] = turned<2, T>(rows.x[1]);
-    rows.x[2] = turned<4, T>(rows.x[2]);
-    rows.x[3] = turned<6, T>(rows.x[3]);
-    W columns[4];
-    transposeHalves(rows.x, columns);
-    const FourPoints<W> result = fourPoints<T>(columns[0], columns[1], columns[2], columns[3]);
-    unroll<4>([&](auto k) ZVPS_INLINE_LAMBDA { dst.storeFour(4 * k, result.x[k]); });
-}
-
-// ---- One or two complex values in a register as they lie in memory: no shuffles on the way in and out ----
-
-// Signs that are left of a product with -i, the inverse's with i, after the parts have changed places: from pair kFirst
-// on.
+// The signs that are left of a product with -i, the inverse's with i, after the parts have changed places: from value
+// kFirst on.
 template <size_t kFirst, bool kInverse>
 struct QuarterTurn {
-    static constexpr double at(size_t i) { return i / 2 < kFirst || i % 2 == kInverse ? 1 : -1; }
+    static constexpr double at(size_t i) { return i < 2 * kFirst || i % 2 == kInverse ? 1 : -1; }
 };
 
-// For butterflies. The inverse's have i and -i exchanged.
-template <class T, bool kInverse>
-struct InterleavedValue {
-    Vec<T, 2> pair;
+// The factors of transforms of R1 points by R2 for each N / 2 of the R1 numbers: exp(-2 pi i number n / (R1 R2)), for
+// the inverse the conjugate, as real parts and as imaginary ones with the signs for values whose parts have changed
+// places. `quarter` is -i (i) in the same way.
+template <class T, size_t N, size_t R1, size_t R2>
+struct SmallTurns {
+    alignas(N * sizeof(T)) T quarter[N];
+    T re[R1 / (N / 2)][R2][N];
+    T im[R1 / (N / 2)][R2][N];
+
+    explicit constexpr SmallTurns(bool isInverse) : quarter(), re(), im() {
+        constexpr size_t L = N / 2;
+        for (size_t i = 0; i < N; ++i) {
+            const double sign = (i % 2 == 1) == isInverse ? -1 : 1;
+            quarter[i] = static_cast<T>(-sign);
+            for (size_t number = i / 2; number < R1; number += L) {
+                for (size_t n = 0; n < R2; ++n) {
+                    const size_t turn = number * n * (256 / (R1 * R2));
+                    re[number / L][n][i] = static_cast<T>(cosOf256(turn));
+                    im[number / L][n][i] = static_cast<T>(sign * cosOf256(turn + 64));
+                }
+            }
+        }
+    }
+};
+template <class T, size_t N, size_t R1, size_t R2>
+inline constexpr SmallTurns<T, N, R1, R2> kSmallTurns[] = {SmallTurns<T, N, R1, R2>(false),
+                                                           SmallTurns<T, N, R1, R2>(true)};
+
+// ---- N / 2 complex values in a register ----
+
+// For butterflies. The signs are those of -i, or of i for the inverse, which has the two exchanged.
+template <class T, size_t N>
+struct InterleavedValues {
+    Vec<T, N> pairs;
+    Vec<T, N> signs;
+
+    HWY_INLINE Vec<T, N> exchanged() const { return hn::Reverse2(Lanes<T, N>(), pairs); }
+    HWY_INLINE InterleavedValues with(Vec<T, N> result) const { return {result, signs}; }
 };
 
-template <class T, bool kInverse>
-HWY_INLINE InterleavedValue<T, kInverse> add(InterleavedValue<T, kInverse> a, InterleavedValue<T, kInverse> b) {
-    return {hn::Add(a.pair, b.pair)};
+template <class T, size_t N>
+HWY_INLINE auto add(InterleavedValues<T, N> a, InterleavedValues<T, N> b) {
+    return a.with(hn::Add(a.pairs, b.pairs));
 }
-template <class T, bool kInverse>
-HWY_INLINE InterleavedValue<T, kInverse> sub(InterleavedValue<T, kInverse> a, InterleavedValue<T, kInverse> b) {
-    return {hn::Sub(a.pair, b.pair)};
+template <class T, size_t N>
+HWY_INLINE auto sub(InterleavedValues<T, N> a, InterleavedValues<T, N> b) {
+    return a.with(hn::Sub(a.pairs, b.pairs));
 }
-template <class T, bool kInverse>
-HWY_INLINE InterleavedValue<T, kInverse> addI(InterleavedValue<T, kInverse> a, InterleavedValue<T, kInverse> b) {
-    const auto turned = hn::Reverse2(Lanes<T, 2>(), b.pair);
-    return {hn::NegMulAdd(turned, constant<T, QuarterTurn<0, kInverse>, 2>(), a.pair)};
+template <class T, size_t N>
+HWY_INLINE auto addI(InterleavedValues<T, N> a, InterleavedValues<T, N> b) {
+    return a.with(hn::NegMulAdd(b.exchanged(), b.signs, a.pairs));
 }
-template <class T, bool kInverse>
-HWY_INLINE InterleavedValue<T, kInverse> subI(InterleavedValue<T, kInverse> a, InterleavedValue<T, kInverse> b) {
-    const auto turned = hn::Reverse2(Lanes<T, 2>(), b.pair);
-    return {hn::MulAdd(turned, constant<T, QuarterTurn<0, kInverse>, 2>(), a.pair)};
+template <class T, size_t N>
+HWY_INLINE auto subI(InterleavedValues<T, N> a, InterleavedValues<T, N> b) {
+    return a.with(hn::MulAdd(b.exchanged(), b.signs, a.pairs));
 }
-template <class T, bool kInverse>
-HWY_INLINE InterleavedValue<T, kInverse> add(InterleavedValue<T, kInverse> a, InterleavedValue<T, kInverse> b,
-                                             Vec<T, 2> factor) {
-    return {hn::MulAdd(b.pair, factor, a.pair)};
+template <class T, size_t N>
+HWY_INLINE auto add(InterleavedValues<T, N> a, InterleavedValues<T, N> b, Vec<T, N> factor) {
+    return a.with(hn::MulAdd(b.pairs, factor, a.pairs));
 }
-template <class T, bool kInverse>
-HWY_INLINE InterleavedValue<T, kInverse> sub(InterleavedValue<T, kInverse> a, InterleavedValue<T, kInverse> b,
-                                             Vec<T, 2> factor) {
-    return {hn::NegMulAdd(b.pair, factor, a.pair)};
+template <class T, size_t N>
+HWY_INLINE auto sub(InterleavedValues<T, N> a, InterleavedValues<T, N> b, Vec<T, N> factor) {
+    return a.with(hn::NegMulAdd(b.pairs, factor, a.pairs));
+}
+template <class T, size_t N>
+HWY_INLINE auto addI(InterleavedValues<T, N> a, InterleavedValues<T, N> b, Vec<T, N> factor) {
+    return a.with(hn::NegMulAdd(b.exchanged(), hn::Mul(b.signs, factor), a.pairs));
+}
+template <class T, size_t N>
+HWY_INLINE auto subI(InterleavedValues<T, N> a, InterleavedValues<T, N> b, Vec<T, N> factor) {
+    return a.with(hn::MulAdd(b.exchanged(), hn::Mul(b.signs, factor), a.pairs));
+}
+template <class T, size_t N>
+HWY_INLINE auto mulMinusI(InterleavedValues<T, N> b, Vec<T, N> factor) {
+    return b.with(hn::MulAdd(b.pairs, factor, hn::Mul(b.exchanged(), b.signs)));
 }
 
+// Transposes as many vectors as they have values.
+template <class T, size_t N, class In, class Out>
+HWY_INLINE void transposeValues(const In& in, const Out& out) {
+    if constexpr (N == 2) {
+        out(Index<0>(), in(Index<0>()));
+    } else if constexpr (sizeof(T) == 8) {
+        transposeBlocks<T, N>(in, out);
+    } else {
+        const Lanes<T, N> d;
+        const Lanes<double, N / 2> wide;
+        transpose<double, N / 2>([&](auto row) ZVPS_INLINE_LAMBDA { return hn::BitCast(wide, in(row)); },
+                                 [&](auto lane, Vec<double, N / 2> v)
+                                     ZVPS_INLINE_LAMBDA { out(lane, hn::BitCast(d, v)); });
+    }
+}
+
+// ---- Data ----
+
+template <class T>
+struct PairsLoader {
+    const T* p;
+
+    template <size_t N>
+    HWY_INLINE Vec<T, N> load(size_t i) const {
+        return hn::LoadU(Lanes<T, N>(), p + 2 * i);
+    }
+    // N / 4 values, twice.
+    template <size_t N>
+    HWY_INLINE Vec<T, N> loadTwice(size_t i) const {
+        return hn::LoadDup128(Lanes<T, N>(), p + 2 * i);
+    }
+};
 template <class T>
 struct PairsStorer {
     T* p;
 
-    template <class W>
-    HWY_INLINE void storePairs(size_t i, W x) const {
-        hn::StoreU(x, hn::DFromV<W>(), p + 2 * i);
+    template <size_t N>
+    HWY_INLINE void storePairs(size_t i, Vec<T, N> x) const {
+        hn::StoreU(x, Lanes<T, N>(), p + 2 * i);
     }
 };
 
-// The lanes of x and y (from 4 on) at the places i...
-template <int... i, class W>
-HWY_INLINE W picked(W x, W y) {
-    return W{__builtin_shufflevector(x.raw, y.raw, i...)};
+// The lanes of x at the places i...
+template <size_t... i, class V>
+HWY_INLINE V lanesAt(V x, std::index_sequence<i...>) {
+    return V{__builtin_shufflevector(x.raw, x.raw, static_cast<int>(i)...)};
 }
-
-template <class T, int order, bool kInverse, class Storer>
-HWY_INLINE void transformPairs(const T* src, const Storer& storer) {
-    if constexpr (sizeof(T) == 8) {
-        using Value = InterleavedValue<T, kInverse>;
-        Value x[size_t{1} << order];
-        unroll<(size_t{1} << order)>([&](auto n)
-                                         ZVPS_INLINE_LAMBDA { x[n].pair = hn::LoadU(Lanes<T, 2>(), src + 2 * n); });
-        Butterfly<T, 2, (size_t{1} << order)>::run([&](auto n) ZVPS_INLINE_LAMBDA { return x[n]; },
-                                                   [&](auto k, Value value)
-                                                       ZVPS_INLINE_LAMBDA { storer.storePairs(k, value.pair); });
-    } else {
-        static_assert(order == 2);
-        const Lanes<T, 4> d;
-        const auto x01 = hn::LoadU(d, src);
-        const auto x23 = hn::LoadU(d, src + 4);
-        const auto sum = hn::Add(x01, x23);
-        const auto difference = hn::Sub(x01, x23);
-        const auto even = picked<0, 1, 4, 5>(sum, difference);
-        const auto odd = picked<2, 3, 7, 6>(sum, difference);
-        const auto signs = constant<T, QuarterTurn<1, kInverse>, 4>();
-        storer.storePairs(0, hn::MulAdd(odd, signs, even));
-        storer.storePairs(2, hn::NegMulAdd(odd, signs, even));
-    }
+// Real parts and then imaginary ones to pairs, and back.
+template <class T, size_t N, size_t... i>
+HWY_INLINE Vec<T, N> pairsOfHalves(Vec<T, N> x, std::index_sequence<i...>) {
+    return lanesAt(x, std::index_sequence<(i / 2 + i % 2 * (N / 2))...>());
 }
-
-// ---- Eight complex values in two registers ----
-
-// The cosine, or with a shift of 8 the negated sine, of 2 pi step l / 32 for lane l; and of 2 pi step / 32 for the
-// upper half, 0 for the lower.
-template <size_t step, size_t shift>
-struct LaneTurn {
-    static constexpr double at(size_t i) { return cosOf32(step * i + shift); }
-};
-template <size_t step, size_t shift>
-struct UpperTurn {
-    static constexpr double at(size_t i) { return cosOf32((i < 4 ? 0 : step) + shift); }
-};
-
-struct SumAndDifference {
-    static constexpr double at(size_t i) { return i < 4 ? 1 : -1; }
-};
-
-// Four points by eight, these as two by four.
-template <class T, class Loader, class Storer>
-HWY_INLINE void transformOf32(const Loader& loader, const Storer& storer) {
-    using C = ComplexVec<T, kEight>;
-    using W = Eight<T>;
-    W re[4], im[4], columnsRe[4], columnsIm[4];
-    Butterfly<T, kEight, 4>::run(
-        [&](auto n) ZVPS_INLINE_LAMBDA {
-            const C x = loader.template load<kEight, kEight>(8 * n);
-            return C{fromBlocks<T, kEight>(x.re), fromBlocks<T, kEight>(x.im)};
-        },
-        [&](auto k, C x) ZVPS_INLINE_LAMBDA {
-            if constexpr (k != 0) {
-                x = mul(x, C{constant<T, LaneTurn<k, 0>>(), constant<T, LaneTurn<k, 8>>()});
-            }
-            re[k] = x.re;
-            im[k] = x.im;
-        });
-    transposeHalves(re, columnsRe);
-    transposeHalves(im, columnsIm);
-    const W sign = constant<T, SumAndDifference>();
-    Butterfly<T, kEight, 4>::run(
-        [&](auto n) ZVPS_INLINE_LAMBDA {
-            const C x = {hn::MulAdd(columnsRe[n], sign, W{swapHalves(columnsRe[n].raw)}),
-                         hn::MulAdd(columnsIm[n], sign, W{swapHalves(columnsIm[n].raw)})};
-            if constexpr (n == 0) {
-                return x;
-            } else {
-                return mul(x, C{constant<T, UpperTurn<4 * n, 0>>(), constant<T, UpperTurn<4 * n, 8>>()});
-            }
-        },
-        [&](auto k, C x) ZVPS_INLINE_LAMBDA {
-            storer.template store<kEight, kEight>(8 * k, C{toBlocks<T, kEight>(x.re), toBlocks<T, kEight>(x.im)});
-        });
+template <class T, size_t N, size_t... i>
+HWY_INLINE Vec<T, N> halvesOfPairs(Vec<T, N> x, std::index_sequence<i...>) {
+    return lanesAt(x, std::index_sequence<(i % (N / 2) * 2 + i / (N / 2))...>());
 }
-
-template <class T, int order, class Source, class Result, class Loader, class Storer>
-HWY_INLINE void transformInRegisters(const Source& src, const Result& dst, const Loader& loader, const Storer& storer) {
-    if constexpr (order == 3) {
-        transformOf8<T>(src, dst);
-    } else if constexpr (order == 4) {
-        transformOf16<T>(src, dst);
-    } else {
-        transformOf32<T>(loader, storer);
-    }
-}
-
-#else
 
 template <class T>
-struct PairsStorer;
-template <class T, int order, bool kInverse, class Storer>
-void transformPairs(const T* src, const Storer& storer);
-template <class T, bool kInverse>
-struct InterleavedFours;
-template <class T>
-struct SplitFours;
-template <class T, int order, class Source, class Result, class Loader, class Storer>
-void transformInRegisters(const Source& src, const Result& dst, const Loader& loader, const Storer& storer);
+struct SplitPairsLoader {
+    const T* re;
+    const T* im;
 
-#endif
+    template <size_t N>
+    HWY_INLINE Vec<T, N> load(size_t i) const {
+        const Lanes<T, N / 2> half;
+        const auto x = hn::Combine(Lanes<T, N>(), hn::LoadU(half, im + i), hn::LoadU(half, re + i));
+        if constexpr (N == 2) {
+            return x;
+        } else {
+            return pairsOfHalves<T, N>(x, std::make_index_sequence<N>());
+        }
+    }
+    template <size_t N>
+    HWY_INLINE Vec<T, N> loadTwice(size_t i) const {
+        // Of N / 2 in both halves those that are asked for.
+        const Lanes<T, N> d;
+        const size_t beyond = i % (N / 2);
+        const auto first = hn::LoadDup128(d, re + i - beyond);
+        const auto second = hn::LoadDup128(d, im + i - beyond);
+        return beyond == 0 ? hn::InterleaveLower(d, first, second) : hn::InterleaveUpper(d, first, second);
+    }
+};
+template <class T>
+struct SplitPairsStorer {
+    T* re;
+    T* im;
+
+    template <size_t N>
+    HWY_INLINE void storePairs(size_t i, Vec<T, N> x) const {
+        const Lanes<T, N / 2> half;
+        if constexpr (N > 2) x = halvesOfPairs<T, N>(x, std::make_index_sequence<N>());
+        hn::StoreU(hn::LowerHalf(half, x), half, re + i);
+        hn::StoreU(hn::UpperHalf(half, x), half, im + i);
+    }
+};
+
+// ---- Transforms ----
+
+// In two registers of two values.
+template <class T, bool kInverse, class Loader, class Storer>
+HWY_INLINE void transformOf4(const Loader& loader, const Storer& storer) {
+    const auto x01 = loader.template load<4>(0);
+    const auto x23 = loader.template load<4>(2);
+    const auto sum = hn::Add(x01, x23);
+    const auto difference = hn::Sub(x01, x23);
+    const Vec<T, 4> even = {_mm_movelh_ps(sum.raw, difference.raw)};
+    const Vec<T, 4> odd = {_mm_shuffle_ps(sum.raw, difference.raw, _MM_SHUFFLE(2, 3, 3, 2))};
+    const auto signs = constant<T, QuarterTurn<1, kInverse>, 4>();
+    storer.template storePairs<4>(0, hn::MulAdd(odd, signs, even));
+    storer.template storePairs<4>(2, hn::NegMulAdd(odd, signs, even));
+}
+
+// In two registers of four values. Loads put two points in both halves, one for sums and one for differences, so that
+// no lane moves from half to half.
+template <class T, bool kInverse, class Loader, class Storer>
+HWY_INLINE void transformOf8(const Loader& loader, const Storer& storer) {
+    struct Signs {
+        static constexpr double at(size_t i) { return i < 4 ? 1 : -1; }
+    };
+    struct Turns {
+        static constexpr double at(size_t i) { return Signs::at(i) * QuarterTurn<0, kInverse>::at(i); }
+    };
+    const Lanes<T, 8> d;
+    const Lanes<double, 4> wide;
+    const auto x01 = loader.template loadTwice<8>(0);
+    const auto x23 = loader.template loadTwice<8>(2);
+    const auto x45 = loader.template loadTwice<8>(4);
+    const auto x67 = loader.template loadTwice<8>(6);
+    const auto even = hn::BitCast(wide, hn::MulAdd(hn::Add(x23, x67), constant<T, Signs, 8>(), hn::Add(x01, x45)));
+    const auto exchanged = hn::Reverse2(d, hn::Sub(x23, x67));
+    const auto odd = hn::BitCast(wide, hn::MulAdd(exchanged, constant<T, Turns, 8>(), hn::Sub(x01, x45)));
+    const auto first = hn::BitCast(d, hn::InterleaveLower(wide, even, odd));
+    const auto second = hn::BitCast(d, hn::InterleaveUpper(wide, even, odd));
+    const auto& turns = kSmallTurns<T, 8, 4, 2>[kInverse];
+    const auto re = hn::Load(d, turns.re[0][1]);
+    const auto im = hn::Load(d, turns.im[0][1]);
+    const auto secondExchanged = hn::Reverse2(d, second);
+    storer.template storePairs<8>(0, hn::MulAdd(secondExchanged, im, hn::MulAdd(second, re, first)));
+    storer.template storePairs<8>(4, hn::NegMulAdd(secondExchanged, im, hn::NegMulAdd(second, re, first)));
+}
+
+// In registers of one value.
+template <class T, size_t R, bool kInverse, class Loader, class Storer>
+HWY_INLINE void transformInOne(const Loader& loader, const Storer& storer) {
+    using Values = InterleavedValues<T, 2>;
+    if constexpr (R == 1) {
+        storer.template storePairs<2>(0, loader.template load<2>(0));
+    } else {
+        const auto signs = constant<T, QuarterTurn<0, kInverse>, 2>();
+        Butterfly<T, 2, R>::run(
+            [&](auto n) ZVPS_INLINE_LAMBDA {
+                return Values{loader.template load<2>(n), signs};
+            },
+            [&](auto k, Values value) ZVPS_INLINE_LAMBDA { storer.template storePairs<2>(k, value.pairs); });
+    }
+}
+
+// f(0), ..., f(count - 1), unrolled where their arrays should be in registers.
+template <size_t count, bool unrolls, class F>
+HWY_INLINE void forEach(const F& f) {
+    if constexpr (unrolls) {
+        unroll<count>(f);
+    } else {
+        for (size_t i = 0; i < count; ++i) {
+            f(i);
+        }
+    }
+}
+
+// R1 points by R2, in registers of N / 2 values: of neighbouring points, then of neighbouring numbers.
+template <class T, size_t N, size_t R1, size_t R2, class Loader, class Storer>
+HWY_INLINE void transformInTwo(const Loader& loader, const Storer& storer, const SmallTurns<T, N, R1, R2>& turns) {
+    using Values = InterleavedValues<T, N>;
+    constexpr size_t L = N / 2;
+    constexpr bool kUnrolls = HWY_TARGET <= HWY_AVX2 && R1 * R2 / L <= kVectorBytes;
+    const Lanes<T, N> d;
+    const auto signs = hn::Load(d, turns.quarter);
+    Vec<T, N> x[R2 / L][R1];
+    forEach<R2 / L, kUnrolls>([&](auto group) ZVPS_INLINE_LAMBDA {
+        Butterfly<T, N, R1>::run(
+            [&](auto n) ZVPS_INLINE_LAMBDA {
+                return Values{loader.template load<N>(n * R2 + group * L), signs};
+            },
+            [&](auto k, Values value) ZVPS_INLINE_LAMBDA { x[group][k] = value.pairs; });
+    });
+    forEach<R1 / L, kUnrolls>([&](auto group) ZVPS_INLINE_LAMBDA {
+        Vec<T, N> columns[R2];
+        unroll<R2 / L>([&](auto block) ZVPS_INLINE_LAMBDA {
+            transposeValues<T, N>([&](auto row) ZVPS_INLINE_LAMBDA { return x[block][group * L + row]; },
+                                  [&](auto lane, Vec<T, N> v) ZVPS_INLINE_LAMBDA { columns[block * L + lane] = v; });
+        });
+        Butterfly<T, N, R2>::run(
+            [&](auto n) ZVPS_INLINE_LAMBDA {
+                const Values value = {columns[n], signs};
+                if constexpr (n == 0) {
+                    return value;
+                } else {
+                    const auto re = hn::Mul(value.pairs, hn::Load(d, turns.re[group][n]));
+                    return value.with(hn::MulAdd(value.exchanged(), hn::Load(d, turns.im[group][n]), re));
+                }
+            },
+            [&](auto k, Values value)
+                ZVPS_INLINE_LAMBDA { storer.template storePairs<N>(k * R1 + group * L, value.pairs); });
+    });
+}
+
+// The same, compiled once for both directions.
+template <class T, size_t N, size_t R1, size_t R2, class Loader, class Storer>
+HWY_NOINLINE void compiledInTwo(const Loader loader, const Storer storer, const SmallTurns<T, N, R1, R2>& turns) {
+    transformInTwo(loader, storer, turns);
+}
+
+template <class T, int order, bool kInverse, class Loader, class Storer>
+HWY_INLINE void smallTransform(const Loader& loader, const Storer& storer) {
+    constexpr bool isDouble = sizeof(T) == 8;
+    constexpr size_t kBytes = kVectorBytes < 32 || order > 6 ? kVectorBytes : 32;
+    if constexpr (order <= (isDouble ? 3 : 1)) {
+        transformInOne<T, size_t{1} << order, kInverse>(loader, storer);
+    } else if constexpr (order == 2) {
+        transformOf4<T, kInverse>(loader, storer);
+    } else if constexpr (order == 3 && kBytes == 32) {
+        transformOf8<T, kInverse>(loader, storer);
+    } else {
+        constexpr size_t R1 = order <= 5 ? 4 : order == 8 || (order == 7 && isDouble) ? 16 : 8;
+        const auto& turns = kSmallTurns<T, kBytes / sizeof(T), R1, (size_t{1} << order) / R1>[kInverse];
+        if constexpr (order <= 5) {
+            transformInTwo(loader, storer, turns);
+        } else {
+            compiledInTwo(loader, storer, turns);
+        }
+    }
+}
 
 } // namespace zvps::ZVPS_LEVEL
