@@ -137,6 +137,10 @@ constexpr bool areLastBlocksPaired(const FftPlan& plan) {
     return plan.passes == 4 && plan.orders[3] <= 3 && apart >= 2048;
 }
 
+// Three passes: from so many columns on.
+template <class T>
+inline constexpr size_t kLeastColumnsToRotate = 16 * kFullBlock<T>;
+
 template <class T, class Loader, class Storer>
 struct LongTransform {
     static constexpr size_t B = kFullBlock<T>;
@@ -167,15 +171,47 @@ struct LongTransform {
         });
     }
 
+    // Of all columns. Where the source does not start at a line, blocks of columns do, so that no vector straddles two
+    // lines but in the blocks at both ends, some of whose columns are others' too.
+    HWY_INLINE void first(T* dst) const {
+        const size_t s = radix(0);
+        const size_t columns = length / s;
+        const size_t lead = loader.columnsToLine();
+        if (lead == 0 || columns < kLeastColumnsToRotate<T>) return first(0, columns, dst);
+        first(columns - B, B, dst + 2 * (columns - B) * s);
+        first(0, B, dst);
+        first(lead, columns - B, dst + 2 * lead * s);
+    }
+
     // The first two passes, for a block of the second one's subsequences at a time, through `scratch`.
     HWY_INLINE void firstTwo(T* dst, T* scratch) const {
         const size_t s = radix(0);
-        const size_t m = length / (s * radix(1));
-        for (size_t n = 0; n < m; n += B) {
-            for (size_t n1 = 0; n1 < radix(1); ++n1) {
-                first(n1 * m + n, B, scratch + 2 * n1 * B * s);
+        const size_t r2 = radix(1);
+        const size_t m = length / (s * r2);
+        const size_t leg = 2 * B * s;
+        const auto second = [&](const T* from, size_t n, size_t count) {
+            middle(1, from, Strides{s, B * s}, dst + 2 * n * s * r2, Strides{s * r2, s}, count, s, twiddles);
+        };
+        const size_t lead = loader.columnsToLine();
+        T* const legs = scratch + leg;
+        for (size_t n = lead; n + B <= m; n += B) {
+            for (size_t n1 = 0; n1 < r2; ++n1) {
+                first(n1 * m + n, B, legs + n1 * leg);
             }
-            middle(1, scratch, Strides{s, B * s}, dst + 2 * n * s * radix(1), Strides{s * radix(1), s}, B, s, twiddles);
+            second(legs, n, B);
+        }
+        if (lead != 0) {
+            // The last block has the first subsequences too, as columns of the next leg: of the first leg before the
+            // others. What the blocks at the ends of the source leave in other rows is overwritten.
+            const size_t n = m + lead - B;
+            T* const ahead = legs - 2 * lead * s;
+            first(0, B, ahead);
+            first(length / s - B, B, ahead + (r2 - 1) * leg);
+            for (size_t n1 = 0; n1 + 1 < r2; ++n1) {
+                first(n1 * m + n, B, legs + n1 * leg);
+            }
+            second(legs, n, B - lead);
+            second(ahead, 0, lead);
         }
     }
 
@@ -213,7 +249,7 @@ struct LongTransform {
             if (areLastBlocksPaired<T>(plan)) return lastTwo<true>(between, numbers, scratch, w);
             return lastTwo<false>(between, numbers, scratch, w);
         }
-        first(0, length / s, between);
+        first(between);
         if (plan.areJoined) {
             lastTwo<false>(between, s, scratch, twiddles);
         } else {
@@ -238,10 +274,10 @@ template <class T>
 constexpr size_t scratchValues(int order) {
     const FftPlan& plan = fftPlan<T>(order);
     if (plan.passes == 3 && !plan.areJoined) return size_t{2} << order;
-    const int firstTwo = plan.passes == 4 ? plan.orders[0] + plan.orders[1] : 0;
-    const int lastTwo =
-        plan.orders[plan.passes - 2] + plan.orders[plan.passes - 1] + (areLastBlocksPaired<T>(plan) ? 1 : 0);
-    return 2 * kFullBlock<T> << (firstTwo > lastTwo ? firstTwo : lastTwo);
+    const size_t firstTwo = plan.passes == 4 ? ((size_t{1} << plan.orders[1]) + 1) << plan.orders[0] : 0;
+    const size_t lastTwo = size_t{1} << (plan.orders[plan.passes - 2] + plan.orders[plan.passes - 1] +
+                                         (areLastBlocksPaired<T>(plan) ? 1 : 0));
+    return 2 * kFullBlock<T> * larger(firstTwo, lastTwo);
 }
 
 template <class T>

@@ -109,9 +109,18 @@ struct BlockLoader {
     }
 };
 
+// Values before the first one that starts at a line of memory, or 0 if none does.
+template <class T>
+HWY_INLINE size_t valuesToLine(const T* p, size_t bytes) {
+    const size_t rest = -reinterpret_cast<uintptr_t>(p) % 64;
+    return rest % bytes == 0 ? rest / bytes : 0;
+}
+
 template <class T, bool kInverse>
 struct InterleavedLoader {
     const T* p;
+
+    HWY_INLINE size_t columnsToLine() const { return valuesToLine(p, 2 * sizeof(T)); }
 
     template <size_t V, size_t B>
     HWY_INLINE ComplexVec<T, V> load(size_t i) const {
@@ -132,6 +141,11 @@ template <class T>
 struct SplitLoader {
     const T* re;
     const T* im;
+
+    HWY_INLINE size_t columnsToLine() const {
+        const size_t n = valuesToLine(re, sizeof(T));
+        return n == valuesToLine(im, sizeof(T)) ? n : 0;
+    }
 
     template <size_t V, size_t B>
     HWY_INLINE ComplexVec<T, V> load(size_t i) const {
