@@ -287,14 +287,12 @@ struct Strides {
     size_t step;
 };
 
-// A butterfly of V numbers from number `in` on to number `out`, with the twiddles of these numbers.
-template <class T, size_t V, size_t B, size_t R, class Loader, class Storer>
-HWY_INLINE void butterfly(const Loader& loader, size_t in, size_t inStep, const T* twiddles, const Storer& storer,
-                          size_t out, size_t outStep) {
+// A butterfly of V numbers from number `in` on, with the twiddles of these numbers; out(Index<k1>(), value).
+template <class T, size_t V, size_t B, size_t R, class Loader, class Out>
+HWY_INLINE void butterflyTo(const Loader& loader, size_t in, size_t inStep, const T* twiddles, const Out& out) {
     using C = ComplexVec<T, V>;
     const Lanes<T, V> d;
     inStep = multipliedAnew(inStep);
-    outStep = multipliedAnew(outStep);
     Butterfly<T, V, R>::run(
         [&](auto n1) ZVPS_INLINE_LAMBDA {
             const C x = loader.template load<V, B>(in + n1 * inStep);
@@ -305,7 +303,17 @@ HWY_INLINE void butterfly(const Loader& loader, size_t in, size_t inStep, const 
                 return mul(x, C{inRegister(hn::LoadU(d, w)), inRegister(hn::LoadU(d, w + B))});
             }
         },
-        [&](auto k1, C x) ZVPS_INLINE_LAMBDA { storer.template store<V, B>(out + k1 * outStep, x); });
+        out);
+}
+
+// The same to number `out`.
+template <class T, size_t V, size_t B, size_t R, class Loader, class Storer>
+HWY_INLINE void butterfly(const Loader& loader, size_t in, size_t inStep, const T* twiddles, const Storer& storer,
+                          size_t out, size_t outStep) {
+    outStep = multipliedAnew(outStep);
+    butterflyTo<T, V, B, R>(
+        loader, in, inStep, twiddles, [&](auto k1, ComplexVec<T, V> x)
+                                          ZVPS_INLINE_LAMBDA { storer.template store<V, B>(out + k1 * outStep, x); });
 }
 
 // Of a pass between the first and the last `count` butterflies for each of s numbers. The memories do not overlap.
