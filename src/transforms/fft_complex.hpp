@@ -382,8 +382,8 @@ inline constexpr int kLeastOrderByLines = sizeof(T) == 8 ? 9 : 12;
 template <class T, class Loader, class Storer>
 HWY_NOINLINE void longTransform(const Loader& loader, const Storer& storer, T* data, bool isInPlace,
                                 const FftSpec<T>& spec, T* work) {
-    LongTransform<T, Loader, Storer> transform = {fftPlan<T>(spec.order), size_t{1} << spec.order, loader, storer,
-                                                  spec.twiddles, nullptr};
+    LongTransform<T, Loader, Storer> transform = {
+        fftPlan<T>(spec.order), size_t{1} << spec.order, loader, storer, spec.twiddles, nullptr};
     const auto lines = resultLinesOf(storer);
     if constexpr (kStoresLines<Storer>) {
         if (spec.order >= kLeastOrderByLines<T> && !startsAtLine(data) && canRealign(data)) transform.lines = &lines;

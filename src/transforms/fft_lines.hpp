@@ -6,7 +6,8 @@
 
 namespace zvps::ZVPS_LEVEL {
 
-// Rows of numbers one after the other: how many and how long; in the source the way from row to row and from leg to leg.
+// Rows of numbers one after the other: how many and how long; in the source the way from row to row and from leg to
+// leg.
 struct NumberRows {
     size_t count;
     size_t length;
@@ -119,8 +120,8 @@ struct ResultLines {
 
 // All numbers. Up to 8 legs keep what they leave in registers.
 template <class T, size_t R, bool scales>
-HWY_NOINLINE void compiledLinesOfRows(const T* src, const NumberRows& rows,
-                                                               const ResultLines<T>& results, const T* twiddles) {
+HWY_NOINLINE void compiledLinesOfRows(const T* src, const NumberRows& rows, const ResultLines<T>& results,
+                                      const T* twiddles) {
     constexpr size_t B = ResultLines<T>::L;
     using V = Vec<T, B>;
     const Lanes<T, B> d;
@@ -157,9 +158,8 @@ HWY_NOINLINE void compiledLinesOfRows(const T* src, const NumberRows& rows,
 // Of blocks of numbers. 16 legs keep what they leave in memory, each block `leftStep` further than the one before;
 // isFirst: there is nothing yet.
 template <class T, bool kDescends, bool scales>
-HWY_NOINLINE void compiledLinesOfBlocks(const T* src, const NumberBlocks& blocks,
-                                                                 const ResultLines<T>& results, const T* twiddles,
-                                                                 T* left, size_t leftStep, bool isFirst) {
+HWY_NOINLINE void compiledLinesOfBlocks(const T* src, const NumberBlocks& blocks, const ResultLines<T>& results,
+                                        const T* twiddles, T* left, size_t leftStep, bool isFirst) {
     constexpr size_t B = ResultLines<T>::L;
     const Lanes<T, B> d;
     const auto factor = hn::Set(d, results.factor);
@@ -174,7 +174,8 @@ HWY_NOINLINE void compiledLinesOfBlocks(const T* src, const NumberBlocks& blocks
                                  [&](auto leg, ComplexVec<T, B> x) ZVPS_INLINE_LAMBDA {
                                      if constexpr (scales) x = {hn::Mul(x.re, factor), hn::Mul(x.im, factor)};
                                      results.template store<kDescends>(out + leg * step, x.re, x.im,
-                                                                       left + leg * ResultLines<T>::kLeft, others, mask);
+                                                                       left + leg * ResultLines<T>::kLeft, others,
+                                                                       mask);
                                  });
     }
 }
@@ -190,10 +191,10 @@ HWY_INLINE void withScaling(const ResultLines<T>& results, const Run& run) {
 }
 
 template <class T, size_t R>
-HWY_INLINE void lastPassByLines(const T* src, const NumberRows& rows, const ResultLines<T>& results, const T* twiddles) {
-    withScaling(results, [&](auto scales) ZVPS_INLINE_LAMBDA {
-        compiledLinesOfRows<T, R, scales>(src, rows, results, twiddles);
-    });
+HWY_INLINE void lastPassByLines(const T* src, const NumberRows& rows, const ResultLines<T>& results,
+                                const T* twiddles) {
+    withScaling(results, [&](auto scales)
+                             ZVPS_INLINE_LAMBDA { compiledLinesOfRows<T, R, scales>(src, rows, results, twiddles); });
 }
 template <class T>
 HWY_INLINE void lastPassByLines(const T* src, const NumberBlocks& blocks, const ResultLines<T>& results,

@@ -156,7 +156,7 @@ struct SplitLoader {
     template <size_t V, size_t B>
     static HWY_INLINE Vec<T, V> part(const T* p, size_t i) {
         const Lanes<T, V / 2> half;
-        const T* const lower = p + i - i % B / 2;
+        const T* const lower = p + inBlocks<V, B>(i) / 2;
         return toBlocks<T, V>(hn::Combine(Lanes<T, V>(), hn::LoadU(half, lower + B / 2), hn::LoadU(half, lower)));
     }
 };
@@ -311,9 +311,9 @@ template <class T, size_t V, size_t B, size_t R, class Loader, class Storer>
 HWY_INLINE void butterfly(const Loader& loader, size_t in, size_t inStep, const T* twiddles, const Storer& storer,
                           size_t out, size_t outStep) {
     outStep = multipliedAnew(outStep);
-    butterflyTo<T, V, B, R>(
-        loader, in, inStep, twiddles, [&](auto k1, ComplexVec<T, V> x)
-                                          ZVPS_INLINE_LAMBDA { storer.template store<V, B>(out + k1 * outStep, x); });
+    butterflyTo<T, V, B, R>(loader, in, inStep, twiddles, [&](auto k1, ComplexVec<T, V> x) ZVPS_INLINE_LAMBDA {
+        storer.template store<V, B>(out + k1 * outStep, x);
+    });
 }
 
 // Of a pass between the first and the last `count` butterflies for each of s numbers. The memories do not overlap.
