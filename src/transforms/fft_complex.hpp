@@ -144,9 +144,9 @@ constexpr bool areLastBlocksPaired(const FftPlan& plan) {
     return plan.passes == 4 && plan.orders[3] <= 3 && apart >= 2048;
 }
 
-// Three passes: from so many columns on.
+// From so many columns on it pays in the first one of three passes that their blocks start at lines.
 template <class T>
-inline constexpr size_t kLeastColumnsToRotate = 16 * kFullBlock<T>;
+inline constexpr size_t kLeastShiftedColumns = 16 * kFullBlock<T>;
 
 template <class T, class Loader, class Storer>
 struct LongTransform {
@@ -192,7 +192,7 @@ struct LongTransform {
         const size_t s = radix(0);
         const size_t columns = length / s;
         const size_t lead = loader.columnsToLine();
-        if (lead == 0 || columns < kLeastColumnsToRotate<T>) return first(0, columns, dst);
+        if (lead == 0 || columns < kLeastShiftedColumns<T>) return first(0, columns, dst);
         first(columns - B, B, dst + 2 * (columns - B) * s);
         first(0, B, dst);
         first(lead, columns - B, dst + 2 * lead * s);
@@ -242,8 +242,8 @@ struct LongTransform {
             second(legs, n, B);
         }
         if (lead != 0) {
-            // The last block has the first subsequences too, as columns of the next leg: of the first leg before the
-            // others. What the blocks at the ends of the source leave in other rows is overwritten.
+            // The last block has the first subsequences too: their columns are those of the next leg, and the first
+            // leg's are ahead of all. What the blocks at both ends of the source leave in other rows is overwritten.
             const size_t n = m + lead - B;
             T* const ahead = legs - 2 * lead * s;
             first(0, B, ahead);

@@ -68,29 +68,32 @@ struct ResultLines {
     using M = hn::Mask<D>;
     using Index = Vec<hwy::MakeSigned<T>, L>;
 
-    T* first;      // line of all results
-    size_t beyond; // it, in lanes, the results start
+    T* first; // the line in which the results start, `beyond` lanes from its beginning
+    size_t beyond;
     T factor;
-    // In the results of a leg, of the beginning of the line behind and the end of the line before, and of the middle.
-    alignas(kLineBytes) hwy::MakeSigned<T> endsOrder[L];
-    alignas(kLineBytes) hwy::MakeSigned<T> middleOrder[L];
+    // For permuted() of real and imaginary parts: to the line in the middle, and to the beginning of the line behind
+    // with the end of the line before.
+    alignas(kLineBytes) hwy::MakeSigned<T> orders[2 * L];
 
     ResultLines(T* dst, bool isInverse, T scale)
         : first(dst - lanesBeyondLine(dst)), beyond(lanesBeyondLine(dst)), factor(scale) {
         const Lanes<hwy::MakeSigned<T>, L> d;
         const auto* const lanes = kInterleavedLanes<T>.lanes[isInverse] + L - beyond;
-        hn::Store(hn::LoadU(d, lanes), d, middleOrder);
-        hn::Store(hn::LoadU(d, lanes + L), d, endsOrder);
+        hn::Store(hn::LoadU(d, lanes), d, orders);
+        hn::Store(hn::LoadU(d, lanes + L), d, orders + L);
     }
 
-    HWY_INLINE static Index load(const hwy::MakeSigned<T>* order) {
-        return hn::Load(Lanes<hwy::MakeSigned<T>, L>(), order);
+    static HWY_INLINE Index middleOf(const hwy::MakeSigned<T>* orders) {
+        return hn::Load(Lanes<hwy::MakeSigned<T>, L>(), orders);
     }
-    // Of a line that neighbours share those with the higher numbers have the other lanes.
+    static HWY_INLINE Index endsOf(const hwy::MakeSigned<T>* orders) {
+        return hn::Load(Lanes<hwy::MakeSigned<T>, L>(), orders + L);
+    }
+    // Of a line that neighbours share; those with the higher numbers have the other lanes.
     HWY_INLINE M lanesOfLower() const { return hn::FirstN(D(), beyond); }
 
-    // Blocks come by descending numbers where of the line before they have the smaller part, so that half a vector
-    // holds what is left.
+    // Blocks come by descending numbers where the end of the line before is the smaller part: half a vector is to hold
+    // what is left.
     HWY_INLINE bool descends() const { return beyond > L / 2; }
     // Takes those lanes of the line it completes that `others` has from `left` and stores those that `mask` has.
     template <bool kDescends>
@@ -98,12 +101,12 @@ struct ResultLines {
         const D d;
         const hn::Half<D> half;
         // Indices from memory: the butterfly has no registers to spare.
-        const auto* order = endsOrder;
-        asm("" : "+r"(order));
+        const auto* anew = orders;
+        asm("" : "+r"(anew));
         T* const line = first + 2 * number;
-        const V ends = permuted(re, load(order), im);
+        const V ends = permuted(re, endsOf(anew), im);
         hn::BlendedStore(withHalf(ends, others, left), mask, d, line + (kDescends ? 2 * L : 0));
-        hn::Store(permuted(re, load(order + L), im), d, line + L);
+        hn::Store(permuted(re, middleOf(anew), im), d, line + L);
         hn::Store(kDescends ? hn::UpperHalf(half, ends) : hn::LowerHalf(half, ends), half, left);
     }
     // What a leg whose numbers are from `begin` to `end` has left at last.
@@ -125,8 +128,8 @@ HWY_NOINLINE void compiledLinesOfRows(const T* src, const NumberRows& rows, cons
     constexpr size_t B = ResultLines<T>::L;
     using V = Vec<T, B>;
     const Lanes<T, B> d;
-    const auto endsOrder = results.load(results.endsOrder);
-    const auto middleOrder = results.load(results.middleOrder);
+    const auto endsOrder = results.endsOf(results.orders);
+    const auto middleOrder = results.middleOf(results.orders);
     const auto factor = hn::Set(d, results.factor);
     const auto lanesOfLower = results.lanesOfLower();
     const size_t numbers = rows.count * rows.length;

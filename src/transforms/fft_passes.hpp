@@ -11,6 +11,7 @@
 #pragma once
 
 #include "transforms/fft_butterflies.hpp"
+#include "transforms/fft_realign.hpp"
 #include "transforms/fft_tables.hpp"
 
 namespace zvps::ZVPS_LEVEL {
@@ -109,10 +110,10 @@ struct BlockLoader {
     }
 };
 
-// Values before the first one that starts at a line of memory, or 0 if none does.
+// Values of some bytes before the first one that starts at a line of memory, or 0 if none does.
 template <class T>
 HWY_INLINE size_t valuesToLine(const T* p, size_t bytes) {
-    const size_t rest = -reinterpret_cast<uintptr_t>(p) % 64;
+    const size_t rest = -reinterpret_cast<uintptr_t>(p) % kLineBytes;
     return rest % bytes == 0 ? rest / bytes : 0;
 }
 
@@ -316,7 +317,8 @@ HWY_INLINE void butterfly(const Loader& loader, size_t in, size_t inStep, const 
     });
 }
 
-// Of a pass between the first and the last `count` butterflies for each of s numbers. The memories do not overlap.
+// Of a pass between the first and the last `count` butterflies for each of s numbers. The memories do not overlap,
+// or each butterfly leaves its values where it found them.
 template <class T, size_t V, size_t B, size_t R>
 HWY_INLINE void middlePass(const T* src, Strides in, T* dst, Strides out, size_t count, size_t s, const T* twiddles) {
     for (size_t n = 0; n < count; ++n) {

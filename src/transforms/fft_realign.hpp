@@ -38,15 +38,7 @@ HWY_INLINE Vec<double, 8> permuted(Vec<double, 8> a, LaneOrder<double> order, Ve
     return Vec<double, 8>{_mm512_permutex2var_pd(a.raw, order.raw, b.raw)};
 }
 
-// For permuted(): of data `beyond` lanes beyond a line, as vectors one after the other, the line of memory that holds
-// the end of one and the beginning of the next.
-template <class T>
-HWY_INLINE LaneOrder<T> orderOfLine(size_t beyond) {
-    constexpr size_t L = kLineBytes / sizeof(T);
-    using Index = hwy::MakeSigned<T>;
-    return hn::Iota(Lanes<Index, L>(), static_cast<Index>(L - beyond));
-}
-// Of lines whose data start `beyond` lanes beyond them the vector that begins in one and ends in the next.
+// For permuted(): of lines whose data start `beyond` lanes beyond them the vector that begins in one and ends in the next.
 template <class T>
 HWY_INLINE LaneOrder<T> orderOfVector(size_t beyond) {
     using Index = hwy::MakeSigned<T>;
