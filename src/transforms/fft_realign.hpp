@@ -38,7 +38,8 @@ HWY_INLINE Vec<double, 8> permuted(Vec<double, 8> a, LaneOrder<double> order, Ve
     return Vec<double, 8>{_mm512_permutex2var_pd(a.raw, order.raw, b.raw)};
 }
 
-// For permuted(): of lines whose data start `beyond` lanes beyond them the vector that begins in one and ends in the next.
+// For permuted(): of lines whose data start `beyond` lanes beyond them the vector that begins in one and ends in the
+// next.
 template <class T>
 HWY_INLINE LaneOrder<T> orderOfVector(size_t beyond) {
     using Index = hwy::MakeSigned<T>;
