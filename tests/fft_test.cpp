@@ -151,14 +151,15 @@ class Calls {
         }
     }
 
-    // The results. gap: elements between the arrays and the protected pages behind them, or before them.
-    Bytes outOfPlace(const Spec& spec, const Bytes& data, int scaleFactor, size_t gap, bool atStart) {
+    // The results. gap: elements between the arrays and the protected pages behind them, or before them; of the results
+    // more of them.
+    Bytes outOfPlace(const Spec& spec, const Bytes& data, int scaleFactor, size_t gap, bool atStart, size_t more = 0) {
         TransformCall call = {{}, {}, spec.get(), scaleFactor, buffer(spec, gap)};
         for (size_t i = 0; i < arrays_; ++i) {
             unsigned char* const src = place(*src_[i], srcBytes_, gap * f_.from->partBytes, atStart);
             std::copy_n(&data[i * srcBytes_], srcBytes_, src);
             call.src[i] = src;
-            call.dst[i] = place(*dst_[i], dstBytes_, (gap + i) * f_.to->partBytes, atStart);
+            call.dst[i] = place(*dst_[i], dstBytes_, (gap + i + more) * f_.to->partBytes, atStart);
         }
         EXPECT_EQ(f_.call(call), zvpStsOk) << f_.name;
         for (size_t i = 0; i < arrays_; ++i)
@@ -345,6 +346,31 @@ TEST_P(FftOrder, IsExactToRounding) {
     useLevel(levels().back());
 }
 INSTANTIATE_TEST_SUITE_P(Orders, FftOrder, testing::Range(0, 23));
+
+// Where arrays that do not start at a line of memory are read and written by whole lines: each distance from a line for
+// source and result, and both ends beside protected pages.
+TEST(Fft, SameBitsAtEachDistanceFromALine) {
+    Random random("lines");
+    for (int order = 9; order <= 17; ++order) {
+        for (const Transform& f : kTransforms) {
+            if (!f.to->isFloat || f.layout == Layout::perm) continue;
+            const Spec spec(*f.spec, order, order % 2 == 0 ? zvpFftScaleNone : zvpFftScaleSqrt, 0);
+            Calls calls(f, order);
+            const Bytes data = randomArrays(*f.from, f.sourceCount(order) * (f.isSplit() ? 2 : 1), random);
+            const size_t distances = 64 / f.to->partBytes;
+            for (const Level level : levels()) {
+                useLevel(level);
+                const Bytes result = calls.outOfPlace(spec, data, 0, 0, false);
+                for (size_t gap = 1; gap < distances; ++gap) {
+                    // The result's distance is another one each time.
+                    EXPECT_TRUE(result == calls.outOfPlace(spec, data, 0, gap, gap % 2 == 0, gap * 3 % distances))
+                        << f.name << " order " << order << " gap " << gap << " " << levelName(level);
+                }
+            }
+        }
+    }
+    useLevel(levels().back());
+}
 
 // Where the work buffer holds a small part of the data only. A few impulses: their spectrum is known.
 TEST(Fft, VeryLong) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "transforms/fft_large_call.hpp"
+#include "transforms/fft_lines.hpp"
 #include "transforms/fft_passes.hpp"
 #include "transforms/fft_small.hpp"
 
@@ -54,6 +55,12 @@ HWY_NOINLINE void compiledMiddlePass(const T* src, Strides in, T* dst, Strides o
                                      const T* twiddles) {
     middlePass<T, kFullVector<T>, kFullBlock<T>, R>(src, in, dst, out, count, s, twiddles);
 }
+// Of one block of numbers.
+template <class T, size_t R>
+HWY_NOINLINE void compiledBlockPass(const T* src, Strides in, T* dst, Strides out, size_t count, const T* twiddles) {
+    constexpr size_t B = kFullBlock<T>;
+    middlePass<T, kFullVector<T>, B, R>(src, in, dst, out, count, B, twiddles);
+}
 template <class T, size_t R, class Storer>
 HWY_NOINLINE void compiledLastPass(const T* src, size_t inStep, const Storer& storer, size_t k, Strides out,
                                    size_t count, const T* twiddles) {
@@ -68,6 +75,10 @@ constexpr bool areLastBlocksPaired(const FftPlan& plan) {
     return plan.passes == 4 && plan.orders[3] <= 3 && apart >= 2048;
 }
 
+// From so many columns on it pays in the first one of three passes that their blocks start at lines.
+template <class T>
+inline constexpr size_t kLeastShiftedColumns = 16 * kFullBlock<T>;
+
 template <class T, class Loader, class Storer>
 struct LongTransform {
     static constexpr size_t B = kFullBlock<T>;
@@ -77,8 +88,16 @@ struct LongTransform {
     Loader loader;
     Storer storer;
     const T* twiddles;
+    const ResultLines<T>* lines; // of interleaved results that go by whole lines, else null
 
     HWY_INLINE size_t radix(int pass) const { return size_t{1} << plan.orders[pass]; }
+    HWY_INLINE bool isByLines() const {
+        if constexpr (kStoresLines<Storer>) {
+            return lines != nullptr;
+        } else {
+            return false;
+        }
+    }
 
     HWY_INLINE void first(size_t n, size_t count, T* dst) const {
         // Blocks are no longer than the radix.
@@ -98,15 +117,73 @@ struct LongTransform {
         });
     }
 
+    // Of all columns. Where the source does not start at a line, blocks of columns do, so that no vector straddles two
+    // lines but in the blocks at both ends, some of whose columns are others' too.
+    HWY_INLINE void first(T* dst) const {
+        const size_t s = radix(0);
+        const size_t columns = length / s;
+        const size_t lead = loader.columnsToLine();
+        if (lead == 0 || columns < kLeastShiftedColumns<T>) return first(0, columns, dst);
+        first(columns - B, B, dst + 2 * (columns - B) * s);
+        first(0, B, dst);
+        first(lead, columns - B, dst + 2 * lead * s);
+    }
+
+    // The last pass of three by whole lines.
+    HWY_INLINE void lastByLines(const T* src, const NumberRows& rows, const T* w) const {
+        if constexpr (kStoresLines<Storer>) {
+            if (plan.orders[2] < kMostLastOrder) {
+                withOrder<kLeastLastOrder, kMostLastOrder - 1>(plan.orders[2], [&](auto order) ZVPS_INLINE_LAMBDA {
+                    lastPassByLines<T, size_t{1} << order>(src, rows, *lines, w);
+                });
+                return;
+            }
+            constexpr size_t kLegs = size_t{1} << kMostLastOrder;
+            constexpr size_t kLeft = ResultLines<T>::kLeft;
+            alignas(64) T left[kLegs * kLeft];
+            const size_t numbers = rows.length;
+            const size_t start = lines->descends() ? numbers - B : 0;
+            const size_t next = lines->descends() ? -B : B;
+            const Strides in = {next, rows.in.step};
+            const Strides out = {next, numbers};
+            lastPassByLines(src, NumberBlocks{start, in, start, out, 1}, *lines, w, left, 0, true);
+            const size_t second = start + next;
+            lastPassByLines(src, NumberBlocks{second, in, second, out, numbers / B - 1}, *lines, w, left, 0, false);
+            for (size_t leg = 0; leg < kLegs; ++leg) {
+                lines->storeLeft(leg * numbers, (leg + 1) * numbers, left + leg * kLeft);
+            }
+        }
+    }
+
     // The first two passes, for a block of the second one's subsequences at a time, through `scratch`.
     HWY_INLINE void firstTwo(T* dst, T* scratch) const {
         const size_t s = radix(0);
-        const size_t m = length / (s * radix(1));
-        for (size_t n = 0; n < m; n += B) {
-            for (size_t n1 = 0; n1 < radix(1); ++n1) {
-                first(n1 * m + n, B, scratch + 2 * n1 * B * s);
+        const size_t r2 = radix(1);
+        const size_t m = length / (s * r2);
+        const size_t leg = 2 * B * s;
+        const auto second = [&](const T* from, size_t n, size_t count) {
+            middle(1, from, Strides{s, B * s}, dst + 2 * n * s * r2, Strides{s * r2, s}, count, s, twiddles);
+        };
+        const size_t lead = loader.columnsToLine();
+        T* const legs = scratch + leg;
+        for (size_t n = lead; n + B <= m; n += B) {
+            for (size_t n1 = 0; n1 < r2; ++n1) {
+                first(n1 * m + n, B, legs + n1 * leg);
             }
-            middle(1, scratch, Strides{s, B * s}, dst + 2 * n * s * radix(1), Strides{s * radix(1), s}, B, s, twiddles);
+            second(legs, n, B);
+        }
+        if (lead != 0) {
+            // The last block has the first subsequences too: their columns are those of the next leg, and the first
+            // leg's are ahead of all. What the blocks at both ends of the source leave in other rows is overwritten.
+            const size_t n = m + lead - B;
+            T* const ahead = legs - 2 * lead * s;
+            first(0, B, ahead);
+            first(length / s - B, B, ahead + (r2 - 1) * leg);
+            for (size_t n1 = 0; n1 + 1 < r2; ++n1) {
+                first(n1 * m + n, B, legs + n1 * leg);
+            }
+            second(legs, n, B - lead);
+            second(ahead, 0, lead);
         }
     }
 
@@ -119,11 +196,36 @@ struct LongTransform {
         const size_t r2 = radix(pass + 1);
         const T* const lastTwiddles = w + 2 * s * (r1 - 1);
         constexpr size_t kWidth = isPaired ? 2 * B : B;
-        for (size_t k = 0; k < s; k += kWidth) {
-            for (size_t i = 0; i < kWidth; i += B) {
-                middle(pass, src + 2 * (k + i), Strides{s, r2 * s}, scratch + 2 * i, Strides{r1 * kWidth, kWidth}, r2,
-                       B, w + 2 * (k + i) * (r1 - 1));
+        const auto firstOfTwo = [&](size_t k) ZVPS_INLINE_LAMBDA {
+            withOrder<kLeastMiddleOrder, kMostMiddleOrder>(plan.orders[pass], [&](auto order) ZVPS_INLINE_LAMBDA {
+                for (size_t i = 0; i < kWidth; i += B) {
+                    compiledBlockPass<T, size_t{1} << order>(src + 2 * (k + i), Strides{s, r2 * s}, scratch + 2 * i,
+                                                             Strides{r1 * kWidth, kWidth}, r2,
+                                                             w + 2 * (k + i) * (r1 - 1));
+                }
+            });
+        };
+        if constexpr (!isPaired && kStoresLines<Storer>) {
+            if (isByLines() && plan.orders[pass + 1] == kMostLastOrder) {
+                constexpr size_t kLeft = ResultLines<T>::kLeft;
+                T* const left = scratch + 2 * B * r1 * r2;
+                for (size_t i = 0; i < s; i += B) {
+                    const size_t k = lines->descends() ? s - B - i : i;
+                    firstOfTwo(k);
+                    const NumberBlocks blocks = {0, Strides{B, r1 * B}, k, Strides{s, r1 * s}, r1};
+                    lastPassByLines(scratch, blocks, *lines, lastTwiddles, left, r2 * kLeft, i == 0);
+                }
+                for (size_t n = 0; n < r1; ++n) {
+                    for (size_t leg = 0; leg < r2; ++leg) {
+                        const size_t begin = (leg * r1 + n) * s;
+                        lines->storeLeft(begin, begin + s, left + (n * r2 + leg) * kLeft);
+                    }
+                }
+                return;
             }
+        }
+        for (size_t k = 0; k < s; k += kWidth) {
+            firstOfTwo(k);
             if constexpr (isPaired) {
                 for (size_t n = 0; n < r1; ++n) {
                     last(scratch + 2 * n * kWidth, r1 * kWidth, k + n * s, Strides{B, r1 * s}, 2, lastTwiddles);
@@ -144,14 +246,19 @@ struct LongTransform {
             if (areLastBlocksPaired<T>(plan)) return lastTwo<true>(between, numbers, scratch, w);
             return lastTwo<false>(between, numbers, scratch, w);
         }
-        first(0, length / s, between);
+        first(between);
+        const size_t m = length / (s * radix(1));
+        const size_t numbers = s * radix(1);
+        const T* const w = twiddles + 2 * s * (radix(1) - 1);
         if (plan.areJoined) {
-            lastTwo<false>(between, s, scratch, twiddles);
+            if (!isByLines()) return lastTwo<false>(between, s, scratch, twiddles);
+            const Strides legs = {s, m * s};
+            middle(1, between, legs, between, legs, m, s, twiddles);
+            lastByLines(between, NumberRows{radix(1), s, {m * s, s}}, w);
         } else {
-            const size_t m = length / (s * radix(1));
-            middle(1, between, Strides{s, m * s}, spare, Strides{radix(1) * s, s}, m, s, twiddles);
-            const size_t numbers = s * radix(1);
-            last(spare, numbers, 0, Strides{B, numbers}, numbers / B, twiddles + 2 * s * (radix(1) - 1));
+            middle(1, between, Strides{s, m * s}, spare, Strides{numbers, s}, m, s, twiddles);
+            if (isByLines()) return lastByLines(spare, NumberRows{1, numbers, {0, numbers}}, w);
+            last(spare, numbers, 0, Strides{B, numbers}, numbers / B, w);
         }
     }
 };
@@ -169,10 +276,11 @@ template <class T>
 constexpr size_t scratchValues(int order) {
     const FftPlan& plan = fftPlan<T>(order);
     if (plan.passes == 3 && !plan.areJoined) return size_t{2} << order;
-    const int firstTwo = plan.passes == 4 ? plan.orders[0] + plan.orders[1] : 0;
-    const int lastTwo =
-        plan.orders[plan.passes - 2] + plan.orders[plan.passes - 1] + (areLastBlocksPaired<T>(plan) ? 1 : 0);
-    return 2 * kFullBlock<T> << (firstTwo > lastTwo ? firstTwo : lastTwo);
+    const size_t firstTwo = plan.passes == 4 ? ((size_t{1} << plan.orders[1]) + 1) << plan.orders[0] : 0;
+    const size_t legs = size_t{1} << (plan.orders[plan.passes - 2] + plan.orders[plan.passes - 1]);
+    // Two blocks of them, or one and what they leave to the next one.
+    const size_t lastTwo = areLastBlocksPaired<T>(plan) ? 2 * legs : legs + legs / 4;
+    return 2 * kFullBlock<T> * larger(firstTwo, lastTwo);
 }
 
 template <class T>
@@ -196,13 +304,21 @@ HWY_INLINE T* behindInPages(T* room, const T* data) {
     return room + way % kPageBytes / 64 * 64 / sizeof(T);
 }
 
+// From this order on it pays to store unaligned results by whole lines.
+template <class T>
+inline constexpr int kLeastOrderByLines = sizeof(T) == 8 ? 9 : 12;
+
 // `data`: where the result goes, for the passes to work in, or null. They do so only where vectors do not straddle
 // lines.
 template <class T, class Loader, class Storer>
 HWY_NOINLINE void longTransform(const Loader& loader, const Storer& storer, T* data, bool isInPlace,
                                 const FftSpec<T>& spec, T* work) {
-    const LongTransform<T, Loader, Storer> transform = {fftPlan<T>(spec.order), size_t{1} << spec.order, loader, storer,
-                                                        spec.twiddles};
+    LongTransform<T, Loader, Storer> transform = {
+        fftPlan<T>(spec.order), size_t{1} << spec.order, loader, storer, spec.twiddles, nullptr};
+    const auto lines = resultLinesOf(storer);
+    if constexpr (kStoresLines<Storer>) {
+        if (spec.order >= kLeastOrderByLines<T> && !startsAtLine(data) && canRealign(data)) transform.lines = &lines;
+    }
     alignas(64) T room[mostStackValues<T>() + kPageBytes / sizeof(T)];
     T* const stack = behindInPages(room, data);
     const bool onStack = isOnStack<T>(spec.order);

@@ -11,6 +11,7 @@
 #pragma once
 
 #include "transforms/fft_butterflies.hpp"
+#include "transforms/fft_realign.hpp"
 #include "transforms/fft_tables.hpp"
 
 namespace zvps::ZVPS_LEVEL {
@@ -109,9 +110,18 @@ struct BlockLoader {
     }
 };
 
+// Values of some bytes before the first one that starts at a line of memory, or 0 if none does.
+template <class T>
+HWY_INLINE size_t valuesToLine(const T* p, size_t bytes) {
+    const size_t rest = -reinterpret_cast<uintptr_t>(p) % kLineBytes;
+    return rest % bytes == 0 ? rest / bytes : 0;
+}
+
 template <class T, bool kInverse>
 struct InterleavedLoader {
     const T* p;
+
+    HWY_INLINE size_t columnsToLine() const { return valuesToLine(p, 2 * sizeof(T)); }
 
     template <size_t V, size_t B>
     HWY_INLINE ComplexVec<T, V> load(size_t i) const {
@@ -133,6 +143,11 @@ struct SplitLoader {
     const T* re;
     const T* im;
 
+    HWY_INLINE size_t columnsToLine() const {
+        const size_t n = valuesToLine(re, sizeof(T));
+        return n == valuesToLine(im, sizeof(T)) ? n : 0;
+    }
+
     template <size_t V, size_t B>
     HWY_INLINE ComplexVec<T, V> load(size_t i) const {
         return {part<V, B>(re, i), part<V, B>(im, i)};
@@ -142,7 +157,7 @@ struct SplitLoader {
     template <size_t V, size_t B>
     static HWY_INLINE Vec<T, V> part(const T* p, size_t i) {
         const Lanes<T, V / 2> half;
-        const T* const lower = p + i - i % B / 2;
+        const T* const lower = p + inBlocks<V, B>(i) / 2;
         return toBlocks<T, V>(hn::Combine(Lanes<T, V>(), hn::LoadU(half, lower + B / 2), hn::LoadU(half, lower)));
     }
 };
@@ -267,14 +282,12 @@ struct Strides {
     size_t step;
 };
 
-// A butterfly of V numbers from number `in` on to number `out`, with the twiddles of these numbers.
-template <class T, size_t V, size_t B, size_t R, class Loader, class Storer>
-HWY_INLINE void butterfly(const Loader& loader, size_t in, size_t inStep, const T* twiddles, const Storer& storer,
-                          size_t out, size_t outStep) {
+// A butterfly of V numbers from number `in` on, with the twiddles of these numbers; out(Index<k1>(), value).
+template <class T, size_t V, size_t B, size_t R, class Loader, class Out>
+HWY_INLINE void butterflyTo(const Loader& loader, size_t in, size_t inStep, const T* twiddles, const Out& out) {
     using C = ComplexVec<T, V>;
     const Lanes<T, V> d;
     inStep = multipliedAnew(inStep);
-    outStep = multipliedAnew(outStep);
     Butterfly<T, V, R>::run(
         [&](auto n1) ZVPS_INLINE_LAMBDA {
             const C x = loader.template load<V, B>(in + n1 * inStep);
@@ -285,10 +298,21 @@ HWY_INLINE void butterfly(const Loader& loader, size_t in, size_t inStep, const 
                 return mul(x, C{inRegister(hn::LoadU(d, w)), inRegister(hn::LoadU(d, w + B))});
             }
         },
-        [&](auto k1, C x) ZVPS_INLINE_LAMBDA { storer.template store<V, B>(out + k1 * outStep, x); });
+        out);
 }
 
-// Of a pass between the first and the last `count` butterflies for each of s numbers. The memories do not overlap.
+// The same to number `out`.
+template <class T, size_t V, size_t B, size_t R, class Loader, class Storer>
+HWY_INLINE void butterfly(const Loader& loader, size_t in, size_t inStep, const T* twiddles, const Storer& storer,
+                          size_t out, size_t outStep) {
+    outStep = multipliedAnew(outStep);
+    butterflyTo<T, V, B, R>(loader, in, inStep, twiddles, [&](auto k1, ComplexVec<T, V> x) ZVPS_INLINE_LAMBDA {
+        storer.template store<V, B>(out + k1 * outStep, x);
+    });
+}
+
+// Of a pass between the first and the last `count` butterflies for each of s numbers. The memories do not overlap,
+// or each butterfly leaves its values where it found them.
 template <class T, size_t V, size_t B, size_t R>
 HWY_INLINE void middlePass(const T* src, Strides in, T* dst, Strides out, size_t count, size_t s, const T* twiddles) {
     for (size_t n = 0; n < count; ++n) {

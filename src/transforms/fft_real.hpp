@@ -6,6 +6,7 @@
 
 #include "transforms/fft.table.hpp"
 #include "transforms/fft_real_plan.hpp"
+#include "transforms/fft_realign.hpp"
 #include "transforms/fft_rows.hpp"
 
 namespace zvps::ZVPS_LEVEL {
@@ -178,6 +179,40 @@ HWY_INLINE Parts<Vec<T, N>> loadPairs(Lanes<T, N> d, Place place) {
 
 // ---- Passes ----
 
+// The factors of neighbouring columns, from a block of the table or, where columns start anywhere, from two.
+template <class T, size_t kRows, size_t kBlock>
+struct TwiddlesOfBlock {
+    static constexpr bool kShifts = false;
+
+    explicit TwiddlesOfBlock(size_t) {}
+
+    static HWY_INLINE const T* at(const T* twiddles, size_t c) {
+        return twiddles + c / kBlock * (kRows / 2 - 1) * 2 * kBlock + c % kBlock;
+    }
+    template <class D>
+    HWY_INLINE auto load(D d, const T* w) const {
+        return hn::LoadU(d, w);
+    }
+};
+template <class T, size_t kRows, size_t kBlock>
+struct TwiddlesOfTwoBlocks {
+    static constexpr bool kShifts = true;
+
+    using Index = hwy::MakeSigned<T>;
+    Vec<Index, kBlock> order;
+
+    explicit TwiddlesOfTwoBlocks(size_t begin)
+        : order(hn::Iota(Lanes<Index, kBlock>(), static_cast<Index>(begin % kBlock))) {}
+
+    static HWY_INLINE const T* at(const T* twiddles, size_t c) {
+        return TwiddlesOfBlock<T, kRows, kBlock>::at(twiddles, c - c % kBlock);
+    }
+    template <class D>
+    HWY_INLINE auto load(D d, const T* w) const {
+        return permuted(hn::LoadU(d, w), order, hn::LoadU(d, w + (kRows / 2 - 1) * 2 * kBlock));
+    }
+};
+
 // Samples i, i + 1, ... of an array, which are in its upper half or not; there are other sources with such a function.
 template <bool isUpper, class T, size_t L>
 HWY_INLINE Vec<T, L> loadSamples(Lanes<T, L> d, const T* src, size_t i) {
@@ -186,7 +221,8 @@ HWY_INLINE Vec<T, L> loadSamples(Lanes<T, L> d, const T* src, size_t i) {
 
 // The transforms of `count` columns from number `begin` on, several at once: from src, where they start and whose rows
 // are `step` apart, to rows, and their sums over even and over odd samples to halves.
-template <size_t kRows, size_t kMaxColumns, class Source, class T>
+template <size_t kRows, size_t kMaxColumns, template <class, size_t, size_t> class Twiddles = TwiddlesOfBlock,
+          class Source, class T>
 HWY_INLINE void transformColumns(Source src, size_t step, T* rows, T* halves, size_t columns, size_t begin,
                                  size_t count, const T* twiddles) {
     using Row = RowLanes<T, kRows>;
@@ -194,6 +230,7 @@ HWY_INLINE void transformColumns(Source src, size_t step, T* rows, T* halves, si
     constexpr size_t kBlock = smallest(kMaxColumns, kTwiddleBlockBytes / sizeof(T));
     const Lanes<T, L> d;
     using V = Vec<T, L>;
+    const Twiddles<T, kRows, kBlock> factors(begin);
     for (size_t c = begin; c < begin + count; c += L) {
         V x[kRows], re[kRows / 2 + 1], im[kRows / 2 + 1];
         unroll<kRows>([&](auto i)
@@ -207,11 +244,11 @@ HWY_INLINE void transformColumns(Source src, size_t step, T* rows, T* halves, si
             hn::StoreU(re[kRows / 2], d, halves + columns + c);
             im[0] = re[0];
         }
-        const T* const w = twiddles + c / kBlock * (kRows / 2 - 1) * 2 * kBlock + c % kBlock;
+        const T* const w = factors.at(twiddles, c);
         unroll<kRows / 2 - 1>([&](auto i) ZVPS_INLINE_LAMBDA {
             constexpr size_t k = i + 1;
             const T* const wk = w + i * 2 * kBlock;
-            const auto turned = rotated(re[k], im[k], hn::LoadU(d, wk), hn::LoadU(d, wk + kBlock));
+            const auto turned = rotated(re[k], im[k], factors.load(d, wk), factors.load(d, wk + kBlock));
             re[k] = turned.re;
             im[k] = turned.im;
         });
@@ -232,10 +269,25 @@ HWY_INLINE void transformColumns(Source src, size_t step, T* rows, T* halves, si
 }
 
 // Compiled once for each number of rows.
-template <size_t kRows, class T>
+template <size_t kRows, template <class, size_t, size_t> class Twiddles = TwiddlesOfBlock, class T>
 HWY_NOINLINE void compiledColumns(const T* src, size_t step, T* rows, T* halves, size_t columns, size_t begin,
                                   size_t count, const T* twiddles) {
-    transformColumns<kRows, kMostRealColumns>(src, step, rows, halves, columns, begin, count, twiddles);
+    transformColumns<kRows, kMostRealColumns, Twiddles>(src, step, rows, halves, columns, begin, count, twiddles);
+}
+
+// Long rows share few sets of the first-level cache: lines crowd each other out, and one that straddling vectors have
+// in common would be gone before the neighbouring columns come. So where an array does not start at a line, blocks of
+// its columns do, but the first and the last one, some of whose columns are others' too.
+template <class T, class Run, class RunShifted>
+HWY_INLINE void forShiftedColumns(const T* array, size_t columns, const Run& run, const RunShifted& runShifted) {
+    constexpr size_t kBlock = kTwiddleBlockBytes / sizeof(T);
+    run(0, kBlock);
+    run(columns - kBlock, kBlock);
+    runShifted((kLineBytes - reinterpret_cast<uintptr_t>(array) % kLineBytes) / sizeof(T), columns - kBlock);
+}
+template <class T>
+HWY_INLINE bool canShiftColumns(const T* array) {
+    return !startsAtLine(array) && canRealign(array);
 }
 
 // The same for all columns, by way of some of them in lines of their own.
@@ -263,27 +315,40 @@ HWY_INLINE void transformAllColumns(Source src, T* rows, T* halves, size_t colum
 }
 template <size_t kRows, class T>
 HWY_INLINE void transformAllColumns(const T* src, T* rows, T* halves, size_t columns, const T* twiddles) {
-    // Long rows share few sets of the first-level cache: lines crowd each other out, and one that straddling vectors
-    // have in common would be gone before the neighbouring columns come.
+    // Lines of their own are the better way for the longest rows.
     const bool isAligned = reinterpret_cast<uintptr_t>(src) % kVectorBytes == 0;
     if (columns * kRows * sizeof(T) >= (isAligned ? 131072 : 65536)) {
         transformStagedColumns<kRows>(src, rows, halves, columns, twiddles);
-    } else {
-        compiledColumns<kRows>(src, columns, rows, halves, columns, 0, columns, twiddles);
+        return;
     }
+    const auto transform = [&](size_t begin, size_t count) {
+        compiledColumns<kRows, TwiddlesOfBlock>(src + begin, columns, rows, halves, columns, begin, count, twiddles);
+    };
+    if constexpr (kRealigns) {
+        if (columns * kRows * sizeof(T) >= 32768 && canShiftColumns(src)) {
+            forShiftedColumns(src, columns, transform, [&](size_t begin, size_t count) {
+                compiledColumns<kRows, TwiddlesOfTwoBlocks>(src + begin, columns, rows, halves, columns, begin, count,
+                                                            twiddles);
+            });
+            return;
+        }
+    }
+    transform(0, columns);
 }
 
-// place(n, i): the row that column n + i is in, n a multiple of the columns taken at once.
-template <size_t kRows, size_t kMaxColumns, class T, class Place>
-HWY_INLINE void inverseTransformColumns(const T* rows, const T* halves, T* dst, T factor, size_t columns,
-                                        const T* twiddles, Place place) {
+// place(n, i): the row that column n + i is in; of `count` columns from number `begin` on.
+template <size_t kRows, size_t kMaxColumns, template <class, size_t, size_t> class Twiddles = TwiddlesOfBlock, class T,
+          class Place>
+HWY_INLINE void inverseTransformColumns(const T* rows, const T* halves, T* dst, T factor, size_t columns, size_t begin,
+                                        size_t count, const T* twiddles, Place place) {
     using Row = RowLanes<T, kRows>;
     constexpr size_t L = smallest(Row::kLanes, kMaxColumns);
     constexpr size_t kBlock = smallest(kMaxColumns, kTwiddleBlockBytes / sizeof(T));
     const Lanes<T, L> d;
     using V = Vec<T, L>;
     const V scale = hn::Set(d, factor);
-    for (size_t c = 0; c < columns; c += L) {
+    const Twiddles<T, kRows, kBlock> factors(begin);
+    for (size_t c = begin; c < begin + count; c += L) {
         V x[kRows], re[kRows / 2 + 1], im[kRows / 2 + 1];
         unroll<kRows / 2 / L>([&](auto i) ZVPS_INLINE_LAMBDA {
             constexpr size_t k = i * L;
@@ -296,11 +361,11 @@ HWY_INLINE void inverseTransformColumns(const T* rows, const T* halves, T* dst, 
             transposeRows(d, re + k);
             transposeRows(d, im + k);
         });
-        const T* const w = twiddles + c / kBlock * (kRows / 2 - 1) * 2 * kBlock + c % kBlock;
+        const T* const w = factors.at(twiddles, c);
         unroll<kRows / 2 - 1>([&](auto i) ZVPS_INLINE_LAMBDA {
             constexpr size_t k = i + 1;
             const T* const wk = w + i * 2 * kBlock;
-            const auto turned = rotatedBack(re[k], im[k], hn::LoadU(d, wk), hn::LoadU(d, wk + kBlock));
+            const auto turned = rotatedBack(re[k], im[k], factors.load(d, wk), factors.load(d, wk + kBlock));
             re[k] = turned.re;
             im[k] = turned.im;
         });
@@ -615,7 +680,7 @@ HWY_INLINE void shortInverseRealFft(const Bins& src, T* dst, T factor, const T* 
                 data.halves[2 * n + 1] = hn::GetLane(x.re);
             }
         });
-    inverseTransformColumns<kRows, kColumns>(data.rows, data.halves, dst, factor, kColumns, columnTwiddles,
+    inverseTransformColumns<kRows, kColumns>(data.rows, data.halves, dst, factor, kColumns, 0, kColumns, columnTwiddles,
                                              [](size_t n, auto i) { return n + i; });
 }
 
@@ -700,6 +765,46 @@ HWY_INLINE void longRealFft(int order, Source src, Bins dst, T factor, const T* 
     storeJoinedEnds<kRows>(dst, work, columns);
 }
 
+// The columns after passes in place along the rows.
+template <size_t kRows, template <class, size_t, size_t> class Twiddles, class T>
+HWY_NOINLINE void compiledInverseColumns(const RowsPlan& along, const T* rows, const T* halves, T* dst, T factor,
+                                         size_t columns, size_t begin, size_t count, const T* twiddles) {
+    constexpr size_t L = RowLanes<T, kRows>::kLanes;
+    const size_t shift = begin % L;
+    size_t places[L];
+    for (size_t i = 0; i < L; ++i) {
+        places[i] = reversedRow(along, (i + shift) % L);
+    }
+    inverseTransformColumns<kRows, kMostRealColumns, Twiddles>(
+        rows, halves, dst, factor, columns, begin, count, twiddles, [&](size_t n, auto i) ZVPS_INLINE_LAMBDA {
+            if constexpr (Twiddles<T, kRows, L>::kShifts) {
+                const size_t block = n - shift;
+                return reversedRow(along, i + shift < L ? block : block + L) + places[i];
+            } else {
+                return reversedRow(along, n) + places[i];
+            }
+        });
+}
+
+template <size_t kRows, class T>
+HWY_INLINE void inverseTransformAllColumns(const RowsPlan& along, const T* rows, const T* halves, T* dst, T factor,
+                                           size_t columns, const T* twiddles) {
+    const auto transform = [&](size_t begin, size_t count) {
+        compiledInverseColumns<kRows, TwiddlesOfBlock>(along, rows, halves, dst, factor, columns, begin, count,
+                                                       twiddles);
+    };
+    if constexpr (kRealigns) {
+        if (columns * kRows * sizeof(T) >= 65536 && canShiftColumns(dst)) {
+            forShiftedColumns(dst, columns, transform, [&](size_t begin, size_t count) {
+                compiledInverseColumns<kRows, TwiddlesOfTwoBlocks>(along, rows, halves, dst, factor, columns, begin,
+                                                                   count, twiddles);
+            });
+            return;
+        }
+    }
+    transform(0, columns);
+}
+
 template <size_t kRows, class Bins, class T>
 HWY_INLINE void longInverseRealFft(int order, Bins src, T* dst, T factor, const T* tables, T* work, T* halves) {
     using Row = RowLanes<T, kRows>;
@@ -717,13 +822,7 @@ HWY_INLINE void longInverseRealFft(int order, Bins src, T* dst, T factor, const 
             hn::StoreU(x.re, d, row + group * 2 * Row::kLanes);
             hn::StoreU(x.im, d, row + group * 2 * Row::kLanes + Row::kLanes);
         });
-    size_t places[Row::kVector];
-    for (size_t i = 0; i < Row::kLanes; ++i) {
-        places[i] = reversedRow(rows.plan.along, i);
-    }
-    inverseTransformColumns<kRows, kMostRealColumns>(
-        work, halves, dst, factor, columns, tables,
-        [&](size_t n, auto i) ZVPS_INLINE_LAMBDA { return reversedRow(rows.plan.along, n) + places[i]; });
+    inverseTransformAllColumns<kRows>(rows.plan.along, work, halves, dst, factor, columns, tables);
 }
 
 } // namespace zvps::ZVPS_LEVEL
