@@ -404,8 +404,13 @@ ZvpStatus fixedSplit(const T* srcRe, const T* srcIm, T* dstRe, T* dstIm, T facto
     if constexpr (direction == kFftInverse) {
         return fixedSplit<T, kFftForward, scales, order>(srcIm, srcRe, dstIm, dstRe, factor);
     } else {
-        smallTransform<T, order, false>(SplitPairsLoader<T>{srcRe, srcIm},
-                                        scaled<scales>(SplitPairsStorer<T>{dstRe, dstIm}, factor));
+        if constexpr (areInPlanes<T>(order)) {
+            transformPlanes<T, (size_t{1} << order) / 4>(srcRe, srcIm,
+                                                         scaled<scales>(PlaneStorer<T>{dstRe, dstIm}, factor));
+        } else {
+            smallTransform<T, order, false>(SplitPairsLoader<T>{srcRe, srcIm},
+                                            scaled<scales>(SplitPairsStorer<T>{dstRe, dstIm}, factor));
+        }
         return zvpStsOk;
     }
 }

@@ -342,4 +342,60 @@ HWY_INLINE void smallTransform(const Loader& loader, const Storer& storer) {
     }
 }
 
+// ---- Transforms in planes ----
+
+template <class T>
+struct PlaneStorer {
+    T* re;
+    T* im;
+
+    template <size_t V, size_t B>
+    HWY_INLINE void store(size_t i, ComplexVec<T, V> x) const {
+        const Lanes<T, V> d;
+        hn::StoreU(x.re, d, re + i);
+        hn::StoreU(x.im, d, im + i);
+    }
+};
+
+// The cosine, or with a shift of 8 the negated sine, of 2 pi step l / 32 for lane l.
+template <size_t step, size_t shift>
+struct LaneTurn {
+    static constexpr double at(size_t i) { return cosOf32(step * i + shift); }
+};
+
+// R points by four.
+template <class T, size_t R, class Storer>
+HWY_INLINE void transformPlanes(const T* re, const T* im, const Storer& storer) {
+    using C = ComplexVec<T, 4>;
+    const Lanes<T, 4> d;
+    C x[R];
+    Butterfly<T, 4, R>::run(
+        [&](auto n) ZVPS_INLINE_LAMBDA {
+            return C{hn::LoadU(d, re + 4 * n), hn::LoadU(d, im + 4 * n)};
+        },
+        [&](auto k, C value) ZVPS_INLINE_LAMBDA {
+            if constexpr (k != 0) {
+                constexpr size_t kStep = k * (8 / R);
+                value = mul(value, C{constant<T, LaneTurn<kStep, 0>, 4>(), constant<T, LaneTurn<kStep, 8>, 4>()});
+            }
+            x[k] = value;
+        });
+    unroll<R / 4>([&](auto group) ZVPS_INLINE_LAMBDA {
+        C columns[4];
+        transpose<T, 4>([&](auto row) ZVPS_INLINE_LAMBDA { return x[4 * group + row].re; },
+                        [&](auto lane, Vec<T, 4> v) ZVPS_INLINE_LAMBDA { columns[lane].re = v; });
+        transpose<T, 4>([&](auto row) ZVPS_INLINE_LAMBDA { return x[4 * group + row].im; },
+                        [&](auto lane, Vec<T, 4> v) ZVPS_INLINE_LAMBDA { columns[lane].im = v; });
+        Butterfly<T, 4, 4>::run([&](auto n) ZVPS_INLINE_LAMBDA { return columns[n]; },
+                                [&](auto k, C value)
+                                    ZVPS_INLINE_LAMBDA { storer.template store<4, 4>(k * R + 4 * group, value); });
+    });
+}
+
+// Whether these are faster for data in two arrays.
+template <class T>
+constexpr bool areInPlanes(int order) {
+    return 4 * sizeof(T) <= kVectorBytes && (order == 4 || (order == 5 && sizeof(T) == 8));
+}
+
 } // namespace zvps::ZVPS_LEVEL
