@@ -4,6 +4,7 @@
 #include "transforms/fft_joining.hpp"
 #include "transforms/fft_large_call.hpp"
 #include "transforms/fft_large_plan.hpp"
+#include "transforms/fft_realign.hpp"
 #include "transforms/fft_rows.hpp"
 
 namespace zvps::ZVPS_LEVEL {
@@ -121,6 +122,102 @@ HWY_INLINE void prefetchValues(const Data& data, size_t i) {
         }
         if (kWrite) __builtin_prefetch(last, kWrite);
     });
+}
+
+// ---- Results ----
+
+// Of transforms along rows, by blocks of columns: a block's rows lie at `rows`; bin k of column + lane is number
+// k step + column + lane.
+template <class T, class To>
+struct Results {
+    To to;
+    size_t step;
+    bool bypassesCaches;
+    size_t column = 0;
+
+    HWY_INLINE void start(size_t first, const T*, const T*, T*) { column = first; }
+
+    template <size_t L>
+    HWY_INLINE void store(const T*, size_t k, size_t group, ComplexVec<T, L> x) const {
+        to.template store<L>(k * step + column + group * L, x, bypassesCaches);
+    }
+};
+
+#if HWY_TARGET <= HWY_AVX3
+// The same of pairs that begin beyond the beginning of a line, in whole lines but for the ends of rows: what a block
+// has of a line at the end of a row of bins waits for the next block, at the place of the row.
+template <class T>
+struct LineResults {
+    static constexpr size_t L = kLineBytes / sizeof(T);
+    using D = Lanes<T, L>;
+
+    T* lines;
+    size_t step;
+    bool bypassesCaches;
+    size_t beyond;
+    hn::Mask<D> isBefore;
+    LaneOrder<T> orders[3]; // of lines from the parts
+    int rowShift;
+    size_t column = 0;
+    const T* rows = nullptr;
+    const T* before = nullptr;
+    T* after = nullptr;
+
+    // rowShift: rows are 2^rowShift times as far apart as the places of waiting lines.
+    LineResults(AnyData<T> to, size_t rowLength, bool bypasses, int shift)
+        : lines(to.pairs().p), step(rowLength), bypassesCaches(bypasses), beyond(lanesBeyondLine(lines)),
+          isBefore(hn::FirstN(D(), beyond)), rowShift(shift) {
+        lines -= beyond;
+        using Index = hwy::MakeSigned<T>;
+        const Lanes<Index, L> d;
+        for (size_t line = 0; line < 3; ++line) {
+            const auto value = hn::Iota(d, static_cast<Index>(line * L) - static_cast<Index>(beyond));
+            const auto isSecond = hn::And(hn::Xor(value, hn::Set(d, to.isInverse() ? 1 : 0)), hn::Set(d, 1));
+            orders[line] = hn::Add(hn::ShiftRight<1>(value), hn::Mul(isSecond, hn::Set(d, Index{L})));
+        }
+    }
+
+    HWY_INLINE void start(size_t first, const T* rowsOfBlock, const T* lastOnes, T* nextOnes) {
+        column = first;
+        rows = rowsOfBlock;
+        before = lastOnes;
+        after = nextOnes;
+    }
+
+    HWY_INLINE void store(const T* row, size_t k, size_t group, ComplexVec<T, L> x) const {
+        const D d;
+        const size_t place = static_cast<size_t>(row - rows) >> rowShift;
+        const size_t first = column + group * L;
+        T* const line = lines + 2 * (k * step + first);
+        const auto own = permuted(x.re, orders[0], x.im);
+        if (first == 0) {
+            storeBeyond(d, own, line, beyond);
+        } else {
+            const auto earlier = hn::LoadU(d, (group == 0 ? before : after) + place);
+            storeOrStream(hn::IfThenElse(isBefore, earlier, own), d, line, bypassesCaches);
+        }
+        storeOrStream(permuted(x.re, orders[1], x.im), d, line + L, bypassesCaches);
+        const auto rest = permuted(x.re, orders[2], x.im);
+        if (first + L == step) {
+            hn::BlendedStore(rest, isBefore, d, line + 2 * L);
+        } else {
+            hn::StoreU(rest, d, after + place);
+        }
+    }
+};
+#endif
+
+template <class T, bool kInverse>
+bool canRealignResults(PairData<T, kInverse> to) {
+    return kRealigns && !to.isAligned() && reinterpret_cast<uintptr_t>(to.p) % sizeof(T) == 0;
+}
+template <class T>
+bool canRealignResults(SplitData<T>) {
+    return false;
+}
+template <class T>
+bool canRealignResults(AnyData<T> to) {
+    return to.isPaired && canRealignResults(to.pairs());
 }
 
 // ---- Trips ----
@@ -297,20 +394,22 @@ struct TileLoader {
 };
 
 // The same from tiles, in their own places without a block.
-template <class T, class To>
-HWY_NOINLINE void transformTiles(const LargeFft<T>& fft, T* tiles, size_t tile, To to, bool bypassesCaches,
-                                 bool prefetches, T factor, T* block) {
+template <class T, class To, class Results>
+HWY_NOINLINE void transformTiles(const LargeFft<T>& fft, T* tiles, size_t tile, To to, Results results, bool prefetches,
+                                 T factor, T* block) {
     constexpr size_t C = kTileColumns;
     constexpr size_t L = RowLanes<T, 2 * C>::kLanes;
     using X = ComplexVec<T, L>;
+    T* waiting = tiles; // in a tile that has been read
     for (size_t k1 = 0; k1 < fft.n1; k1 += C, tiles += tile) {
-        transformRows<2 * C>(block != nullptr ? block : tiles, fft.plan.second, fft.second,
-                             TileLoader<T, To>{tiles, to, k1, fft.n1, prefetches},
-                             [step = fft.n1, k1, factor, to, bypassesCaches](auto, auto, size_t k, size_t group,
-                                                                             X x) ZVPS_INLINE_LAMBDA {
+        T* const rows = block != nullptr ? block : tiles;
+        T* const last = waiting;
+        if (block == nullptr) waiting = tiles;
+        results.start(k1, rows, last, waiting);
+        transformRows<2 * C>(rows, fft.plan.second, fft.second, TileLoader<T, To>{tiles, to, k1, fft.n1, prefetches},
+                             [factor, results](auto, const T* row, size_t k, size_t group, X x) ZVPS_INLINE_LAMBDA {
                                  const auto scale = hn::Set(Lanes<T, L>(), factor);
-                                 to.template store<L>(k * step + k1 + group * L,
-                                                      X{hn::Mul(x.re, scale), hn::Mul(x.im, scale)}, bypassesCaches);
+                                 results.store(row, k, group, X{hn::Mul(x.re, scale), hn::Mul(x.im, scale)});
                              });
     }
 }
@@ -420,8 +519,17 @@ void transformThroughTiles(const LargeFft<T>& fft, From from, To to, bool isInPl
         transformColumns<false>(fft, from, firstBlock, kColumnPadding<T>, place, store);
     }
     const bool isResultBeyond = isBeyond || (!isInPlace && bytes >= kBypassResultBytes);
+#if HWY_TARGET <= HWY_AVX3
+    if (canRealignResults(to)) {
+        transformTiles(fft, tiles, tile, AnyData<T>(to), LineResults<T>(AnyData<T>(to), fft.n1, isResultBeyond, 0),
+                       false, factor, secondBlock);
+        if (isResultBeyond) hwy::FlushStream();
+        return;
+    }
+#endif
     const bool bypassesCaches = isResultBeyond && to.isAligned();
-    transformTiles(fft, tiles, tile, to, bypassesCaches, isResultBeyond && !bypassesCaches, factor, secondBlock);
+    transformTiles(fft, tiles, tile, to, Results<T, To>{to, fft.n1, bypassesCaches}, isResultBeyond && !bypassesCaches,
+                   factor, secondBlock);
     if (isResultBeyond) hwy::FlushStream();
 }
 
