@@ -124,6 +124,156 @@ HWY_INLINE void prefetchValues(const Data& data, size_t i) {
     });
 }
 
+// ---- Trips ----
+
+template <class T>
+struct LargeFft {
+    static constexpr size_t C = kLargeColumns<T>;
+    using Row = RowLanes<T, 2 * C>;
+    static constexpr size_t L = Row::kLanes;
+
+    LargeFft(const T* base, int order)
+        : plan(largeFftPlan<T>(order)), n1(size_t{1} << plan.firstOrder), n2(size_t{1} << plan.secondOrder) {
+        const LargeFftTables tables = largeFftTables<T>(order);
+        for (int pass = 0; pass < kMostRowsPasses; ++pass) {
+            first[pass] = base + tables.first[pass];
+            second[pass] = base + tables.second[pass];
+        }
+        fine = base + tables.fine;
+        coarse = base + tables.coarse;
+        fineAcross = base + tables.fineAcross;
+        coarseAcross = base + tables.coarseAcross;
+    }
+
+    // Where value n2 of the second transform for k1 = 0 is between the trips: like this the squares that the data
+    // consist of are transposed each in its place.
+    HWY_INLINE size_t place(size_t n) const { return (n & (n1 - 1)) * n2 + (n >> plan.firstOrder) * n1; }
+
+    LargeFftPlan plan;
+    size_t n1;
+    size_t n2;
+    const T* first[kMostRowsPasses];
+    const T* second[kMostRowsPasses];
+    const T* fine;
+    const T* coarse;
+    const T* fineAcross;
+    const T* coarseAcross;
+};
+
+// Between two trips in the results' memory: pairs as vectors of parts, each of C neighbouring bins of one first
+// transform. Where results are realigned, they lie in the lines these will be in, and the first one, of which these have
+// but a part, elsewhere.
+template <class T>
+struct MiddleData {
+    static constexpr size_t C = kLargeColumns<T>;
+
+    T* re;
+    T* im;
+    T* first; // of the real parts
+    size_t isPaired;
+
+    MiddleData(AnyData<T> to, T* firstLine)
+        : re(to.isPaired ? to.pairs().p : to.re), im(to.isPaired ? re + C : to.im), first(re), isPaired(to.isPaired) {
+#if HWY_TARGET <= HWY_AVX3
+        if (firstLine == nullptr) return;
+        const size_t beyond = lanesBeyondLine(re);
+        re -= beyond;
+        im -= beyond;
+        first = firstLine;
+#else
+        static_cast<void>(firstLine);
+#endif
+    }
+
+    bool isAligned() const { return (reinterpret_cast<uintptr_t>(re) | reinterpret_cast<uintptr_t>(im)) % 64 == 0; }
+
+    template <size_t L>
+    HWY_INLINE size_t place(size_t i) const {
+        return L < C ? (i / C << isPaired) * C + i % C : i << isPaired;
+    }
+    HWY_INLINE T* real(size_t place) const { return place < C ? first + place : re + place; }
+
+    template <size_t L>
+    HWY_INLINE auto load(size_t i) const {
+        const Lanes<T, L> d;
+        const size_t at = place<L>(i);
+        return ComplexVec<T, L>{hn::LoadU(d, real(at)), hn::LoadU(d, im + at)};
+    }
+    template <size_t L>
+    HWY_INLINE void store(size_t i, ComplexVec<T, L> x, bool bypassesCaches) const {
+        const Lanes<T, L> d;
+        const size_t at = place<L>(i);
+        storeOrStream(x.re, d, real(at), bypassesCaches);
+        storeOrStream(x.im, d, im + at, bypassesCaches);
+    }
+    template <class Step>
+    HWY_INLINE void forBytes(size_t i, size_t count, Step step) const {
+        if (isPaired) return step(re + 2 * i, re + 2 * (i + count) - 1);
+        step(re + i, re + i + count - 1);
+        step(im + i, im + i + count - 1);
+    }
+};
+
+#if HWY_TARGET <= HWY_AVX3
+// Columns of pairs that begin beyond the beginning of a line, by aligned lines: the last one of each row waits for the
+// next block of columns, in the last rows of the middle data, which are not written before the last block is read.
+template <class T>
+struct LineColumns {
+    static constexpr size_t L = kLineBytes / sizeof(T);
+    static constexpr size_t C = kLargeColumns<T>;
+
+    const LargeFft<T>& fft;
+    const T* lines;
+    size_t beyond;
+    LaneOrder<T> order;
+    bool isInverse;
+    T* middle;
+
+    LineColumns(const LargeFft<T>& transform, AnyData<const T> from, const MiddleData<T>& to)
+        : fft(transform), lines(from.pairs().p), beyond(lanesBeyondLine(lines)), order(orderOfVector<T>(beyond)),
+          isInverse(from.isInverse()), middle(to.re) {
+        lines -= beyond;
+        const Lanes<T, L> d;
+        const size_t rest = fft.n1 / C;
+        for (size_t b = 0; b < rest; ++b) {
+            for (size_t a = 0; a < C; ++a) {
+                const size_t row = a * rest + b;
+                const T* const line = lines + 2 * row * fft.n2;
+                hn::StoreU(row == 0 ? loadBeyond(d, line, beyond) : hn::Load(d, line), d, waiting(a, b));
+            }
+        }
+    }
+
+    // The line of row a n1 / C + b.
+    HWY_INLINE T* waiting(size_t a, size_t b) const {
+        constexpr size_t kPairs = L / 2;
+        const size_t i = b * C * kPairs;
+        const size_t n = fft.n2 - kPairs + (i >> fft.plan.firstOrder);
+        return middle + 2 * (fft.place(n) + (i & (fft.n1 - 1)) + a * kPairs);
+    }
+
+    HWY_INLINE ComplexVec<T, L> load(size_t i, size_t a, size_t b) const {
+        const Lanes<T, L> d;
+        T* const place = waiting(a, b);
+        const T* const line = lines + 2 * i + L;
+        const auto first = hn::LoadU(d, place);
+        const auto second = hn::Load(d, line);
+        const bool isLast = i + L == fft.n1 * fft.n2;
+        const auto third = isLast ? loadFirst(d, line + L, beyond) : hn::Load(d, line + L);
+        hn::StoreU(third, d, place);
+        const auto lower = permuted(first, order, second);
+        const auto upper = permuted(second, order, third);
+        const auto even = pickLanes<PartOfPairs<0>>(d, lower, upper);
+        const auto odd = pickLanes<PartOfPairs<1>>(d, lower, upper);
+        return isInverse ? ComplexVec<T, L>{odd, even} : ComplexVec<T, L>{even, odd};
+    }
+    template <class Step>
+    HWY_INLINE void forBytes(size_t i, size_t count, Step step) const {
+        step(lines + 2 * i + L, lines + 2 * (i + count) + L - 1);
+    }
+};
+#endif
+
 // ---- Results ----
 
 // Of transforms along rows, by blocks of columns: a block's rows lie at `rows`; bin k of column + lane is number
@@ -208,19 +358,17 @@ struct LineResults {
 #endif
 
 template <class T, bool kInverse>
-bool canRealignResults(PairData<T, kInverse> to) {
+bool canRealign(PairData<T, kInverse> to) {
     return kRealigns && !to.isAligned() && reinterpret_cast<uintptr_t>(to.p) % sizeof(T) == 0;
 }
 template <class T>
-bool canRealignResults(SplitData<T>) {
+bool canRealign(SplitData<T>) {
     return false;
 }
 template <class T>
-bool canRealignResults(AnyData<T> to) {
-    return to.isPaired && canRealignResults(to.pairs());
+bool canRealign(AnyData<T> to) {
+    return to.isPaired && canRealign(to.pairs());
 }
-
-// ---- Trips ----
 
 // Which never is beyond the caches.
 template <class From>
@@ -228,47 +376,47 @@ inline constexpr bool kIsSpectrum = false;
 template <class T>
 inline constexpr bool kIsSpectrum<PartedData<T>> = true;
 
-template <class T>
-struct LargeFft {
-    static constexpr size_t C = kLargeColumns<T>;
-    using Row = RowLanes<T, 2 * C>;
-    static constexpr size_t L = Row::kLanes;
+template <size_t L, class From>
+HWY_INLINE auto loadColumns(const From& from, size_t i, size_t, size_t) {
+    return from.template load<L>(i);
+}
+#if HWY_TARGET <= HWY_AVX3
+template <size_t L, class T>
+HWY_INLINE auto loadColumns(const LineColumns<T>& from, size_t i, size_t a, size_t b) {
+    return from.load(i, a, b);
+}
+#endif
 
-    LargeFft(const T* base, int order)
-        : plan(largeFftPlan<T>(order)), n1(size_t{1} << plan.firstOrder), n2(size_t{1} << plan.secondOrder) {
-        const LargeFftTables tables = largeFftTables<T>(order);
-        for (int pass = 0; pass < kMostRowsPasses; ++pass) {
-            first[pass] = base + tables.first[pass];
-            second[pass] = base + tables.second[pass];
-        }
-        fine = base + tables.fine;
-        coarse = base + tables.coarse;
-        fineAcross = base + tables.fineAcross;
-        coarseAcross = base + tables.coarseAcross;
+// The rest of a block of first transforms, and the factors.
+template <class T, class Store>
+HWY_NOINLINE void transformBlock(const LargeFft<T>& fft, size_t n, T* block, size_t columnStep, const Store& store) {
+    using Large = LargeFft<T>;
+    constexpr size_t C = Large::C;
+    constexpr size_t L = Large::L;
+    using X = ComplexVec<T, L>;
+    const size_t rest = fft.n1 / C;
+    for (size_t i = 0; i < kBlockColumns; ++i) {
+        const T* const fine = fft.fine + (n + i) * 2 * C;
+        const T* const coarse = fft.coarse + (n + i) * rest * 2;
+        transformParts<2 * C, 0>(
+            block + i * columnStep, fft.plan.rest, fft.plan.rest.order, 1, 0, 0, 1, fft.first + 1,
+            [fine, coarse, store, target = store.row(n + i)](auto, auto, size_t k, size_t group, X x)
+                ZVPS_INLINE_LAMBDA {
+                    const Lanes<T, L> lanes;
+                    const auto turned =
+                        rotatedTwice(x.re, x.im, hn::Set(lanes, coarse[2 * k]), hn::Set(lanes, coarse[2 * k + 1]),
+                                     hn::LoadU(lanes, fine + group * L), hn::LoadU(lanes, fine + C + group * L));
+                    store(target, k, group, X{turned.re, turned.im});
+                });
     }
-
-    // Where value n2 of the second transform for k1 = 0 is between the trips: like this the squares that the data
-    // consist of are transposed each in its place.
-    HWY_INLINE size_t place(size_t n) const { return (n & (n1 - 1)) * n2 + (n >> plan.firstOrder) * n1; }
-
-    LargeFftPlan plan;
-    size_t n1;
-    size_t n2;
-    const T* first[kMostRowsPasses];
-    const T* second[kMostRowsPasses];
-    const T* fine;
-    const T* coarse;
-    const T* fineAcross;
-    const T* coarseAcross;
-};
+}
 
 // The first transforms and the factors, by blocks of columns, whose bins k C + group L + lane of column n go to
-// store(place(n), k, group, x). A block is transposed behind the first pass, so that each of its columns then is a
-// transform in contiguous memory. kPrefetches: data beyond the caches, whose rows are too far apart for the processor
-// to foresee.
-template <bool kPrefetches, class T, class From, class Place, class Store>
-HWY_NOINLINE void transformColumns(const LargeFft<T>& fft, From from, T* block, size_t padding, const Place& place,
-                                   const Store& store) {
+// store(store.row(n), k, group, x). A block is transposed behind the first pass, so that each of its columns then is a
+// transform in contiguous memory. kPrefetches: data whose rows the caches have not, too far apart for the processor to
+// foresee.
+template <bool kPrefetches, class T, class From, class Store>
+HWY_NOINLINE void transformColumns(const LargeFft<T>& fft, From from, T* block, size_t padding, const Store& store) {
     using Large = LargeFft<T>;
     constexpr size_t C = Large::C;
     constexpr size_t L = Large::L;
@@ -288,8 +436,9 @@ HWY_NOINLINE void transformColumns(const LargeFft<T>& fft, From from, T* block, 
             for (size_t group = 0; group < kBlockColumns; group += L) {
                 V re[C], im[C];
                 Butterfly<T, L, C>::run(
-                    [&](auto a)
-                        ZVPS_INLINE_LAMBDA { return from.template load<L>((a * rest + b) * fft.n2 + n + group); },
+                    [&](auto a) ZVPS_INLINE_LAMBDA {
+                        return loadColumns<L>(from, (a * rest + b) * fft.n2 + n + group, a, b);
+                    },
                     [&](auto k, X x) ZVPS_INLINE_LAMBDA {
                         if constexpr (k == 0) {
                             re[k] = x.re;
@@ -312,20 +461,7 @@ HWY_NOINLINE void transformColumns(const LargeFft<T>& fft, From from, T* block, 
                 });
             }
         }
-        for (size_t i = 0; i < kBlockColumns; ++i) {
-            const T* const fine = fft.fine + (n + i) * 2 * C;
-            const T* const coarse = fft.coarse + (n + i) * rest * 2;
-            transformParts<2 * C, 0>(
-                block + i * columnStep, fft.plan.rest, fft.plan.rest.order, 1, 0, 0, 1, fft.first + 1,
-                [fine, coarse, target = place(n + i), store](auto, auto, size_t k, size_t group, X x)
-                    ZVPS_INLINE_LAMBDA {
-                        const Lanes<T, L> lanes;
-                        const auto turned =
-                            rotatedTwice(x.re, x.im, hn::Set(lanes, coarse[2 * k]), hn::Set(lanes, coarse[2 * k + 1]),
-                                         hn::LoadU(lanes, fine + group * L), hn::LoadU(lanes, fine + C + group * L));
-                        store(target, k, group, X{turned.re, turned.im});
-                    });
-        }
+        transformBlock(fft, n, block, columnStep, store);
     }
 }
 
@@ -357,11 +493,12 @@ HWY_NOINLINE void transformInColumns(const LargeFft<T>& fft, From from, To to, T
 }
 
 // The second transforms, kColumns at once, from where place() says.
-template <size_t kColumns, class T, class From, class To>
-HWY_NOINLINE void transformRest(const LargeFft<T>& fft, From from, To to, T factor, T* block) {
+template <size_t kColumns, class T, class From, class Results>
+HWY_NOINLINE void transformRest(const LargeFft<T>& fft, From from, Results results, T factor, T* block, T* waiting) {
     constexpr size_t L = RowLanes<T, 2 * kColumns>::kLanes;
     using X = ComplexVec<T, L>;
     for (size_t k1 = 0; k1 < fft.n1; k1 += kColumns) {
+        results.start(k1, block, waiting, waiting);
         transformRows<2 * kColumns>(
             block, fft.plan.second, fft.second,
             [from, &fft, k1](auto, auto, size_t row, size_t group) ZVPS_INLINE_LAMBDA {
@@ -369,9 +506,9 @@ HWY_NOINLINE void transformRest(const LargeFft<T>& fft, From from, To to, T fact
                 if (group == 0) prefetchValues<kColumns, false>(from, i + kColumns);
                 return from.template load<L>(i + group * L);
             },
-            [step = fft.n1, k1, factor, to](auto, auto, size_t k, size_t group, X x) ZVPS_INLINE_LAMBDA {
+            [factor, results](auto, const T* row, size_t k, size_t group, X x) ZVPS_INLINE_LAMBDA {
                 const auto scale = hn::Set(Lanes<T, L>(), factor);
-                to.template store<L>(k * step + k1 + group * L, X{hn::Mul(x.re, scale), hn::Mul(x.im, scale)});
+                results.store(row, k, group, X{hn::Mul(x.re, scale), hn::Mul(x.im, scale)});
             });
     }
 }
@@ -489,38 +626,52 @@ template <size_t kColumns, class T, class From, class To>
 void transformInPlace(const LargeFft<T>& fft, From from, To to, T factor, const LargeFftCall<T>& call) {
     transformInColumns<kColumns>(fft, from, to, call.work);
     transposeData(fft, to);
-    transformRest<kColumns>(fft, to, to, factor, call.work);
+    transformRest<kColumns>(fft, to, Results<T, To>{to, fft.n1, false}, factor, call.work, static_cast<T*>(nullptr));
 }
 
 // From this number of bytes on arrays leave the caches before they are read again; and from that on, results that do
 // not take the source's place there.
 inline constexpr size_t kBypassBytes = size_t{16} << 20;
 inline constexpr size_t kBypassResultBytes = size_t{8} << 20;
+// Of all arrays together: from that on columns wait for the caches.
+inline constexpr size_t kPrefetchBytes = size_t{12} << 20;
+
+// The results of the first trip as tiles.
+template <class T>
+struct TileStore {
+    static constexpr size_t C = LargeFft<T>::C;
+    static constexpr size_t L = LargeFft<T>::L;
+
+    T* tiles;
+    size_t tile;
+    bool bypassesCaches;
+
+    HWY_INLINE T* row(size_t n) const { return tiles + n * 2 * kTileColumns; }
+    HWY_INLINE void operator()(T* row, size_t k, size_t group, ComplexVec<T, L> x) const {
+        constexpr size_t kTogether = kTileColumns / C;
+        const Lanes<T, L> d;
+        T* const values = row + k / kTogether * tile + k % kTogether * 2 * C + group * 2 * L;
+        storeOrStream(x.re, d, values, bypassesCaches);
+        storeOrStream(x.im, d, values + L, bypassesCaches);
+    }
+};
 
 // tiles: at the distance of `tile`; secondBlock may be null.
 template <class T, class From, class To>
 void transformThroughTiles(const LargeFft<T>& fft, From from, To to, bool isInPlace, T factor, T* tiles, size_t tile,
                            T* firstBlock, T* secondBlock) {
-    constexpr size_t C = LargeFft<T>::C;
-    constexpr size_t L = LargeFft<T>::L;
-    constexpr size_t kTogether = kTileColumns / C;
     const size_t bytes = 2 * sizeof(T) * fft.n1 * fft.n2;
     const bool isBeyond = bytes >= kBypassBytes;
-    const SplitData<T> middle = {tiles, tiles + L};
-    const auto place = [](size_t n) { return n * 2 * kTileColumns; };
-    const auto store = [middle, tile, isBeyond](size_t row, size_t k, size_t group, ComplexVec<T, L> x)
-                           ZVPS_INLINE_LAMBDA {
-                               const size_t start = row + k / kTogether * tile + k % kTogether * 2 * C;
-                               middle.template store<L>(start + group * 2 * L, x, isBeyond);
-                           };
-    if (isBeyond) {
-        transformColumns<true>(fft, AnyData<const T>(from), firstBlock, kColumnPadding<T>, place, store);
+    const TileStore<T> store = {tiles, tile, isBeyond};
+    // With the tiles, and the results if they are elsewhere.
+    if (bytes * (isInPlace ? 2 : 3) >= kPrefetchBytes) {
+        transformColumns<true>(fft, AnyData<const T>(from), firstBlock, kColumnPadding<T>, store);
     } else {
-        transformColumns<false>(fft, from, firstBlock, kColumnPadding<T>, place, store);
+        transformColumns<false>(fft, from, firstBlock, kColumnPadding<T>, store);
     }
     const bool isResultBeyond = isBeyond || (!isInPlace && bytes >= kBypassResultBytes);
 #if HWY_TARGET <= HWY_AVX3
-    if (canRealignResults(to)) {
+    if (canRealign(to)) {
         transformTiles(fft, tiles, tile, AnyData<T>(to), LineResults<T>(AnyData<T>(to), fft.n1, isResultBeyond, 0),
                        false, factor, secondBlock);
         if (isResultBeyond) hwy::FlushStream();
@@ -556,39 +707,64 @@ bool transformThroughTiles(const LargeFft<T>& fft, From from, To to, bool isInPl
     return false;
 }
 
-// The first trip of data beyond the caches.
+// The same as middle data.
 template <class T>
-void transformBeyondCaches(const LargeFft<T>& fft, AnyData<const T> from, AnyData<T> to, T* block, size_t padding) {
-    constexpr size_t C = LargeFft<T>::C;
-    constexpr size_t L = LargeFft<T>::L;
-    const bool bypassesCaches = to.isAligned();
-    transformColumns<true>(
-        fft, from, block, padding, [&fft](size_t n) { return fft.place(n); },
-        [to, n2 = fft.n2, bypassesCaches](size_t row, size_t k, size_t group, ComplexVec<T, L> x) ZVPS_INLINE_LAMBDA {
-            // Mostly the row behind it is next.
-            if (!bypassesCaches && group == 0) prefetchValues<C, true>(to, row + n2 + k * C);
-            to.template store<L>(row + k * C + group * L, x, bypassesCaches);
-        });
-    if (bypassesCaches) hwy::FlushStream();
-}
+struct MiddleStore {
+    static constexpr size_t C = LargeFft<T>::C;
+    static constexpr size_t L = LargeFft<T>::L;
+
+    const LargeFft<T>& fft;
+    MiddleData<T> middle;
+    bool bypassesCaches;
+    bool prefetches;
+
+    HWY_INLINE size_t row(size_t n) const { return fft.place(n); }
+    HWY_INLINE void operator()(size_t row, size_t k, size_t group, ComplexVec<T, L> x) const {
+        // Mostly the row behind it is next.
+        if (prefetches && group == 0) prefetchValues<C, true>(middle, row + fft.n2 + k * C);
+        middle.template store<L>(row + k * C + group * L, x, bypassesCaches);
+    }
+};
 
 // Between the trips the data are where the results will be.
 template <class T, class From, class To>
 void transformThroughResults(const LargeFft<T>& fft, From from, To to, T factor, const LargeFftCall<T>& call) {
     constexpr size_t C = LargeFft<T>::C;
-    constexpr size_t L = LargeFft<T>::L;
+    constexpr size_t kLine = 64 / sizeof(T);
     const size_t padded = kBlockColumns * ((size_t{2} << fft.plan.firstOrder) + kColumnPadding<T>);
     const size_t padding = call.workValues >= padded ? kColumnPadding<T> : 0;
-    const bool isBeyond = 2 * sizeof(T) << call.order >= kBypassBytes;
-    if (kIsSpectrum<From> || !isBeyond) {
-        transformColumns<false>(
-            fft, from, call.work, padding, [&fft](size_t n) { return fft.place(n); },
-            [to](size_t row, size_t k, size_t group, ComplexVec<T, L> x)
-                ZVPS_INLINE_LAMBDA { to.template store<L>(row + k * C + group * L, x); });
-    } else if constexpr (!kIsSpectrum<From>) {
-        transformBeyondCaches(fft, AnyData<const T>(from), AnyData<T>(to), call.work, padding);
+    const size_t bytes = 2 * sizeof(T) << call.order;
+    const bool isBeyond = bytes >= kBypassBytes;
+
+    T* const waiting = call.work + 2 * C * fft.n2;
+    const bool realigns = canRealign(to) && call.workValues >= (2 * C + kLine) * fft.n2;
+    alignas(64) T firstLine[kLine];
+    const MiddleData<T> middle(AnyData<T>(to), realigns ? firstLine : nullptr);
+    const bool bypassesCaches = isBeyond && middle.isAligned();
+    const MiddleStore<T> store = {fft, middle, bypassesCaches, isBeyond && !bypassesCaches};
+    if constexpr (kIsSpectrum<From>) {
+        transformColumns<false>(fft, from, call.work, padding, store);
+    } else {
+        const AnyData<const T> any(from);
+        const bool realignsColumns = canRealign(any);
+        if (realignsColumns) {
+#if HWY_TARGET <= HWY_AVX3
+            transformColumns<true>(fft, LineColumns<T>(fft, any, middle), call.work, padding, store);
+#endif
+        } else if (2 * bytes >= kPrefetchBytes) {
+            transformColumns<true>(fft, any, call.work, padding, store);
+        } else {
+            transformColumns<false>(fft, from, call.work, padding, store);
+        }
     }
-    transformRest<C>(fft, to, to, factor, call.work);
+    if (bypassesCaches) hwy::FlushStream();
+#if HWY_TARGET <= HWY_AVX3
+    if (realigns) {
+        transformRest<C>(fft, middle, LineResults<T>(AnyData<T>(to), fft.n1, false, 1), factor, call.work, waiting);
+        return;
+    }
+#endif
+    transformRest<C>(fft, middle, Results<T, To>{to, fft.n1, false}, factor, call.work, waiting);
 }
 
 template <class T, class From, class To>
