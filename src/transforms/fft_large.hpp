@@ -366,11 +366,14 @@ bool canRealign(SplitData<T>) {
     return false;
 }
 template <class T>
+bool canRealign(const PartedData<T>&) {
+    return false;
+}
+template <class T>
 bool canRealign(AnyData<T> to) {
     return to.isPaired && canRealign(to.pairs());
 }
 
-// Which never is beyond the caches.
 template <class From>
 inline constexpr bool kIsSpectrum = false;
 template <class T>
@@ -413,10 +416,11 @@ HWY_NOINLINE void transformBlock(const LargeFft<T>& fft, size_t n, T* block, siz
 
 // The first transforms and the factors, by blocks of columns, whose bins k C + group L + lane of column n go to
 // store(store.row(n), k, group, x). A block is transposed behind the first pass, so that each of its columns then is a
-// transform in contiguous memory. kPrefetches: data whose rows the caches have not, too far apart for the processor to
+// transform in contiguous memory. prefetches: data that the caches lose, whose rows are too far apart for the processor to
 // foresee.
-template <bool kPrefetches, class T, class From, class Store>
-HWY_NOINLINE void transformColumns(const LargeFft<T>& fft, From from, T* block, size_t padding, const Store& store) {
+template <class T, class From, class Store>
+HWY_NOINLINE void transformColumns(const LargeFft<T>& fft, From from, bool prefetches, T* block, size_t padding,
+                                   const Store& store) {
     using Large = LargeFft<T>;
     constexpr size_t C = Large::C;
     constexpr size_t L = Large::L;
@@ -428,8 +432,8 @@ HWY_NOINLINE void transformColumns(const LargeFft<T>& fft, From from, T* block, 
     for (size_t n = 0; n < fft.n2; n += kBlockColumns) {
         for (size_t b = 0; b < rest; ++b) {
             const T* const twiddles = fft.first[0] + b * 2 * (C - 1);
-            if constexpr (kPrefetches) {
-                for (size_t a = 0; a < C && b + 1 < rest; ++a) {
+            if (prefetches && b + 1 < rest) {
+                for (size_t a = 0; a < C; ++a) {
                     prefetchValues<kBlockColumns, false>(from, (a * rest + b + 1) * fft.n2 + n);
                 }
             }
@@ -664,11 +668,8 @@ void transformThroughTiles(const LargeFft<T>& fft, From from, To to, bool isInPl
     const bool isBeyond = bytes >= kBypassBytes;
     const TileStore<T> store = {tiles, tile, isBeyond};
     // With the tiles, and the results if they are elsewhere.
-    if (bytes * (isInPlace ? 2 : 3) >= kPrefetchBytes) {
-        transformColumns<true>(fft, AnyData<const T>(from), firstBlock, kColumnPadding<T>, store);
-    } else {
-        transformColumns<false>(fft, from, firstBlock, kColumnPadding<T>, store);
-    }
+    const bool prefetches = bytes * (isInPlace ? 2 : 3) >= kPrefetchBytes;
+    transformColumns(fft, from, prefetches, firstBlock, kColumnPadding<T>, store);
     const bool isResultBeyond = isBeyond || (!isInPlace && bytes >= kBypassResultBytes);
 #if HWY_TARGET <= HWY_AVX3
     if (canRealign(to)) {
@@ -742,20 +743,16 @@ void transformThroughResults(const LargeFft<T>& fft, From from, To to, T factor,
     const MiddleData<T> middle(AnyData<T>(to), realigns ? firstLine : nullptr);
     const bool bypassesCaches = isBeyond && middle.isAligned();
     const MiddleStore<T> store = {fft, middle, bypassesCaches, isBeyond && !bypassesCaches};
-    if constexpr (kIsSpectrum<From>) {
-        transformColumns<false>(fft, from, call.work, padding, store);
-    } else {
-        const AnyData<const T> any(from);
-        const bool realignsColumns = canRealign(any);
-        if (realignsColumns) {
+    const bool prefetches = 2 * bytes >= kPrefetchBytes;
+    if (canRealign(from)) {
 #if HWY_TARGET <= HWY_AVX3
-            transformColumns<true>(fft, LineColumns<T>(fft, any, middle), call.work, padding, store);
-#endif
-        } else if (2 * bytes >= kPrefetchBytes) {
-            transformColumns<true>(fft, any, call.work, padding, store);
-        } else {
-            transformColumns<false>(fft, from, call.work, padding, store);
+        if constexpr (!kIsSpectrum<From>) {
+            const LineColumns<T> columns(fft, AnyData<const T>(from), middle);
+            transformColumns(fft, columns, prefetches, call.work, padding, store);
         }
+#endif
+    } else {
+        transformColumns(fft, from, prefetches, call.work, padding, store);
     }
     if (bypassesCaches) hwy::FlushStream();
 #if HWY_TARGET <= HWY_AVX3
