@@ -258,7 +258,7 @@ struct LineColumns {
         const T* const line = lines + 2 * i + L;
         const auto first = hn::LoadU(d, place);
         const auto second = hn::Load(d, line);
-        const bool isLast = i + L == fft.n1 * fft.n2;
+        const bool isLast = a == C - 1 && i + L == fft.n1 * fft.n2;
         const auto third = isLast ? loadFirst(d, line + L, beyond) : hn::Load(d, line + L);
         hn::StoreU(third, d, place);
         const auto lower = permuted(first, order, second);
@@ -744,7 +744,7 @@ void transformThroughResults(const LargeFft<T>& fft, From from, To to, T factor,
     const bool bypassesCaches = isBeyond && middle.isAligned();
     const MiddleStore<T> store = {fft, middle, bypassesCaches, isBeyond && !bypassesCaches};
     const bool prefetches = 2 * bytes >= kPrefetchBytes;
-    if (canRealign(from)) {
+    if (prefetches && canRealign(from)) {
 #if HWY_TARGET <= HWY_AVX3
         if constexpr (!kIsSpectrum<From>) {
             const LineColumns<T> columns(fft, AnyData<const T>(from), middle);
