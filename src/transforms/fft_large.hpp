@@ -295,28 +295,33 @@ struct Results {
 
 #if HWY_TARGET <= HWY_AVX3
 // The same of pairs that begin beyond the beginning of a line, in whole lines but for the ends of rows: what a block
-// has of a line at the end of a row of bins waits for the next block, at the place of the row.
+// has of a line at the end of a row of bins waits for the next block, at the place of the row or, compact, in memory of
+// its own.
 template <class T>
 struct LineResults {
     static constexpr size_t L = kLineBytes / sizeof(T);
     using D = Lanes<T, L>;
+
+    // What waits of each line: nothing but the lanes that are needed, if they are few.
+    static size_t waitingLanes(const T* to) { return lanesBeyondLine(to) <= L / 4 ? L / 4 : L; }
 
     T* lines;
     size_t step;
     bool bypassesCaches;
     size_t beyond;
     hn::Mask<D> isBefore;
+    bool isNarrow;
     LaneOrder<T> orders[3]; // of lines from the parts
-    int rowShift;
+    int rowShift; // rows are 2^rowShift times as far apart as what waits of lines
     size_t column = 0;
     const T* rows = nullptr;
     const T* before = nullptr;
     T* after = nullptr;
 
-    // rowShift: rows are 2^rowShift times as far apart as the places of waiting lines.
-    LineResults(AnyData<T> to, size_t rowLength, bool bypasses, int shift)
+    LineResults(AnyData<T> to, size_t rowLength, bool bypasses, bool isCompact)
         : lines(to.pairs().p), step(rowLength), bypassesCaches(bypasses), beyond(lanesBeyondLine(lines)),
-          isBefore(hn::FirstN(D(), beyond)), rowShift(shift) {
+          isBefore(hn::FirstN(D(), beyond)), isNarrow(waitingLanes(lines) < L) {
+        rowShift = !isCompact ? 0 : (L == 16 ? 1 : 2) + (isNarrow ? 2 : 0);
         lines -= beyond;
         using Index = hwy::MakeSigned<T>;
         const Lanes<Index, L> d;
@@ -343,13 +348,16 @@ struct LineResults {
         if (first == 0) {
             storeBeyond(d, own, line, beyond);
         } else {
-            const auto earlier = hn::LoadU(d, (group == 0 ? before : after) + place);
+            const T* const waiting = (group == 0 ? before : after) + place;
+            const auto earlier = isNarrow ? hn::LoadDup128(d, waiting) : hn::LoadU(d, waiting);
             storeOrStream(hn::IfThenElse(isBefore, earlier, own), d, line, bypassesCaches);
         }
         storeOrStream(permuted(x.re, orders[1], x.im), d, line + L, bypassesCaches);
         const auto rest = permuted(x.re, orders[2], x.im);
         if (first + L == step) {
             hn::BlendedStore(rest, isBefore, d, line + 2 * L);
+        } else if (isNarrow) {
+            hn::StoreU(hn::LowerHalf(hn::LowerHalf(rest)), Lanes<T, L / 4>(), after + place);
         } else {
             hn::StoreU(rest, d, after + place);
         }
@@ -673,7 +681,7 @@ void transformThroughTiles(const LargeFft<T>& fft, From from, To to, bool isInPl
     const bool isResultBeyond = isBeyond || (!isInPlace && bytes >= kBypassResultBytes);
 #if HWY_TARGET <= HWY_AVX3
     if (canRealign(to)) {
-        transformTiles(fft, tiles, tile, AnyData<T>(to), LineResults<T>(AnyData<T>(to), fft.n1, isResultBeyond, 0),
+        transformTiles(fft, tiles, tile, AnyData<T>(to), LineResults<T>(AnyData<T>(to), fft.n1, isResultBeyond, secondBlock != nullptr),
                        false, factor, secondBlock);
         if (isResultBeyond) hwy::FlushStream();
         return;
@@ -737,10 +745,21 @@ void transformThroughResults(const LargeFft<T>& fft, From from, To to, T factor,
     const size_t bytes = 2 * sizeof(T) << call.order;
     const bool isBeyond = bytes >= kBypassBytes;
 
-    T* const waiting = call.work + 2 * C * fft.n2;
-    const bool realigns = canRealign(to) && call.workValues >= (2 * C + kLine) * fft.n2;
     alignas(64) T firstLine[kLine];
-    const MiddleData<T> middle(AnyData<T>(to), realigns ? firstLine : nullptr);
+    T* waiting = nullptr;
+#if HWY_TARGET <= HWY_AVX3
+    // Of 2^22 points the block leaves no room.
+    alignas(64) T fewWaiting[kLine / 4 << (22 - 22 / 2)];
+    if (canRealign(to)) {
+        const size_t lanes = LineResults<T>::waitingLanes(AnyData<T>(to).pairs().p) * fft.n2;
+        if (call.workValues >= 2 * C * fft.n2 + lanes) {
+            waiting = call.work + 2 * C * fft.n2;
+        } else if (lanes <= std::size(fewWaiting)) {
+            waiting = fewWaiting;
+        }
+    }
+#endif
+    const MiddleData<T> middle(AnyData<T>(to), waiting != nullptr ? firstLine : nullptr);
     const bool bypassesCaches = isBeyond && middle.isAligned();
     const MiddleStore<T> store = {fft, middle, bypassesCaches, isBeyond && !bypassesCaches};
     const bool prefetches = 2 * bytes >= kPrefetchBytes;
@@ -756,8 +775,8 @@ void transformThroughResults(const LargeFft<T>& fft, From from, To to, T factor,
     }
     if (bypassesCaches) hwy::FlushStream();
 #if HWY_TARGET <= HWY_AVX3
-    if (realigns) {
-        transformRest<C>(fft, middle, LineResults<T>(AnyData<T>(to), fft.n1, false, 1), factor, call.work, waiting);
+    if (waiting != nullptr) {
+        transformRest<C>(fft, middle, LineResults<T>(AnyData<T>(to), fft.n1, false, true), factor, call.work, waiting);
         return;
     }
 #endif
