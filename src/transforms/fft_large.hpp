@@ -215,52 +215,57 @@ struct MiddleData {
 };
 
 #if HWY_TARGET <= HWY_AVX3
-// Columns of pairs that begin beyond the beginning of a line, by aligned lines: the last one of each row waits for the
-// next block of columns, in the last rows of the middle data, which are not written before the last block is read.
+// Columns of pairs that begin beyond the beginning of a line, by aligned lines and backward: what the columns before
+// have of a line waits for these, in rows of the middle data that are not written before the last block is read.
 template <class T>
 struct LineColumns {
     static constexpr size_t L = kLineBytes / sizeof(T);
     static constexpr size_t C = kLargeColumns<T>;
+    using D = Lanes<T, L>;
+    using Few = Lanes<T, L / 4>;
 
     const LargeFft<T>& fft;
     const T* lines;
     size_t beyond;
     LaneOrder<T> order;
     bool isInverse;
+    bool isNarrow; // what waits
     T* middle;
 
     LineColumns(const LargeFft<T>& transform, AnyData<const T> from, const MiddleData<T>& to)
         : fft(transform), lines(from.pairs().p), beyond(lanesBeyondLine(lines)), order(orderOfVector<T>(beyond)),
-          isInverse(from.isInverse()), middle(to.re) {
+          isInverse(from.isInverse()), isNarrow(beyond <= L / 4), middle(to.re) {
         lines -= beyond;
-        const Lanes<T, L> d;
         const size_t rest = fft.n1 / C;
         for (size_t b = 0; b < rest; ++b) {
             for (size_t a = 0; a < C; ++a) {
-                const size_t row = a * rest + b;
-                const T* const line = lines + 2 * row * fft.n2;
-                hn::StoreU(row == 0 ? loadBeyond(d, line, beyond) : hn::Load(d, line), d, waiting(a, b));
+                const T* const line = lines + 2 * (a * rest + b + 1) * fft.n2;
+                store(loadFirst(D(), line, beyond), waiting(a, b));
             }
         }
     }
 
-    // The line of row a n1 / C + b.
+    // The place for row a n1 / C + b.
     HWY_INLINE T* waiting(size_t a, size_t b) const {
-        constexpr size_t kPairs = L / 2;
-        const size_t i = b * C * kPairs;
-        const size_t n = fft.n2 - kPairs + (i >> fft.plan.firstOrder);
-        return middle + 2 * (fft.place(n) + (i & (fft.n1 - 1)) + a * kPairs);
+        const size_t pairs = isNarrow ? L / 8 : L / 2;
+        const size_t i = b * C * pairs;
+        constexpr size_t kFirstRow = 8; // of those of the last block
+        return middle + 2 * (fft.place(kFirstRow + (i >> fft.plan.firstOrder)) + (i & (fft.n1 - 1)) + a * pairs);
+    }
+    HWY_INLINE void store(Vec<T, L> line, T* place) const {
+        if (isNarrow) return hn::StoreU(hn::LowerHalf(hn::LowerHalf(line)), Few(), place);
+        hn::StoreU(line, D(), place);
     }
 
     HWY_INLINE ComplexVec<T, L> load(size_t i, size_t a, size_t b) const {
-        const Lanes<T, L> d;
+        const D d;
         T* const place = waiting(a, b);
-        const T* const line = lines + 2 * i + L;
-        const auto first = hn::LoadU(d, place);
-        const auto second = hn::Load(d, line);
-        const bool isLast = a == C - 1 && i + L == fft.n1 * fft.n2;
-        const auto third = isLast ? loadFirst(d, line + L, beyond) : hn::Load(d, line + L);
-        hn::StoreU(third, d, place);
+        const T* const line = lines + 2 * i;
+        const bool isFirst = a == 0 && i == 0;
+        const auto first = isFirst ? loadBeyond(d, line, beyond) : hn::Load(d, line);
+        const auto second = hn::Load(d, line + L);
+        const auto third = isNarrow ? hn::LoadDup128(d, place) : hn::LoadU(d, place);
+        store(first, place);
         const auto lower = permuted(first, order, second);
         const auto upper = permuted(second, order, third);
         const auto even = pickLanes<PartOfPairs<0>>(d, lower, upper);
@@ -269,7 +274,7 @@ struct LineColumns {
     }
     template <class Step>
     HWY_INLINE void forBytes(size_t i, size_t count, Step step) const {
-        step(lines + 2 * i + L, lines + 2 * (i + count) + L - 1);
+        step(lines + 2 * i, lines + 2 * (i + count) - 1);
     }
 };
 #endif
@@ -387,11 +392,15 @@ inline constexpr bool kIsSpectrum = false;
 template <class T>
 inline constexpr bool kIsSpectrum<PartedData<T>> = true;
 
+template <class From>
+inline constexpr bool kIsBackward = false;
 template <size_t L, class From>
 HWY_INLINE auto loadColumns(const From& from, size_t i, size_t, size_t) {
     return from.template load<L>(i);
 }
 #if HWY_TARGET <= HWY_AVX3
+template <class T>
+inline constexpr bool kIsBackward<LineColumns<T>> = true;
 template <size_t L, class T>
 HWY_INLINE auto loadColumns(const LineColumns<T>& from, size_t i, size_t a, size_t b) {
     return from.load(i, a, b);
@@ -437,7 +446,8 @@ HWY_NOINLINE void transformColumns(const LargeFft<T>& fft, From from, bool prefe
     const Lanes<T, L> d;
     const size_t rest = fft.n1 / C;
     const size_t columnStep = rest * 2 * C + padding;
-    for (size_t n = 0; n < fft.n2; n += kBlockColumns) {
+    for (size_t start = 0; start < fft.n2; start += kBlockColumns) {
+        const size_t n = kIsBackward<From> ? fft.n2 - kBlockColumns - start : start;
         for (size_t b = 0; b < rest; ++b) {
             const T* const twiddles = fft.first[0] + b * 2 * (C - 1);
             if (prefetches && b + 1 < rest) {
