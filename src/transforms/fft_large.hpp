@@ -161,8 +161,8 @@ struct LargeFft {
 };
 
 // Between two trips in the results' memory: pairs as vectors of parts, each of C neighbouring bins of one first
-// transform. Where results are realigned, they lie in the lines these will be in, and the first one, of which these have
-// but a part, elsewhere.
+// transform. Where results are realigned, they lie in the lines these will be in, and the first one, of which these
+// have but a part, elsewhere.
 template <class T>
 struct MiddleData {
     static constexpr size_t C = kLargeColumns<T>;
@@ -185,13 +185,17 @@ struct MiddleData {
 #endif
     }
 
-    bool isAligned() const { return (reinterpret_cast<uintptr_t>(re) | reinterpret_cast<uintptr_t>(im)) % 64 == 0; }
+    bool isAligned() const {
+        return (reinterpret_cast<uintptr_t>(re) | reinterpret_cast<uintptr_t>(im)) % 64 == 0;
+    }
 
     template <size_t L>
     HWY_INLINE size_t place(size_t i) const {
         return L < C ? (i / C << isPaired) * C + i % C : i << isPaired;
     }
-    HWY_INLINE T* real(size_t place) const { return place < C ? first + place : re + place; }
+    HWY_INLINE T* real(size_t place) const {
+        return place < C ? first + place : re + place;
+    }
 
     template <size_t L>
     HWY_INLINE auto load(size_t i) const {
@@ -317,7 +321,7 @@ struct LineResults {
     hn::Mask<D> isBefore;
     bool isNarrow;
     LaneOrder<T> orders[3]; // of lines from the parts
-    int rowShift; // rows are 2^rowShift times as far apart as what waits of lines
+    int rowShift;           // rows are 2^rowShift times as far apart as what waits of lines
     size_t column = 0;
     const T* rows = nullptr;
     const T* before = nullptr;
@@ -370,9 +374,15 @@ struct LineResults {
 };
 #endif
 
+// Whether data are unaligned but realigned where they are read or written.
 template <class T, bool kInverse>
-bool canRealign(PairData<T, kInverse> to) {
-    return kRealigns && !to.isAligned() && reinterpret_cast<uintptr_t>(to.p) % sizeof(T) == 0;
+bool canRealign(PairData<T, kInverse> data) {
+#if HWY_TARGET <= HWY_AVX3
+    return !data.isAligned() && canRealign(data.p);
+#else
+    static_cast<void>(data);
+    return false;
+#endif
 }
 template <class T>
 bool canRealign(SplitData<T>) {
@@ -382,11 +392,6 @@ template <class T>
 bool canRealign(const PartedData<T>&) {
     return false;
 }
-template <class T>
-bool canRealign(AnyData<T> to) {
-    return to.isPaired && canRealign(to.pairs());
-}
-
 template <class From>
 inline constexpr bool kIsSpectrum = false;
 template <class T>
@@ -418,23 +423,22 @@ HWY_NOINLINE void transformBlock(const LargeFft<T>& fft, size_t n, T* block, siz
     for (size_t i = 0; i < kBlockColumns; ++i) {
         const T* const fine = fft.fine + (n + i) * 2 * C;
         const T* const coarse = fft.coarse + (n + i) * rest * 2;
-        transformParts<2 * C, 0>(
-            block + i * columnStep, fft.plan.rest, fft.plan.rest.order, 1, 0, 0, 1, fft.first + 1,
-            [fine, coarse, store, target = store.row(n + i)](auto, auto, size_t k, size_t group, X x)
-                ZVPS_INLINE_LAMBDA {
-                    const Lanes<T, L> lanes;
-                    const auto turned =
-                        rotatedTwice(x.re, x.im, hn::Set(lanes, coarse[2 * k]), hn::Set(lanes, coarse[2 * k + 1]),
-                                     hn::LoadU(lanes, fine + group * L), hn::LoadU(lanes, fine + C + group * L));
-                    store(target, k, group, X{turned.re, turned.im});
-                });
+        transformParts<2 * C, 0>(block + i * columnStep, fft.plan.rest, fft.plan.rest.order, 1, 0, 0, 1, fft.first + 1,
+                                 [fine, coarse, store, target = store.row(n + i)](auto, auto, size_t k, size_t group,
+                                                                                  X x) ZVPS_INLINE_LAMBDA {
+                                     const Lanes<T, L> lanes;
+                                     const auto turned = rotatedTwice(
+                                         x.re, x.im, hn::Set(lanes, coarse[2 * k]), hn::Set(lanes, coarse[2 * k + 1]),
+                                         hn::LoadU(lanes, fine + group * L), hn::LoadU(lanes, fine + C + group * L));
+                                     store(target, k, group, X{turned.re, turned.im});
+                                 });
     }
 }
 
 // The first transforms and the factors, by blocks of columns, whose bins k C + group L + lane of column n go to
 // store(store.row(n), k, group, x). A block is transposed behind the first pass, so that each of its columns then is a
-// transform in contiguous memory. prefetches: data that the caches lose, whose rows are too far apart for the processor to
-// foresee.
+// transform in contiguous memory. prefetches: data that the caches lose, whose rows are too far apart for the processor
+// to foresee.
 template <class T, class From, class Store>
 HWY_NOINLINE void transformColumns(const LargeFft<T>& fft, From from, bool prefetches, T* block, size_t padding,
                                    const Store& store) {
@@ -458,9 +462,8 @@ HWY_NOINLINE void transformColumns(const LargeFft<T>& fft, From from, bool prefe
             for (size_t group = 0; group < kBlockColumns; group += L) {
                 V re[C], im[C];
                 Butterfly<T, L, C>::run(
-                    [&](auto a) ZVPS_INLINE_LAMBDA {
-                        return loadColumns<L>(from, (a * rest + b) * fft.n2 + n + group, a, b);
-                    },
+                    [&](auto a)
+                        ZVPS_INLINE_LAMBDA { return loadColumns<L>(from, (a * rest + b) * fft.n2 + n + group, a, b); },
                     [&](auto k, X x) ZVPS_INLINE_LAMBDA {
                         if constexpr (k == 0) {
                             re[k] = x.re;
@@ -651,12 +654,10 @@ void transformInPlace(const LargeFft<T>& fft, From from, To to, T factor, const 
     transformRest<kColumns>(fft, to, Results<T, To>{to, fft.n1, false}, factor, call.work, static_cast<T*>(nullptr));
 }
 
-// From this number of bytes on arrays leave the caches before they are read again; and from that on, results that do
-// not take the source's place there.
-inline constexpr size_t kBypassBytes = size_t{16} << 20;
-inline constexpr size_t kBypassResultBytes = size_t{8} << 20;
-// Of all arrays together: from that on columns wait for the caches.
+// Of all arrays together: from the first number on columns wait for the caches, from the second on arrays leave these
+// before they are read again.
 inline constexpr size_t kPrefetchBytes = size_t{12} << 20;
+inline constexpr size_t kBypassBytes = size_t{24} << 20;
 
 // The results of the first trip as tiles.
 template <class T>
@@ -682,25 +683,24 @@ struct TileStore {
 template <class T, class From, class To>
 void transformThroughTiles(const LargeFft<T>& fft, From from, To to, bool isInPlace, T factor, T* tiles, size_t tile,
                            T* firstBlock, T* secondBlock) {
-    const size_t bytes = 2 * sizeof(T) * fft.n1 * fft.n2;
+    const size_t arrays = isInPlace ? 2 : 3;
+    const size_t bytes = arrays * 2 * sizeof(T) * fft.n1 * fft.n2;
     const bool isBeyond = bytes >= kBypassBytes;
     const TileStore<T> store = {tiles, tile, isBeyond};
-    // With the tiles, and the results if they are elsewhere.
-    const bool prefetches = bytes * (isInPlace ? 2 : 3) >= kPrefetchBytes;
-    transformColumns(fft, from, prefetches, firstBlock, kColumnPadding<T>, store);
-    const bool isResultBeyond = isBeyond || (!isInPlace && bytes >= kBypassResultBytes);
+    transformColumns(fft, from, bytes >= kPrefetchBytes, firstBlock, kColumnPadding<T>, store);
+    const bool bypassesCaches = isBeyond && (to.isAligned() || canRealign(to));
 #if HWY_TARGET <= HWY_AVX3
     if (canRealign(to)) {
-        transformTiles(fft, tiles, tile, AnyData<T>(to), LineResults<T>(AnyData<T>(to), fft.n1, isResultBeyond, secondBlock != nullptr),
-                       false, factor, secondBlock);
-        if (isResultBeyond) hwy::FlushStream();
+        const AnyData<T> any(to);
+        const LineResults<T> results(any, fft.n1, bypassesCaches, secondBlock != nullptr);
+        transformTiles(fft, tiles, tile, any, results, false, factor, secondBlock);
+        if (isBeyond) hwy::FlushStream();
         return;
     }
 #endif
-    const bool bypassesCaches = isResultBeyond && to.isAligned();
-    transformTiles(fft, tiles, tile, to, Results<T, To>{to, fft.n1, bypassesCaches}, isResultBeyond && !bypassesCaches,
-                   factor, secondBlock);
-    if (isResultBeyond) hwy::FlushStream();
+    const Results<T, To> results = {to, fft.n1, bypassesCaches};
+    transformTiles(fft, tiles, tile, to, results, isBeyond && !bypassesCaches, factor, secondBlock);
+    if (isBeyond) hwy::FlushStream();
 }
 
 // With the tiles in the work buffer, if it is large enough.
@@ -752,7 +752,7 @@ void transformThroughResults(const LargeFft<T>& fft, From from, To to, T factor,
     constexpr size_t kLine = 64 / sizeof(T);
     const size_t padded = kBlockColumns * ((size_t{2} << fft.plan.firstOrder) + kColumnPadding<T>);
     const size_t padding = call.workValues >= padded ? kColumnPadding<T> : 0;
-    const size_t bytes = 2 * sizeof(T) << call.order;
+    const size_t bytes = 2 * (2 * sizeof(T) << call.order);
     const bool isBeyond = bytes >= kBypassBytes;
 
     alignas(64) T firstLine[kLine];
@@ -772,7 +772,7 @@ void transformThroughResults(const LargeFft<T>& fft, From from, To to, T factor,
     const MiddleData<T> middle(AnyData<T>(to), waiting != nullptr ? firstLine : nullptr);
     const bool bypassesCaches = isBeyond && middle.isAligned();
     const MiddleStore<T> store = {fft, middle, bypassesCaches, isBeyond && !bypassesCaches};
-    const bool prefetches = 2 * bytes >= kPrefetchBytes;
+    const bool prefetches = bytes >= kPrefetchBytes;
     if (prefetches && canRealign(from)) {
 #if HWY_TARGET <= HWY_AVX3
         if constexpr (!kIsSpectrum<From>) {
