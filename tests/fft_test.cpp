@@ -412,6 +412,28 @@ TEST(Fft, VeryLong) {
     useLevel(levels().back());
 }
 
+// Where memory is touched line by line, whatever part of a line the data begin with.
+TEST(Fft, LongOnesAnywhere) {
+    Random random("anywhere");
+    for (const Transform& f : kTransforms) {
+        const bool isComplex = f.layout == Layout::interleaved;
+        if (!f.to->isFloat || !(isComplex || f.layout == Layout::ccs)) continue;
+        for (const int order : {18, 19, 20, 22}) {
+            if (order > 18 && (f.to->partBytes == 8 || !isComplex || f.isForward == (order == 20))) continue;
+            const Spec spec(*f.spec, order, zvpFftScaleNone, 0);
+            Calls calls(f, order);
+            const Bytes data = randomArrays(*f.from, f.sourceCount(order), random);
+            const Bytes result = calls.outOfPlace(spec, data, 0, 0, false);
+            for (const size_t gap : {1, 2, 7}) {
+                for (const bool atStart : {false, true}) {
+                    EXPECT_TRUE(result == calls.outOfPlace(spec, data, 0, gap, atStart))
+                        << f.name << " " << order << " " << gap << " " << atStart;
+                }
+            }
+        }
+    }
+}
+
 // Ties, which random data seldom hit.
 TEST(Fft, SmallIntegersRoundToEven) {
     const Spec spec(kSpecType<ZvpsFFTSpec_C_16sc>, 1, zvpFftScaleFwd, 0);

@@ -140,6 +140,9 @@ struct PartedData {
         const auto z = Block::parted(a, b, Block::twiddles(table, k)).lower;
         return ComplexVec<T, L>{z.im, z.re};
     }
+    // None: spectra that are parted so never are beyond the caches.
+    template <class Step>
+    HWY_INLINE void forBytes(size_t, size_t, Step) const {}
 };
 
 } // namespace zvps::ZVPS_LEVEL

@@ -4,6 +4,7 @@
 #include "transforms/fft_joining.hpp"
 #include "transforms/fft_large_call.hpp"
 #include "transforms/fft_large_plan.hpp"
+#include "transforms/fft_realign.hpp"
 #include "transforms/fft_rows.hpp"
 
 namespace zvps::ZVPS_LEVEL {
@@ -125,12 +126,6 @@ HWY_INLINE void prefetchValues(const Data& data, size_t i) {
 
 // ---- Trips ----
 
-// Which never is beyond the caches.
-template <class From>
-inline constexpr bool kIsSpectrum = false;
-template <class T>
-inline constexpr bool kIsSpectrum<PartedData<T>> = true;
-
 template <class T>
 struct LargeFft {
     static constexpr size_t C = kLargeColumns<T>;
@@ -165,12 +160,287 @@ struct LargeFft {
     const T* coarseAcross;
 };
 
+// Between two trips in the results' memory: pairs as vectors of parts, each of C neighbouring bins of one first
+// transform. Where results are realigned, they lie in the lines these will be in, and the first one, of which these
+// have but a part, elsewhere.
+template <class T>
+struct MiddleData {
+    static constexpr size_t C = kLargeColumns<T>;
+
+    T* re;
+    T* im;
+    T* first; // of the real parts
+    size_t isPaired;
+
+    MiddleData(AnyData<T> to, T* firstLine)
+        : re(to.isPaired ? to.pairs().p : to.re), im(to.isPaired ? re + C : to.im), first(re), isPaired(to.isPaired) {
+#if HWY_TARGET <= HWY_AVX3
+        if (firstLine == nullptr) return;
+        const size_t beyond = lanesBeyondLine(re);
+        re -= beyond;
+        im -= beyond;
+        first = firstLine;
+#else
+        static_cast<void>(firstLine);
+#endif
+    }
+
+    bool isAligned() const {
+        return (reinterpret_cast<uintptr_t>(re) | reinterpret_cast<uintptr_t>(im)) % 64 == 0;
+    }
+
+    template <size_t L>
+    HWY_INLINE size_t place(size_t i) const {
+        return L < C ? (i / C << isPaired) * C + i % C : i << isPaired;
+    }
+    HWY_INLINE T* real(size_t place) const {
+        return place < C ? first + place : re + place;
+    }
+
+    template <size_t L>
+    HWY_INLINE auto load(size_t i) const {
+        const Lanes<T, L> d;
+        const size_t at = place<L>(i);
+        return ComplexVec<T, L>{hn::LoadU(d, real(at)), hn::LoadU(d, im + at)};
+    }
+    template <size_t L>
+    HWY_INLINE void store(size_t i, ComplexVec<T, L> x, bool bypassesCaches) const {
+        const Lanes<T, L> d;
+        const size_t at = place<L>(i);
+        storeOrStream(x.re, d, real(at), bypassesCaches);
+        storeOrStream(x.im, d, im + at, bypassesCaches);
+    }
+    template <class Step>
+    HWY_INLINE void forBytes(size_t i, size_t count, Step step) const {
+        if (isPaired) return step(re + 2 * i, re + 2 * (i + count) - 1);
+        step(re + i, re + i + count - 1);
+        step(im + i, im + i + count - 1);
+    }
+};
+
+#if HWY_TARGET <= HWY_AVX3
+// Columns of pairs that begin beyond the beginning of a line, by aligned lines and backward: what the columns before
+// have of a line waits for these, in rows of the middle data that are not written before the last block is read.
+template <class T>
+struct LineColumns {
+    static constexpr size_t L = kLineBytes / sizeof(T);
+    static constexpr size_t C = kLargeColumns<T>;
+    using D = Lanes<T, L>;
+    using Few = Lanes<T, L / 4>;
+
+    const LargeFft<T>& fft;
+    const T* lines;
+    size_t beyond;
+    LaneOrder<T> order;
+    bool isInverse;
+    bool isNarrow; // what waits
+    T* middle;
+
+    LineColumns(const LargeFft<T>& transform, AnyData<const T> from, const MiddleData<T>& to)
+        : fft(transform), lines(from.pairs().p), beyond(lanesBeyondLine(lines)), order(orderOfVector<T>(beyond)),
+          isInverse(from.isInverse()), isNarrow(beyond <= L / 4), middle(to.re) {
+        lines -= beyond;
+        const size_t rest = fft.n1 / C;
+        for (size_t b = 0; b < rest; ++b) {
+            for (size_t a = 0; a < C; ++a) {
+                const T* const line = lines + 2 * (a * rest + b + 1) * fft.n2;
+                store(loadFirst(D(), line, beyond), waiting(a, b));
+            }
+        }
+    }
+
+    // The place for row a n1 / C + b.
+    HWY_INLINE T* waiting(size_t a, size_t b) const {
+        const size_t pairs = isNarrow ? L / 8 : L / 2;
+        const size_t i = b * C * pairs;
+        constexpr size_t kFirstRow = 8; // of those of the last block
+        return middle + 2 * (fft.place(kFirstRow + (i >> fft.plan.firstOrder)) + (i & (fft.n1 - 1)) + a * pairs);
+    }
+    HWY_INLINE void store(Vec<T, L> line, T* place) const {
+        if (isNarrow) return hn::StoreU(hn::LowerHalf(hn::LowerHalf(line)), Few(), place);
+        hn::StoreU(line, D(), place);
+    }
+
+    HWY_INLINE ComplexVec<T, L> load(size_t i, size_t a, size_t b) const {
+        const D d;
+        T* const place = waiting(a, b);
+        const T* const line = lines + 2 * i;
+        const bool isFirst = a == 0 && i == 0;
+        const auto first = isFirst ? loadBeyond(d, line, beyond) : hn::Load(d, line);
+        const auto second = hn::Load(d, line + L);
+        const auto third = isNarrow ? hn::LoadDup128(d, place) : hn::LoadU(d, place);
+        store(first, place);
+        const auto lower = permuted(first, order, second);
+        const auto upper = permuted(second, order, third);
+        const auto even = pickLanes<PartOfPairs<0>>(d, lower, upper);
+        const auto odd = pickLanes<PartOfPairs<1>>(d, lower, upper);
+        return isInverse ? ComplexVec<T, L>{odd, even} : ComplexVec<T, L>{even, odd};
+    }
+    template <class Step>
+    HWY_INLINE void forBytes(size_t i, size_t count, Step step) const {
+        step(lines + 2 * i, lines + 2 * (i + count) - 1);
+    }
+};
+#endif
+
+// ---- Results ----
+
+// Of transforms along rows, by blocks of columns: a block's rows lie at `rows`; bin k of column + lane is number
+// k step + column + lane.
+template <class T, class To>
+struct Results {
+    To to;
+    size_t step;
+    bool bypassesCaches;
+    size_t column = 0;
+
+    HWY_INLINE void start(size_t first, const T*, const T*, T*) { column = first; }
+
+    template <size_t L>
+    HWY_INLINE void store(const T*, size_t k, size_t group, ComplexVec<T, L> x) const {
+        to.template store<L>(k * step + column + group * L, x, bypassesCaches);
+    }
+};
+
+#if HWY_TARGET <= HWY_AVX3
+// The same of pairs that begin beyond the beginning of a line, in whole lines but for the ends of rows: what a block
+// has of a line at the end of a row of bins waits for the next block, at the place of the row or, compact, in memory of
+// its own.
+template <class T>
+struct LineResults {
+    static constexpr size_t L = kLineBytes / sizeof(T);
+    using D = Lanes<T, L>;
+
+    // What waits of each line: nothing but the lanes that are needed, if they are few.
+    static size_t waitingLanes(const T* to) { return lanesBeyondLine(to) <= L / 4 ? L / 4 : L; }
+
+    T* lines;
+    size_t step;
+    bool bypassesCaches;
+    size_t beyond;
+    hn::Mask<D> isBefore;
+    bool isNarrow;
+    LaneOrder<T> orders[3]; // of lines from the parts
+    int rowShift;           // rows are 2^rowShift times as far apart as what waits of lines
+    size_t column = 0;
+    const T* rows = nullptr;
+    const T* before = nullptr;
+    T* after = nullptr;
+
+    LineResults(AnyData<T> to, size_t rowLength, bool bypasses, bool isCompact)
+        : lines(to.pairs().p), step(rowLength), bypassesCaches(bypasses), beyond(lanesBeyondLine(lines)),
+          isBefore(hn::FirstN(D(), beyond)), isNarrow(waitingLanes(lines) < L) {
+        rowShift = !isCompact ? 0 : (L == 16 ? 1 : 2) + (isNarrow ? 2 : 0);
+        lines -= beyond;
+        using Index = hwy::MakeSigned<T>;
+        const Lanes<Index, L> d;
+        for (size_t line = 0; line < 3; ++line) {
+            const auto value = hn::Iota(d, static_cast<Index>(line * L) - static_cast<Index>(beyond));
+            const auto isSecond = hn::And(hn::Xor(value, hn::Set(d, to.isInverse() ? 1 : 0)), hn::Set(d, 1));
+            orders[line] = hn::Add(hn::ShiftRight<1>(value), hn::Mul(isSecond, hn::Set(d, Index{L})));
+        }
+    }
+
+    HWY_INLINE void start(size_t first, const T* rowsOfBlock, const T* lastOnes, T* nextOnes) {
+        column = first;
+        rows = rowsOfBlock;
+        before = lastOnes;
+        after = nextOnes;
+    }
+
+    HWY_INLINE void store(const T* row, size_t k, size_t group, ComplexVec<T, L> x) const {
+        const D d;
+        const size_t place = static_cast<size_t>(row - rows) >> rowShift;
+        const size_t first = column + group * L;
+        T* const line = lines + 2 * (k * step + first);
+        const auto own = permuted(x.re, orders[0], x.im);
+        if (first == 0) {
+            storeBeyond(d, own, line, beyond);
+        } else {
+            const T* const waiting = (group == 0 ? before : after) + place;
+            const auto earlier = isNarrow ? hn::LoadDup128(d, waiting) : hn::LoadU(d, waiting);
+            storeOrStream(hn::IfThenElse(isBefore, earlier, own), d, line, bypassesCaches);
+        }
+        storeOrStream(permuted(x.re, orders[1], x.im), d, line + L, bypassesCaches);
+        const auto rest = permuted(x.re, orders[2], x.im);
+        if (first + L == step) {
+            hn::BlendedStore(rest, isBefore, d, line + 2 * L);
+        } else if (isNarrow) {
+            hn::StoreU(hn::LowerHalf(hn::LowerHalf(rest)), Lanes<T, L / 4>(), after + place);
+        } else {
+            hn::StoreU(rest, d, after + place);
+        }
+    }
+};
+#endif
+
+// Whether data are unaligned but realigned where they are read or written.
+template <class T, bool kInverse>
+bool canRealign(PairData<T, kInverse> data) {
+#if HWY_TARGET <= HWY_AVX3
+    return !data.isAligned() && canRealign(data.p);
+#else
+    static_cast<void>(data);
+    return false;
+#endif
+}
+template <class T>
+bool canRealign(SplitData<T>) {
+    return false;
+}
+template <class T>
+bool canRealign(const PartedData<T>&) {
+    return false;
+}
+template <class From>
+inline constexpr bool kIsSpectrum = false;
+template <class T>
+inline constexpr bool kIsSpectrum<PartedData<T>> = true;
+
+template <class From>
+inline constexpr bool kIsBackward = false;
+template <size_t L, class From>
+HWY_INLINE auto loadColumns(const From& from, size_t i, size_t, size_t) {
+    return from.template load<L>(i);
+}
+#if HWY_TARGET <= HWY_AVX3
+template <class T>
+inline constexpr bool kIsBackward<LineColumns<T>> = true;
+template <size_t L, class T>
+HWY_INLINE auto loadColumns(const LineColumns<T>& from, size_t i, size_t a, size_t b) {
+    return from.load(i, a, b);
+}
+#endif
+
+// The rest of a block of first transforms, and the factors.
+template <class T, class Store>
+HWY_NOINLINE void transformBlock(const LargeFft<T>& fft, size_t n, T* block, size_t columnStep, const Store& store) {
+    using Large = LargeFft<T>;
+    constexpr size_t C = Large::C;
+    constexpr size_t L = Large::L;
+    using X = ComplexVec<T, L>;
+    const size_t rest = fft.n1 / C;
+    for (size_t i = 0; i < kBlockColumns; ++i) {
+        const T* const fine = fft.fine + (n + i) * 2 * C;
+        const T* const coarse = fft.coarse + (n + i) * rest * 2;
+        transformParts<2 * C, 0>(block + i * columnStep, fft.plan.rest, fft.plan.rest.order, 1, 0, 0, 1, fft.first + 1,
+                                 [fine, coarse, store, target = store.row(n + i)](auto, auto, size_t k, size_t group,
+                                                                                  X x) ZVPS_INLINE_LAMBDA {
+                                     const Lanes<T, L> lanes;
+                                     const auto turned = rotatedTwice(
+                                         x.re, x.im, hn::Set(lanes, coarse[2 * k]), hn::Set(lanes, coarse[2 * k + 1]),
+                                         hn::LoadU(lanes, fine + group * L), hn::LoadU(lanes, fine + C + group * L));
+                                     store(target, k, group, X{turned.re, turned.im});
+                                 });
+    }
+}
+
 // The first transforms and the factors, by blocks of columns, whose bins k C + group L + lane of column n go to
-// store(place(n), k, group, x). A block is transposed behind the first pass, so that each of its columns then is a
-// transform in contiguous memory. kPrefetches: data beyond the caches, whose rows are too far apart for the processor
+// store(store.row(n), k, group, x). A block is transposed behind the first pass, so that each of its columns then is a
+// transform in contiguous memory. prefetches: data that the caches lose, whose rows are too far apart for the processor
 // to foresee.
-template <bool kPrefetches, class T, class From, class Place, class Store>
-HWY_NOINLINE void transformColumns(const LargeFft<T>& fft, From from, T* block, size_t padding, const Place& place,
+template <class T, class From, class Store>
+HWY_NOINLINE void transformColumns(const LargeFft<T>& fft, From from, bool prefetches, T* block, size_t padding,
                                    const Store& store) {
     using Large = LargeFft<T>;
     constexpr size_t C = Large::C;
@@ -180,11 +450,12 @@ HWY_NOINLINE void transformColumns(const LargeFft<T>& fft, From from, T* block, 
     const Lanes<T, L> d;
     const size_t rest = fft.n1 / C;
     const size_t columnStep = rest * 2 * C + padding;
-    for (size_t n = 0; n < fft.n2; n += kBlockColumns) {
+    for (size_t start = 0; start < fft.n2; start += kBlockColumns) {
+        const size_t n = kIsBackward<From> ? fft.n2 - kBlockColumns - start : start;
         for (size_t b = 0; b < rest; ++b) {
             const T* const twiddles = fft.first[0] + b * 2 * (C - 1);
-            if constexpr (kPrefetches) {
-                for (size_t a = 0; a < C && b + 1 < rest; ++a) {
+            if (prefetches && b + 1 < rest) {
+                for (size_t a = 0; a < C; ++a) {
                     prefetchValues<kBlockColumns, false>(from, (a * rest + b + 1) * fft.n2 + n);
                 }
             }
@@ -192,7 +463,7 @@ HWY_NOINLINE void transformColumns(const LargeFft<T>& fft, From from, T* block, 
                 V re[C], im[C];
                 Butterfly<T, L, C>::run(
                     [&](auto a)
-                        ZVPS_INLINE_LAMBDA { return from.template load<L>((a * rest + b) * fft.n2 + n + group); },
+                        ZVPS_INLINE_LAMBDA { return loadColumns<L>(from, (a * rest + b) * fft.n2 + n + group, a, b); },
                     [&](auto k, X x) ZVPS_INLINE_LAMBDA {
                         if constexpr (k == 0) {
                             re[k] = x.re;
@@ -215,20 +486,7 @@ HWY_NOINLINE void transformColumns(const LargeFft<T>& fft, From from, T* block, 
                 });
             }
         }
-        for (size_t i = 0; i < kBlockColumns; ++i) {
-            const T* const fine = fft.fine + (n + i) * 2 * C;
-            const T* const coarse = fft.coarse + (n + i) * rest * 2;
-            transformParts<2 * C, 0>(
-                block + i * columnStep, fft.plan.rest, fft.plan.rest.order, 1, 0, 0, 1, fft.first + 1,
-                [fine, coarse, target = place(n + i), store](auto, auto, size_t k, size_t group, X x)
-                    ZVPS_INLINE_LAMBDA {
-                        const Lanes<T, L> lanes;
-                        const auto turned =
-                            rotatedTwice(x.re, x.im, hn::Set(lanes, coarse[2 * k]), hn::Set(lanes, coarse[2 * k + 1]),
-                                         hn::LoadU(lanes, fine + group * L), hn::LoadU(lanes, fine + C + group * L));
-                        store(target, k, group, X{turned.re, turned.im});
-                    });
-        }
+        transformBlock(fft, n, block, columnStep, store);
     }
 }
 
@@ -260,11 +518,12 @@ HWY_NOINLINE void transformInColumns(const LargeFft<T>& fft, From from, To to, T
 }
 
 // The second transforms, kColumns at once, from where place() says.
-template <size_t kColumns, class T, class From, class To>
-HWY_NOINLINE void transformRest(const LargeFft<T>& fft, From from, To to, T factor, T* block) {
+template <size_t kColumns, class T, class From, class Results>
+HWY_NOINLINE void transformRest(const LargeFft<T>& fft, From from, Results results, T factor, T* block, T* waiting) {
     constexpr size_t L = RowLanes<T, 2 * kColumns>::kLanes;
     using X = ComplexVec<T, L>;
     for (size_t k1 = 0; k1 < fft.n1; k1 += kColumns) {
+        results.start(k1, block, waiting, waiting);
         transformRows<2 * kColumns>(
             block, fft.plan.second, fft.second,
             [from, &fft, k1](auto, auto, size_t row, size_t group) ZVPS_INLINE_LAMBDA {
@@ -272,9 +531,9 @@ HWY_NOINLINE void transformRest(const LargeFft<T>& fft, From from, To to, T fact
                 if (group == 0) prefetchValues<kColumns, false>(from, i + kColumns);
                 return from.template load<L>(i + group * L);
             },
-            [step = fft.n1, k1, factor, to](auto, auto, size_t k, size_t group, X x) ZVPS_INLINE_LAMBDA {
+            [factor, results](auto, const T* row, size_t k, size_t group, X x) ZVPS_INLINE_LAMBDA {
                 const auto scale = hn::Set(Lanes<T, L>(), factor);
-                to.template store<L>(k * step + k1 + group * L, X{hn::Mul(x.re, scale), hn::Mul(x.im, scale)});
+                results.store(row, k, group, X{hn::Mul(x.re, scale), hn::Mul(x.im, scale)});
             });
     }
 }
@@ -297,20 +556,22 @@ struct TileLoader {
 };
 
 // The same from tiles, in their own places without a block.
-template <class T, class To>
-HWY_NOINLINE void transformTiles(const LargeFft<T>& fft, T* tiles, size_t tile, To to, bool bypassesCaches,
-                                 bool prefetches, T factor, T* block) {
+template <class T, class To, class Results>
+HWY_NOINLINE void transformTiles(const LargeFft<T>& fft, T* tiles, size_t tile, To to, Results results, bool prefetches,
+                                 T factor, T* block) {
     constexpr size_t C = kTileColumns;
     constexpr size_t L = RowLanes<T, 2 * C>::kLanes;
     using X = ComplexVec<T, L>;
+    T* waiting = tiles; // in a tile that has been read
     for (size_t k1 = 0; k1 < fft.n1; k1 += C, tiles += tile) {
-        transformRows<2 * C>(block != nullptr ? block : tiles, fft.plan.second, fft.second,
-                             TileLoader<T, To>{tiles, to, k1, fft.n1, prefetches},
-                             [step = fft.n1, k1, factor, to, bypassesCaches](auto, auto, size_t k, size_t group,
-                                                                             X x) ZVPS_INLINE_LAMBDA {
+        T* const rows = block != nullptr ? block : tiles;
+        T* const last = waiting;
+        if (block == nullptr) waiting = tiles;
+        results.start(k1, rows, last, waiting);
+        transformRows<2 * C>(rows, fft.plan.second, fft.second, TileLoader<T, To>{tiles, to, k1, fft.n1, prefetches},
+                             [factor, results](auto, const T* row, size_t k, size_t group, X x) ZVPS_INLINE_LAMBDA {
                                  const auto scale = hn::Set(Lanes<T, L>(), factor);
-                                 to.template store<L>(k * step + k1 + group * L,
-                                                      X{hn::Mul(x.re, scale), hn::Mul(x.im, scale)}, bypassesCaches);
+                                 results.store(row, k, group, X{hn::Mul(x.re, scale), hn::Mul(x.im, scale)});
                              });
     }
 }
@@ -390,39 +651,56 @@ template <size_t kColumns, class T, class From, class To>
 void transformInPlace(const LargeFft<T>& fft, From from, To to, T factor, const LargeFftCall<T>& call) {
     transformInColumns<kColumns>(fft, from, to, call.work);
     transposeData(fft, to);
-    transformRest<kColumns>(fft, to, to, factor, call.work);
+    transformRest<kColumns>(fft, to, Results<T, To>{to, fft.n1, false}, factor, call.work, static_cast<T*>(nullptr));
 }
 
-// From this number of bytes on arrays leave the caches before they are read again; and from that on, results that do
-// not take the source's place there.
-inline constexpr size_t kBypassBytes = size_t{16} << 20;
-inline constexpr size_t kBypassResultBytes = size_t{8} << 20;
+// Of all arrays together: from the first number on columns wait for the caches, from the second on arrays leave these
+// before they are read again.
+inline constexpr size_t kPrefetchBytes = size_t{12} << 20;
+inline constexpr size_t kBypassBytes = size_t{24} << 20;
+
+// The results of the first trip as tiles.
+template <class T>
+struct TileStore {
+    static constexpr size_t C = LargeFft<T>::C;
+    static constexpr size_t L = LargeFft<T>::L;
+
+    T* tiles;
+    size_t tile;
+    bool bypassesCaches;
+
+    HWY_INLINE T* row(size_t n) const { return tiles + n * 2 * kTileColumns; }
+    HWY_INLINE void operator()(T* row, size_t k, size_t group, ComplexVec<T, L> x) const {
+        constexpr size_t kTogether = kTileColumns / C;
+        const Lanes<T, L> d;
+        T* const values = row + k / kTogether * tile + k % kTogether * 2 * C + group * 2 * L;
+        storeOrStream(x.re, d, values, bypassesCaches);
+        storeOrStream(x.im, d, values + L, bypassesCaches);
+    }
+};
 
 // tiles: at the distance of `tile`; secondBlock may be null.
 template <class T, class From, class To>
 void transformThroughTiles(const LargeFft<T>& fft, From from, To to, bool isInPlace, T factor, T* tiles, size_t tile,
                            T* firstBlock, T* secondBlock) {
-    constexpr size_t C = LargeFft<T>::C;
-    constexpr size_t L = LargeFft<T>::L;
-    constexpr size_t kTogether = kTileColumns / C;
-    const size_t bytes = 2 * sizeof(T) * fft.n1 * fft.n2;
+    const size_t arrays = isInPlace ? 2 : 3;
+    const size_t bytes = arrays * 2 * sizeof(T) * fft.n1 * fft.n2;
     const bool isBeyond = bytes >= kBypassBytes;
-    const SplitData<T> middle = {tiles, tiles + L};
-    const auto place = [](size_t n) { return n * 2 * kTileColumns; };
-    const auto store = [middle, tile, isBeyond](size_t row, size_t k, size_t group, ComplexVec<T, L> x)
-                           ZVPS_INLINE_LAMBDA {
-                               const size_t start = row + k / kTogether * tile + k % kTogether * 2 * C;
-                               middle.template store<L>(start + group * 2 * L, x, isBeyond);
-                           };
-    if (isBeyond) {
-        transformColumns<true>(fft, AnyData<const T>(from), firstBlock, kColumnPadding<T>, place, store);
-    } else {
-        transformColumns<false>(fft, from, firstBlock, kColumnPadding<T>, place, store);
+    const TileStore<T> store = {tiles, tile, isBeyond};
+    transformColumns(fft, from, bytes >= kPrefetchBytes, firstBlock, kColumnPadding<T>, store);
+    const bool bypassesCaches = isBeyond && (to.isAligned() || canRealign(to));
+#if HWY_TARGET <= HWY_AVX3
+    if (canRealign(to)) {
+        const AnyData<T> any(to);
+        const LineResults<T> results(any, fft.n1, bypassesCaches, secondBlock != nullptr);
+        transformTiles(fft, tiles, tile, any, results, false, factor, secondBlock);
+        if (isBeyond) hwy::FlushStream();
+        return;
     }
-    const bool isResultBeyond = isBeyond || (!isInPlace && bytes >= kBypassResultBytes);
-    const bool bypassesCaches = isResultBeyond && to.isAligned();
-    transformTiles(fft, tiles, tile, to, bypassesCaches, isResultBeyond && !bypassesCaches, factor, secondBlock);
-    if (isResultBeyond) hwy::FlushStream();
+#endif
+    const Results<T, To> results = {to, fft.n1, bypassesCaches};
+    transformTiles(fft, tiles, tile, to, results, isBeyond && !bypassesCaches, factor, secondBlock);
+    if (isBeyond) hwy::FlushStream();
 }
 
 // With the tiles in the work buffer, if it is large enough.
@@ -448,39 +726,71 @@ bool transformThroughTiles(const LargeFft<T>& fft, From from, To to, bool isInPl
     return false;
 }
 
-// The first trip of data beyond the caches.
+// The same as middle data.
 template <class T>
-void transformBeyondCaches(const LargeFft<T>& fft, AnyData<const T> from, AnyData<T> to, T* block, size_t padding) {
-    constexpr size_t C = LargeFft<T>::C;
-    constexpr size_t L = LargeFft<T>::L;
-    const bool bypassesCaches = to.isAligned();
-    transformColumns<true>(
-        fft, from, block, padding, [&fft](size_t n) { return fft.place(n); },
-        [to, n2 = fft.n2, bypassesCaches](size_t row, size_t k, size_t group, ComplexVec<T, L> x) ZVPS_INLINE_LAMBDA {
-            // Mostly the row behind it is next.
-            if (!bypassesCaches && group == 0) prefetchValues<C, true>(to, row + n2 + k * C);
-            to.template store<L>(row + k * C + group * L, x, bypassesCaches);
-        });
-    if (bypassesCaches) hwy::FlushStream();
-}
+struct MiddleStore {
+    static constexpr size_t C = LargeFft<T>::C;
+    static constexpr size_t L = LargeFft<T>::L;
+
+    const LargeFft<T>& fft;
+    MiddleData<T> middle;
+    bool bypassesCaches;
+    bool prefetches;
+
+    HWY_INLINE size_t row(size_t n) const { return fft.place(n); }
+    HWY_INLINE void operator()(size_t row, size_t k, size_t group, ComplexVec<T, L> x) const {
+        // Mostly the row behind it is next.
+        if (prefetches && group == 0) prefetchValues<C, true>(middle, row + fft.n2 + k * C);
+        middle.template store<L>(row + k * C + group * L, x, bypassesCaches);
+    }
+};
 
 // Between the trips the data are where the results will be.
 template <class T, class From, class To>
 void transformThroughResults(const LargeFft<T>& fft, From from, To to, T factor, const LargeFftCall<T>& call) {
     constexpr size_t C = LargeFft<T>::C;
-    constexpr size_t L = LargeFft<T>::L;
+    constexpr size_t kLine = 64 / sizeof(T);
     const size_t padded = kBlockColumns * ((size_t{2} << fft.plan.firstOrder) + kColumnPadding<T>);
     const size_t padding = call.workValues >= padded ? kColumnPadding<T> : 0;
-    const bool isBeyond = 2 * sizeof(T) << call.order >= kBypassBytes;
-    if (kIsSpectrum<From> || !isBeyond) {
-        transformColumns<false>(
-            fft, from, call.work, padding, [&fft](size_t n) { return fft.place(n); },
-            [to](size_t row, size_t k, size_t group, ComplexVec<T, L> x)
-                ZVPS_INLINE_LAMBDA { to.template store<L>(row + k * C + group * L, x); });
-    } else if constexpr (!kIsSpectrum<From>) {
-        transformBeyondCaches(fft, AnyData<const T>(from), AnyData<T>(to), call.work, padding);
+    const size_t bytes = 2 * (2 * sizeof(T) << call.order);
+    const bool isBeyond = bytes >= kBypassBytes;
+
+    alignas(64) T firstLine[kLine];
+    T* waiting = nullptr;
+#if HWY_TARGET <= HWY_AVX3
+    // Of 2^22 points the block leaves no room.
+    alignas(64) T fewWaiting[kLine / 4 << (22 - 22 / 2)];
+    if (canRealign(to)) {
+        const size_t lanes = LineResults<T>::waitingLanes(AnyData<T>(to).pairs().p) * fft.n2;
+        if (call.workValues >= 2 * C * fft.n2 + lanes) {
+            waiting = call.work + 2 * C * fft.n2;
+        } else if (lanes <= std::size(fewWaiting)) {
+            waiting = fewWaiting;
+        }
     }
-    transformRest<C>(fft, to, to, factor, call.work);
+#endif
+    const MiddleData<T> middle(AnyData<T>(to), waiting != nullptr ? firstLine : nullptr);
+    const bool bypassesCaches = isBeyond && middle.isAligned();
+    const MiddleStore<T> store = {fft, middle, bypassesCaches, isBeyond && !bypassesCaches};
+    const bool prefetches = bytes >= kPrefetchBytes;
+    if (prefetches && canRealign(from)) {
+#if HWY_TARGET <= HWY_AVX3
+        if constexpr (!kIsSpectrum<From>) {
+            const LineColumns<T> columns(fft, AnyData<const T>(from), middle);
+            transformColumns(fft, columns, prefetches, call.work, padding, store);
+        }
+#endif
+    } else {
+        transformColumns(fft, from, prefetches, call.work, padding, store);
+    }
+    if (bypassesCaches) hwy::FlushStream();
+#if HWY_TARGET <= HWY_AVX3
+    if (waiting != nullptr) {
+        transformRest<C>(fft, middle, LineResults<T>(AnyData<T>(to), fft.n1, false, true), factor, call.work, waiting);
+        return;
+    }
+#endif
+    transformRest<C>(fft, middle, Results<T, To>{to, fft.n1, false}, factor, call.work, waiting);
 }
 
 template <class T, class From, class To>
