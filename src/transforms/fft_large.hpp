@@ -654,8 +654,8 @@ void transformInPlace(const LargeFft<T>& fft, From from, To to, T factor, const 
     transformRest<kColumns>(fft, to, Results<T, To>{to, fft.n1, false}, factor, call.work, static_cast<T*>(nullptr));
 }
 
-// Of all arrays together: from the first number on columns wait for the caches, from the second on arrays leave these
-// before they are read again.
+// Of all arrays together: from the first number on columns wait for the caches, and results with an array of their own
+// are better off beside these; from the second on all arrays leave them before they are read again.
 inline constexpr size_t kPrefetchBytes = size_t{12} << 20;
 inline constexpr size_t kBypassBytes = size_t{24} << 20;
 
@@ -688,19 +688,20 @@ void transformThroughTiles(const LargeFft<T>& fft, From from, To to, bool isInPl
     const bool isBeyond = bytes >= kBypassBytes;
     const TileStore<T> store = {tiles, tile, isBeyond};
     transformColumns(fft, from, bytes >= kPrefetchBytes, firstBlock, kColumnPadding<T>, store);
-    const bool bypassesCaches = isBeyond && (to.isAligned() || canRealign(to));
+    const bool isResultBeyond = isBeyond || (!isInPlace && bytes >= kPrefetchBytes);
+    const bool bypassesCaches = isResultBeyond && (to.isAligned() || canRealign(to));
 #if HWY_TARGET <= HWY_AVX3
     if (canRealign(to)) {
         const AnyData<T> any(to);
         const LineResults<T> results(any, fft.n1, bypassesCaches, secondBlock != nullptr);
         transformTiles(fft, tiles, tile, any, results, false, factor, secondBlock);
-        if (isBeyond) hwy::FlushStream();
+        if (isResultBeyond) hwy::FlushStream();
         return;
     }
 #endif
     const Results<T, To> results = {to, fft.n1, bypassesCaches};
-    transformTiles(fft, tiles, tile, to, results, isBeyond && !bypassesCaches, factor, secondBlock);
-    if (isBeyond) hwy::FlushStream();
+    transformTiles(fft, tiles, tile, to, results, isResultBeyond && !bypassesCaches, factor, secondBlock);
+    if (isResultBeyond) hwy::FlushStream();
 }
 
 // With the tiles in the work buffer, if it is large enough.
