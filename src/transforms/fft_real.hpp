@@ -755,12 +755,12 @@ HWY_INLINE void longRealFft(int order, Source src, Bins dst, T factor, const T* 
     const RowsOfReal<kFftForward, T> rows(order, tables, work);
     const size_t columns = rows.plan.columns;
     transformAllColumns<kRows>(src, work, halves, columns, tables);
-    transformRows<kRows>(
-        work, rows.plan.along, rows.twiddles, RowLoader<T, kRows>(),
-        [columns, dst, factor](auto isUpper, auto, size_t k2, size_t group, X x) ZVPS_INLINE_LAMBDA {
-            const auto scale = hn::Set(typename RowLanes<T, kRows>::D(), factor);
-            storeBins<kRows, isUpper>(dst, columns, k2, group, hn::Mul(x.re, scale), hn::Mul(x.im, scale));
-        });
+    transformRows<kRows>(work, rows.plan.along, rows.twiddles, RowLoader<T, kRows>(),
+                         [columns, dst, factor](auto isUpper, auto, size_t k2, size_t group, X x) ZVPS_INLINE_LAMBDA {
+                             const auto scale = hn::Set(typename RowLanes<T, kRows>::D(), factor);
+                             storeBins<kRows, isUpper>(dst, columns, k2, group, hn::Mul(x.re, scale),
+                                                       hn::Mul(x.im, scale));
+                         });
     rows.transformEnds(halves, work, factor);
     storeJoinedEnds<kRows>(dst, work, columns);
 }
