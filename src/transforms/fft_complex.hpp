@@ -317,7 +317,7 @@ HWY_NOINLINE void longTransform(const Loader& loader, const Storer& storer, T* d
         fftPlan<T>(spec.order), size_t{1} << spec.order, loader, storer, spec.twiddles, nullptr};
     const auto lines = resultLinesOf(storer);
     if constexpr (kStoresLines<Storer>) {
-        if (spec.order >= kLeastOrderByLines<T> && !startsAtLine(data) && canRealign(data)) transform.lines = &lines;
+        if (spec.order >= kLeastOrderByLines<T> && canRealign(data)) transform.lines = &lines;
     }
     alignas(64) T room[mostStackValues<T>() + kPageBytes / sizeof(T)];
     T* const stack = behindInPages(room, data);

@@ -25,7 +25,7 @@ template <class T, bool kInverse>
 struct PairData {
     T* p;
 
-    bool isAligned() const { return reinterpret_cast<uintptr_t>(p) % 64 == 0; }
+    bool isAligned() const { return startsAtLine(p); }
 
     template <size_t L>
     HWY_INLINE auto load(size_t i) const {
@@ -57,7 +57,7 @@ struct SplitData {
     T* re;
     T* im;
 
-    bool isAligned() const { return (reinterpret_cast<uintptr_t>(re) | reinterpret_cast<uintptr_t>(im)) % 64 == 0; }
+    bool isAligned() const { return startsAtLine(re) && startsAtLine(im); }
 
     template <size_t L>
     HWY_INLINE auto load(size_t i) const {
@@ -186,7 +186,7 @@ struct MiddleData {
     }
 
     bool isAligned() const {
-        return (reinterpret_cast<uintptr_t>(re) | reinterpret_cast<uintptr_t>(im)) % 64 == 0;
+        return startsAtLine(re) && startsAtLine(im);
     }
 
     template <size_t L>
@@ -377,12 +377,7 @@ struct LineResults {
 // Whether data are unaligned but realigned where they are read or written.
 template <class T, bool kInverse>
 bool canRealign(PairData<T, kInverse> data) {
-#if HWY_TARGET <= HWY_AVX3
-    return !data.isAligned() && canRealign(data.p);
-#else
-    static_cast<void>(data);
-    return false;
-#endif
+    return canRealign(data.p);
 }
 template <class T>
 bool canRealign(SplitData<T>) {
@@ -708,9 +703,9 @@ void transformThroughTiles(const LargeFft<T>& fft, From from, To to, bool isInPl
 template <class T, class From, class To>
 bool transformThroughTiles(const LargeFft<T>& fft, From from, To to, bool isInPlace, T factor,
                            const LargeFftCall<T>& call) {
-    constexpr uintptr_t kLine = 64;
     if (call.workValues >= largeFftWork<T>(call.order)) {
-        T* const tiles = reinterpret_cast<T*>((reinterpret_cast<uintptr_t>(call.work) + kLine - 1) / kLine * kLine);
+        T* const tiles =
+            reinterpret_cast<T*>((reinterpret_cast<uintptr_t>(call.work) + kLineBytes - 1) / kLineBytes * kLineBytes);
         const size_t tile = largeFftTile<T>(call.order);
         T* const block = tiles + fft.n1 / kTileColumns * tile;
         transformThroughTiles(fft, from, to, isInPlace, factor, tiles, tile, block, block);
@@ -718,7 +713,7 @@ bool transformThroughTiles(const LargeFft<T>& fft, From from, To to, bool isInPl
     }
     if (call.order == kLeastLargeOrder) {
         // Room for all points and no more.
-        alignas(kLine)
+        alignas(kLineBytes)
             T block[kBlockColumns * ((2 << largeFftPlan<T>(kLeastLargeOrder).firstOrder) + kColumnPadding<T>)];
         transformThroughTiles(fft, from, to, isInPlace, factor, call.work, 2 * kTileColumns * fft.n2, block,
                               static_cast<T*>(nullptr));
@@ -750,17 +745,17 @@ struct MiddleStore {
 template <class T, class From, class To>
 void transformThroughResults(const LargeFft<T>& fft, From from, To to, T factor, const LargeFftCall<T>& call) {
     constexpr size_t C = LargeFft<T>::C;
-    constexpr size_t kLine = 64 / sizeof(T);
+    constexpr size_t kLine = kLineBytes / sizeof(T);
     const size_t padded = kBlockColumns * ((size_t{2} << fft.plan.firstOrder) + kColumnPadding<T>);
     const size_t padding = call.workValues >= padded ? kColumnPadding<T> : 0;
     const size_t bytes = 2 * (2 * sizeof(T) << call.order);
     const bool isBeyond = bytes >= kBypassBytes;
 
-    alignas(64) T firstLine[kLine];
+    alignas(kLineBytes) T firstLine[kLine];
     T* waiting = nullptr;
 #if HWY_TARGET <= HWY_AVX3
     // Of 2^22 points the block leaves no room.
-    alignas(64) T fewWaiting[kLine / 4 << (22 - 22 / 2)];
+    alignas(kLineBytes) T fewWaiting[kLine / 4 << (22 - 22 / 2)];
     if (canRealign(to)) {
         const size_t lanes = LineResults<T>::waitingLanes(AnyData<T>(to).pairs().p) * fft.n2;
         if (call.workValues >= 2 * C * fft.n2 + lanes) {

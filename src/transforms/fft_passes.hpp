@@ -110,13 +110,6 @@ struct BlockLoader {
     }
 };
 
-// Values of some bytes before the first one that starts at a line of memory, or 0 if none does.
-template <class T>
-HWY_INLINE size_t valuesToLine(const T* p, size_t bytes) {
-    const size_t rest = -reinterpret_cast<uintptr_t>(p) % kLineBytes;
-    return rest % bytes == 0 ? rest / bytes : 0;
-}
-
 template <class T, bool kInverse>
 struct InterleavedLoader {
     const T* p;

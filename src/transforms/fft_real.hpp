@@ -198,11 +198,9 @@ template <class T, size_t kRows, size_t kBlock>
 struct TwiddlesOfTwoBlocks {
     static constexpr bool kShifts = true;
 
-    using Index = hwy::MakeSigned<T>;
-    Vec<Index, kBlock> order;
+    LaneOrder<T> order;
 
-    explicit TwiddlesOfTwoBlocks(size_t begin)
-        : order(hn::Iota(Lanes<Index, kBlock>(), static_cast<Index>(begin % kBlock))) {}
+    explicit TwiddlesOfTwoBlocks(size_t begin) : order(orderOfVector<T>(begin % kBlock)) {}
 
     static HWY_INLINE const T* at(const T* twiddles, size_t c) {
         return TwiddlesOfBlock<T, kRows, kBlock>::at(twiddles, c - c % kBlock);
@@ -283,11 +281,7 @@ HWY_INLINE void forShiftedColumns(const T* array, size_t columns, const Run& run
     constexpr size_t kBlock = kTwiddleBlockBytes / sizeof(T);
     run(0, kBlock);
     run(columns - kBlock, kBlock);
-    runShifted((kLineBytes - reinterpret_cast<uintptr_t>(array) % kLineBytes) / sizeof(T), columns - kBlock);
-}
-template <class T>
-HWY_INLINE bool canShiftColumns(const T* array) {
-    return !startsAtLine(array) && canRealign(array);
+    runShifted(valuesToLine(array, sizeof(T)), columns - kBlock);
 }
 
 // The same for all columns, by way of some of them in lines of their own.
@@ -325,7 +319,7 @@ HWY_INLINE void transformAllColumns(const T* src, T* rows, T* halves, size_t col
         compiledColumns<kRows, TwiddlesOfBlock>(src + begin, columns, rows, halves, columns, begin, count, twiddles);
     };
     if constexpr (kRealigns) {
-        if (columns * kRows * sizeof(T) >= 32768 && canShiftColumns(src)) {
+        if (columns * kRows * sizeof(T) >= 32768 && canRealign(src)) {
             forShiftedColumns(src, columns, transform, [&](size_t begin, size_t count) {
                 compiledColumns<kRows, TwiddlesOfTwoBlocks>(src + begin, columns, rows, halves, columns, begin, count,
                                                             twiddles);
@@ -794,7 +788,7 @@ HWY_INLINE void inverseTransformAllColumns(const RowsPlan& along, const T* rows,
                                                        twiddles);
     };
     if constexpr (kRealigns) {
-        if (columns * kRows * sizeof(T) >= 65536 && canShiftColumns(dst)) {
+        if (columns * kRows * sizeof(T) >= 65536 && canRealign(dst)) {
             forShiftedColumns(dst, columns, transform, [&](size_t begin, size_t count) {
                 compiledInverseColumns<kRows, TwiddlesOfTwoBlocks>(along, rows, halves, dst, factor, columns, begin,
                                                                    count, twiddles);
